@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace kestavon {
+
+/// Runs jobs one at a time, in the order given, on a thread of its own.
+///
+/// The destructor drops the jobs that have not begun and does not wait for the one that has: a read
+/// from a dead network share may never return, and neither stopping nor quitting may hang on it. So
+/// a job owns, by value or shared pointer, everything it touches.
+class SerialQueue {
+public:
+    SerialQueue();
+    ~SerialQueue();
+    SerialQueue(const SerialQueue&) = delete;
+    SerialQueue& operator=(const SerialQueue&) = delete;
+
+    /// Any thread. A job must not throw.
+    void post(std::function<void()> job);
+
+private:
+    struct State;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace kestavon

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "core/domain/cleanup_candidate.h"
+#include "core/domain/record_list.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace kestavon {
+
+/// The cleanup suggestions of one scan, in record order: five bytes each beside the records they
+/// point at, because a home can hold a million cache files. Immutable: share it freely.
+class CandidateList {
+public:
+    CandidateList() = default;
+    explicit CandidateList(std::shared_ptr<const RecordList> records);
+
+    /// Adds the record at `position`; only while the list is being made.
+    void append(std::uint32_t position, std::string_view reason);
+
+    std::size_t size() const { return m_positions.size(); }
+    bool empty() const { return m_positions.empty(); }
+
+    CleanupCandidate operator[](std::size_t i) const;
+    Uuid id(std::size_t i) const { return m_ids.at(i); }
+    std::optional<std::size_t> positionOf(const Uuid& id) const;
+    std::string_view reason(std::size_t i) const { return m_reasons[m_reasonOf[i]]; }
+    std::int64_t estimatedBytes(std::size_t i) const { return m_records->fileSize(m_positions[i]); }
+    /// The record's position in `records()`.
+    std::uint32_t recordPosition(std::size_t i) const { return m_positions[i]; }
+    const std::shared_ptr<const RecordList>& records() const { return m_records; }
+
+private:
+    std::shared_ptr<const RecordList> m_records;
+    IdSpace m_ids;
+    std::vector<std::uint32_t> m_positions;
+    std::vector<std::uint8_t> m_reasonOf;
+    std::vector<std::string> m_reasons;
+};
+
+/// A set of the ids of one `CandidateList`, kept as one bit a candidate.
+class CandidateSelection {
+public:
+    CandidateSelection() = default;
+    /// No id of the list, or every one.
+    static CandidateSelection none(std::shared_ptr<const CandidateList> list);
+    static CandidateSelection all(std::shared_ptr<const CandidateList> list);
+
+    bool contains(const Uuid& id) const;
+    /// Adds or drops an id; an id that is not of the list changes nothing.
+    void insert(const Uuid& id) { set(id, true); }
+    void erase(const Uuid& id) { set(id, false); }
+    std::size_t size() const { return m_size; }
+    bool empty() const { return m_size == 0; }
+
+private:
+    void set(const Uuid& id, bool selected);
+
+    std::shared_ptr<const CandidateList> m_list;
+    std::vector<bool> m_selected;
+    std::size_t m_size = 0;
+};
+
+} // namespace kestavon

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/domain/cleanup_candidate.h"
+#include "core/domain/named_enum.h"
+
+#include <vector>
+
+namespace kestavon {
+
+/// The categories of Smart Clean.
+enum class JunkCategory {
+    appCaches,
+    systemLogs,
+    crashReports,
+    trash,
+    devTools,
+    orphanedApps,
+    oldDownloads,
+    xcodeArtifacts,
+    iosBackups,
+    browserCaches,
+    mailAttachments,
+};
+
+template <> struct NamedCases<JunkCategory> {
+    static constexpr std::array<NamedCase<JunkCategory>, 11> table{{
+        {JunkCategory::appCaches, "App Caches"},
+        {JunkCategory::systemLogs, "System Logs"},
+        {JunkCategory::crashReports, "Crash Reports"},
+        {JunkCategory::trash, "Trash"},
+        {JunkCategory::devTools, "Developer Tools"},
+        {JunkCategory::orphanedApps, "Orphaned Apps"},
+        {JunkCategory::oldDownloads, "Old Downloads"},
+        {JunkCategory::xcodeArtifacts, "Xcode Artifacts"},
+        {JunkCategory::iosBackups, "iOS Backups"},
+        {JunkCategory::browserCaches, "Browser Caches"},
+        {JunkCategory::mailAttachments, "Mail & Messages"},
+    }};
+};
+
+/// The Smart Clean state of one category. One group exists for every category.
+struct JunkGroup {
+    Uuid id;
+    JunkCategory category = JunkCategory::appCaches;
+    std::vector<CleanupCandidate> items; ///< what the last scan of the category found
+    bool isScanning = false;
+    bool isScanned = false; ///< the last scan started for this group has completed
+};
+
+} // namespace kestavon

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kestavon {
+
+/// How a home is laid out.
+enum class HomeKind {
+    mac, ///< has a folder named Library: a Mac's disk or backup attached here
+    native, ///< follows the XDG base directories
+};
+
+/// Where everything is, decided once at start. Engines walk its tables and never ask which kind of
+/// home it is. Paths are absolute, without a trailing slash (the root "/" excepted).
+struct HostLayout {
+    std::string home;
+    std::string
+        systemRoot; ///< the folder that stands for "/" when a Mac's disk is attached; normally "/"
+    HomeKind kind = HomeKind::native;
+
+    std::string
+        applicationSupport; ///< the folder that holds programs' own data, the Safe Area among it
+    std::string cacheHome; ///< XDG_CACHE_HOME
+    std::string configHome; ///< XDG_CONFIG_HOME
+    std::string dataHome; ///< XDG_DATA_HOME
+    std::string stateHome; ///< XDG_STATE_HOME
+
+    /// Folders of which one that can be listed proves that protected data can be read.
+    std::vector<std::string> fullDiskAccessProbes;
+    /// Paths with one of these texts anywhere lie in a cache.
+    std::vector<std::string> cacheMarkers;
+    /// Files below these folders are downloads.
+    std::vector<std::string> downloadFolders;
+
+    /// `path` below the system root: "/Library" is "/mnt/mac/Library" when a Mac's disk is there.
+    std::string belowSystemRoot(const std::string& path) const;
+};
+
+/// What the layout is decided from.
+struct HostEnvironment {
+    std::string home; ///< the user's home folder
+    std::string systemRoot = "/";
+    std::string xdgCacheHome; ///< as in the environment; empty or relative counts as unset
+    std::string xdgConfigHome;
+    std::string xdgDataHome;
+    std::string xdgStateHome;
+};
+
+/// This process's environment. The home is $HOME; when that is unset, empty or relative, the
+/// password database's entry for the user, and at the very last "/".
+HostEnvironment currentHostEnvironment();
+
+/// The layout of `environment`: looks once whether the home holds a folder named Library.
+HostLayout makeHostLayout(const HostEnvironment& environment);
+
+/// `path` absolute and without trailing slashes ("/" stays); components are neither resolved nor
+/// collapsed. A relative path is taken from the working folder.
+std::string normalisedPath(std::string path);
+
+} // namespace kestavon

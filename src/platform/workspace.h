@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace kestavon {
+
+/// The desktop around the program. Main thread.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+    /// Opens a URL with the desktop's handler for it. False when there is none, or the text is no
+    /// URL; nothing is reported to the user.
+    virtual bool openUrl(const std::string& url) = 0;
+};
+
+} // namespace kestavon

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/domain/candidate_list.h"
+#include "platform/calendar.h"
+#include "platform/host_layout.h"
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace kestavon {
+
+/// Decides which scanned files are suggested for removal: files in caches, and downloads that were
+/// not modified for more than 90 days. Made for one moment; any thread.
+class CleanupSuggestions {
+public:
+    /// `layout` and `calendar` must outlive this.
+    CleanupSuggestions(const HostLayout& layout, const Calendar& calendar, Timestamp now);
+
+    /// The suggestion for one record, or nothing.
+    std::optional<CleanupCandidate> cleanupCandidate(const FileRecord& record) const;
+
+    /// The suggestions for every record of the list, in its order. Looks at folders once, not at
+    /// each of their files, so that it costs little beside the scan.
+    std::shared_ptr<const CandidateList> suggestFrom(
+        std::shared_ptr<const RecordList> records) const;
+
+private:
+    bool isInCache(std::string_view path) const;
+    bool isInDownloads(std::string_view path) const;
+    bool isOld(const std::optional<Timestamp>& modifiedAt) const;
+
+    const HostLayout& m_layout;
+    const Calendar& m_calendar;
+    Timestamp m_now;
+};
+
+} // namespace kestavon
