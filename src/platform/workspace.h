@@ -13,4 +13,10 @@ public:
     virtual bool openUrl(const std::string& url) = 0;
 };
 
+/// Hands URLs to xdg-open(1), without waiting for what it does with them.
+class DesktopWorkspace final : public Workspace {
+public:
+    bool openUrl(const std::string& url) override;
+};
+
 } // namespace kestavon

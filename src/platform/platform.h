@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/calendar.h"
+#include "platform/clock.h"
+#include "platform/file_manager.h"
+#include "platform/host_layout.h"
+#include "platform/settings.h"
+#include "platform/volume.h"
+#include "platform/workspace.h"
+
+#include <memory>
+
+namespace kestavon {
+
+/// The machine as the engines and the model see it. A test replaces the parts it is about.
+struct Platform {
+    HostLayout layout;
+    std::shared_ptr<const FileManager> files;
+    std::shared_ptr<const Volumes> volumes;
+    std::shared_ptr<const Clock> clock;
+    std::shared_ptr<const Calendar> calendar;
+    std::shared_ptr<Settings> settings;
+    std::shared_ptr<Workspace> workspace;
+};
+
+/// This machine, laid out for `environment`; every part is there.
+Platform systemPlatform(const HostEnvironment& environment);
+
+} // namespace kestavon
