@@ -4,6 +4,7 @@
 #include "platform/clock.h"
 #include "platform/file_manager.h"
 #include "platform/host_layout.h"
+#include "platform/memory_counters.h"
 #include "platform/settings.h"
 #include "platform/volume.h"
 #include "platform/workspace.h"
@@ -17,6 +18,7 @@ struct Platform {
     HostLayout layout;
     std::shared_ptr<const FileManager> files;
     std::shared_ptr<const Volumes> volumes;
+    std::shared_ptr<const MemoryCounters> memory;
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<const Calendar> calendar;
     std::shared_ptr<Settings> settings;

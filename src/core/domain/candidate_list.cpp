@@ -35,32 +35,30 @@ std::optional<std::size_t> CandidateList::positionOf(const Uuid& id) const
     return static_cast<std::size_t>(*ordinal);
 }
 
-CandidateSelection CandidateSelection::none(std::shared_ptr<const CandidateList> list)
+CandidateSelection::CandidateSelection(const CandidateList& list, bool selected)
+    : m_ids(list.ids())
+    , m_selected(list.size(), selected)
+    , m_size(selected ? list.size() : 0)
 {
-    CandidateSelection selection;
-    selection.m_selected.assign(list->size(), false);
-    selection.m_list = std::move(list);
-    return selection;
 }
 
-CandidateSelection CandidateSelection::all(std::shared_ptr<const CandidateList> list)
+std::optional<std::size_t> CandidateSelection::positionOf(const Uuid& id) const
 {
-    CandidateSelection selection;
-    selection.m_size = list->size();
-    selection.m_selected.assign(list->size(), true);
-    selection.m_list = std::move(list);
-    return selection;
+    const auto ordinal = m_ids.ordinalOf(id);
+    if (!ordinal || *ordinal >= m_selected.size())
+        return std::nullopt;
+    return static_cast<std::size_t>(*ordinal);
 }
 
 bool CandidateSelection::contains(const Uuid& id) const
 {
-    const auto position = m_list ? m_list->positionOf(id) : std::nullopt;
+    const auto position = positionOf(id);
     return position && m_selected[*position];
 }
 
 void CandidateSelection::set(const Uuid& id, bool selected)
 {
-    const auto position = m_list ? m_list->positionOf(id) : std::nullopt;
+    const auto position = positionOf(id);
     if (!position || m_selected[*position] == selected)
         return;
     m_selected[*position] = selected;

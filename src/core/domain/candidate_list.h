@@ -32,6 +32,7 @@ public:
     /// The record's position in `records()`.
     std::uint32_t recordPosition(std::size_t i) const { return m_positions[i]; }
     const std::shared_ptr<const RecordList>& records() const { return m_records; }
+    const IdSpace& ids() const { return m_ids; }
 
 private:
     std::shared_ptr<const RecordList> m_records;
@@ -41,13 +42,14 @@ private:
     std::vector<std::string> m_reasons;
 };
 
-/// A set of the ids of one `CandidateList`, kept as one bit a candidate.
+/// A set of the ids of one `CandidateList`, kept as one bit a candidate. It does not keep the list
+/// alive: ids outlive what they named.
 class CandidateSelection {
 public:
     CandidateSelection() = default;
     /// No id of the list, or every one.
-    static CandidateSelection none(std::shared_ptr<const CandidateList> list);
-    static CandidateSelection all(std::shared_ptr<const CandidateList> list);
+    static CandidateSelection none(const CandidateList& list) { return {list, false}; }
+    static CandidateSelection all(const CandidateList& list) { return {list, true}; }
 
     bool contains(const Uuid& id) const;
     /// Adds or drops an id; an id that is not of the list changes nothing.
@@ -57,9 +59,11 @@ public:
     bool empty() const { return m_size == 0; }
 
 private:
+    CandidateSelection(const CandidateList& list, bool selected);
+    std::optional<std::size_t> positionOf(const Uuid& id) const;
     void set(const Uuid& id, bool selected);
 
-    std::shared_ptr<const CandidateList> m_list;
+    IdSpace m_ids;
     std::vector<bool> m_selected;
     std::size_t m_size = 0;
 };

@@ -1,0 +1,105 @@
+#include "core/model/app_model.h"
+
+#include "core/model/main_queue.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace kestavon {
+
+namespace {
+
+std::vector<JunkGroup> emptyJunkGroups()
+{
+    std::vector<JunkGroup> groups;
+    for (const auto& entry : allCases<JunkCategory>())
+        groups.push_back({.id = Uuid::random(), .category = entry.value, .items = {}});
+    return groups;
+}
+
+} // namespace
+
+AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform)
+    : m_scanner(std::move(scanner))
+    , m_platform(std::move(platform))
+    , m_selectedRoot(m_platform.layout.home)
+    , m_junkGroups(emptyJunkGroups())
+{
+    MainQueue::instance(); // made here, on the main thread, before any worker posts to it
+    refreshMemory();
+    refreshDiskSpace();
+    refreshFullDiskAccess();
+}
+
+AppModel::~AppModel()
+{
+    if (m_scanTask)
+        m_scanTask->request_stop();
+}
+
+void AppModel::setSection(AppSection section)
+{
+    publish(Field::section, m_section, section);
+}
+
+void AppModel::refreshDiskSpace()
+{
+    const auto capacity = m_platform.volumes->capacityOf(m_selectedRoot);
+    if (!capacity)
+        return;
+    const bool complete = capacity->total && capacity->available;
+    publish(Field::diskTotal, m_diskTotal, complete ? *capacity->total : 0);
+    publish(Field::diskFree, m_diskFree, complete ? *capacity->available : 0);
+}
+
+void AppModel::chooseScanFolder(FolderPicker& picker)
+{
+    picker.pickFolder(m_selectedRoot,
+        [self = QPointer<AppModel>(this)](const std::optional<std::string>& folder) {
+            if (self && folder)
+                self->setSelectedRoot(*folder);
+        });
+}
+
+void AppModel::setSelectedRoot(const std::string& folder)
+{
+    publish(Field::selectedRoot, m_selectedRoot, normalisedPath(folder));
+    refreshDiskSpace();
+}
+
+void AppModel::refreshMemory()
+{
+    publish(Field::memory, m_memory, m_platform.memory->snapshot());
+}
+
+bool AppModel::probeFullDiskAccess() const
+{
+    const auto& probes = m_platform.layout.fullDiskAccessProbes;
+    return std::ranges::any_of(
+        probes, [this](const auto& folder) { return m_platform.files->canListFolder(folder); });
+}
+
+void AppModel::refreshFullDiskAccess()
+{
+    publish(Field::hasFullDiskAccess, m_hasFullDiskAccess, probeFullDiskAccess());
+}
+
+void AppModel::openFullDiskAccessSettings()
+{
+    m_platform.workspace->openUrl(
+        "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?Privacy_AllFiles");
+}
+
+void AppModel::recordEvent(std::string title, std::string detail)
+{
+    auto history = m_history;
+    history.insert(history.begin(),
+        {.id = Uuid::random(),
+            .date = m_platform.clock->now(),
+            .title = std::move(title),
+            .detail = std::move(detail)});
+    publish(Field::history, m_history, std::move(history));
+}
+
+} // namespace kestavon

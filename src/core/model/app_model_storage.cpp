@@ -1,0 +1,132 @@
+#include "core/domain/removal_guard.h"
+#include "core/model/app_model.h"
+#include "core/model/background.h"
+#include "storage/cleanup_suggestions.h"
+
+namespace kestavon {
+
+namespace {
+
+std::string rootProblemText(RootProblem problem)
+{
+    switch (problem) {
+    case RootProblem::missing: return "it does not exist.";
+    case RootProblem::notAFolder: return "it is not a folder.";
+    case RootProblem::notPermitted: return "you don't have permission to read it.";
+    case RootProblem::unreadable: break;
+    }
+    return "it could not be read.";
+}
+
+/// What a person should know of how the scan went; empty when it saw everything.
+std::string noticeFor(const std::string& root, const ScanOutcome& outcome)
+{
+    if (outcome.rootProblem)
+        return "The folder \"" + root
+            + "\" could not be opened: " + rootProblemText(*outcome.rootProblem);
+    if (outcome.unreadableFolders == 1)
+        return "1 folder could not be read; what it holds is not counted here.";
+    if (outcome.unreadableFolders > 1)
+        return std::to_string(outcome.unreadableFolders)
+            + " folders could not be read; what they hold is not counted here.";
+    return {};
+}
+
+} // namespace
+
+/// What one scan hands to the main thread, ready to publish.
+struct AppModel::ScanResult {
+    ScanOutcome outcome;
+    std::shared_ptr<const CandidateList> candidates;
+    CandidateSelection selection; ///< every candidate
+    std::string notice;
+};
+
+template <class T> void AppModel::disposeInBackground(T value)
+{
+    // Giving back the memory of a million records takes longer than a frame.
+    m_disposalQueue.post(
+        [value = std::make_shared<T>(std::move(value))]() mutable { value.reset(); });
+}
+
+void AppModel::startStorageScan()
+{
+    if (m_scanTask)
+        m_scanTask->request_stop();
+
+    disposeInBackground(publish(Field::records, m_records, std::make_shared<const RecordList>()));
+    publish(Field::duplicates, m_duplicates, {});
+    // A finished analysis beside an emptied list would claim that there are no duplicates.
+    publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::idle());
+    disposeInBackground(publish(
+        Field::cleanupCandidates, m_cleanupCandidates, std::make_shared<const CandidateList>()));
+    publish(Field::liveFileCount, m_liveFileCount, std::int64_t{0});
+    publish(Field::scanNotice, m_scanNotice, {});
+    refreshDiskSpace();
+    publish(Field::scanPhase, m_scanPhase, ScanPhase::scanning("Starting scan…"));
+
+    const auto& task = m_scanTask.emplace();
+    const auto run = ++m_scanRun;
+    const auto isCurrent
+        = [run](const AppModel* model) { return model && model->m_scanRun == run; };
+    const LiveCountSink postLiveCount = [isCurrent, self = QPointer<AppModel>(this)](auto count) {
+        MainQueue::instance().post([isCurrent, self, count] {
+            if (isCurrent(self))
+                self->publish(Field::liveFileCount, self->m_liveFileCount, count);
+        });
+    };
+
+    auto scan = [scanner = m_scanner, platform = m_platform, root = m_selectedRoot, postLiveCount,
+                    stop = task.get_token()] {
+        ScanProgressCounter counter;
+        ScanResult result;
+        result.outcome = scanner->scan(root, counter, postLiveCount, stop);
+        const CleanupSuggestions suggestions(
+            platform.layout, *platform.calendar, platform.clock->now());
+        result.candidates = suggestions.suggestFrom(result.outcome.records);
+        result.selection = CandidateSelection::all(*result.candidates);
+        result.notice = noticeFor(root, result.outcome);
+        return result;
+    };
+    runInBackground(
+        m_scanQueue, this, std::move(scan), [this, isCurrent](Outcome<ScanResult> outcome) {
+            if (!isCurrent(this))
+                return; // stopped, or overtaken by a newer scan
+            m_scanTask.reset();
+            ++m_scanRun;
+            if (outcome.value)
+                finishStorageScan(std::move(*outcome.value));
+            else if (outcome.cancelled())
+                publish(Field::scanPhase, m_scanPhase, ScanPhase::idle());
+            else
+                publish(Field::scanPhase, m_scanPhase, ScanPhase::failed(outcome.error));
+        });
+}
+
+void AppModel::stopStorageScan()
+{
+    if (m_scanTask)
+        m_scanTask->request_stop();
+    m_scanTask.reset();
+    ++m_scanRun;
+    publish(Field::scanPhase, m_scanPhase, ScanPhase::idle());
+}
+
+void AppModel::finishStorageScan(ScanResult result)
+{
+    const auto count = result.outcome.records->size();
+    const bool hitLimit = result.outcome.hitMemoryLimit;
+    publish(Field::liveFileCount, m_liveFileCount, static_cast<std::int64_t>(count));
+    publish(Field::records, m_records, std::move(result.outcome.records));
+    publish(Field::cleanupCandidates, m_cleanupCandidates, std::move(result.candidates));
+    publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(result.selection));
+    publish(Field::scanNotice, m_scanNotice, std::move(result.notice));
+    publish(Field::scanPhase, m_scanPhase,
+        hitLimit ? ScanPhase::partial("Stopped at 1 GB; results are partial")
+                 : ScanPhase::finished());
+    refreshDiskSpace();
+    recordEvent(hitLimit ? "Storage scan stopped" : "Storage scan complete",
+        std::to_string(count) + " items scanned");
+}
+
+} // namespace kestavon

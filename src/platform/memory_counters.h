@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/domain/system_state.h"
+
+#include <optional>
+
+namespace kestavon {
+
+/// The machine's memory. Any thread.
+class MemoryCounters {
+public:
+    virtual ~MemoryCounters() = default;
+    /// The counters now; nothing when the system does not tell.
+    virtual std::optional<MemorySnapshot> snapshot() const = 0;
+};
+
+/// Page counts of /proc/vmstat times the page size, see proc(5).
+class SystemMemoryCounters final : public MemoryCounters {
+public:
+    std::optional<MemorySnapshot> snapshot() const override;
+};
+
+} // namespace kestavon
