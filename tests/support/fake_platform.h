@@ -1,0 +1,99 @@
+#pragma once
+
+#include "platform/platform.h"
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kestavon::test {
+
+/// A clock that stands still until it is told.
+class FakeClock final : public Clock {
+public:
+    Timestamp now() const override { return time; }
+    Timestamp time{std::chrono::seconds(1'795'000'000)}; // 18 Nov 2026 10:06:40 UTC
+};
+
+class FakeVolumes final : public Volumes {
+public:
+    std::optional<VolumeCapacity> capacityOf(const std::string& path) const override
+    {
+        const auto found = capacities.find(path);
+        return found == capacities.end() ? fallback : found->second;
+    }
+    std::map<std::string, std::optional<VolumeCapacity>> capacities;
+    std::optional<VolumeCapacity> fallback = VolumeCapacity{512'110'190'592, 158'617'000'000};
+};
+
+class FakeMemoryCounters final : public MemoryCounters {
+public:
+    std::optional<MemorySnapshot> snapshot() const override { return value; }
+    std::optional<MemorySnapshot> value;
+};
+
+class FakeFileManager final : public FileManager {
+public:
+    bool canListFolder(const std::string& path) const override
+    {
+        asked.push_back(path);
+        return listable.contains(path);
+    }
+    std::set<std::string> listable;
+    mutable std::vector<std::string> asked;
+};
+
+class FakeSettings final : public Settings {
+public:
+    bool flag(const std::string& key) const override
+    {
+        const auto found = flags.find(key);
+        return found != flags.end() && found->second;
+    }
+    void setFlag(const std::string& key, bool value) override { flags[key] = value; }
+    std::map<std::string, bool> flags;
+};
+
+class FakeWorkspace final : public Workspace {
+public:
+    bool openUrl(const std::string& url) override
+    {
+        opened.push_back(url);
+        return true;
+    }
+    std::vector<std::string> opened;
+};
+
+/// A machine that exists only in memory: nothing of the real one is read or written. The home is
+/// Mac-shaped and lies at /home/alice.
+struct FakeMachine {
+    std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
+    std::shared_ptr<FakeVolumes> volumes = std::make_shared<FakeVolumes>();
+    std::shared_ptr<FakeMemoryCounters> memory = std::make_shared<FakeMemoryCounters>();
+    std::shared_ptr<FakeFileManager> files = std::make_shared<FakeFileManager>();
+    std::shared_ptr<FakeSettings> settings = std::make_shared<FakeSettings>();
+    std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
+
+    Platform platform() const
+    {
+        Platform platform;
+        platform.layout.home = "/home/alice";
+        platform.layout.systemRoot = "/";
+        platform.layout.kind = HomeKind::mac;
+        platform.layout.fullDiskAccessProbes
+            = {"/home/alice/Library/Mail", "/home/alice/Library/Messages"};
+        platform.layout.cacheMarkers = {"/Library/Caches/"};
+        platform.layout.downloadFolders = {"/home/alice/Downloads"};
+        platform.files = files;
+        platform.volumes = volumes;
+        platform.memory = memory;
+        platform.clock = clock;
+        platform.calendar = std::make_shared<SystemCalendar>();
+        platform.settings = settings;
+        platform.workspace = workspace;
+        return platform;
+    }
+};
+
+} // namespace kestavon::test
