@@ -41,7 +41,8 @@ struct ScanOutcome {
     std::shared_ptr<const RecordList> records; ///< never null; depth first, names in byte order
     bool hitMemoryLimit = false; ///< the scan stopped early; the records are those found before
 
-    std::optional<RootProblem> rootProblem; ///< the root could not be opened: `records` is empty
+    std::optional<RootProblem> rootProblem
+        = {}; ///< the root could not be opened: `records` is empty
     std::uint64_t unreadableFolders = 0; ///< folders whose entries could not be listed
 };
 

@@ -15,7 +15,7 @@ struct FileRecord {
     Uuid id;
     std::string path; ///< absolute; the bytes the file system gave, in no particular encoding
     std::int64_t size = 0; ///< bytes, logical; 0 for a folder
-    std::optional<Timestamp> modifiedAt; ///< absent when the file system reported none
+    std::optional<Timestamp> modifiedAt = {}; ///< absent when the file system reported none
     bool isDirectory = false;
     bool isHidden = false;
 

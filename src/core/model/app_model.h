@@ -113,6 +113,9 @@ public:
     const std::string& scanNotice() const { return m_scanNotice; }
     /// @}
 
+    /// Whether the last finished scan could open its root; true before the first.
+    bool scanRootWasOpened() const { return m_scanRootWasOpened; }
+
     /// Number, bytes and hidden bytes of `records`.
     StorageSummary storageSummary() const { return m_records->summary(); }
 
@@ -204,6 +207,7 @@ private:
     bool m_isFreezingRAM = false;
     std::int64_t m_ramFreedBytes = 0;
     std::string m_scanNotice;
+    bool m_scanRootWasOpened = true;
 
     // Main thread only. Only the scan with the current run number may still change anything.
     std::optional<std::stop_source> m_scanTask;

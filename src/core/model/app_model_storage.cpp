@@ -116,6 +116,7 @@ void AppModel::finishStorageScan(ScanResult result)
 {
     const auto count = result.outcome.records->size();
     const bool hitLimit = result.outcome.hitMemoryLimit;
+    m_scanRootWasOpened = !result.outcome.rootProblem;
     publish(Field::liveFileCount, m_liveFileCount, static_cast<std::int64_t>(count));
     publish(Field::records, m_records, std::move(result.outcome.records));
     publish(Field::cleanupCandidates, m_cleanupCandidates, std::move(result.candidates));
