@@ -1,7 +1,8 @@
 # How every target of the project is built.
 
 if(KESTAVON_SANITIZE)
-    add_compile_options(-fsanitize=${KESTAVON_SANITIZE} -fno-omit-frame-pointer)
+    # Undefined behaviour ends the test; by default it would only be printed.
+    add_compile_options(-fsanitize=${KESTAVON_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KESTAVON_SANITIZE})
 endif()
 
@@ -15,6 +16,9 @@ add_library(kestavon_warnings INTERFACE)
 target_compile_options(kestavon_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wold-style-cast
     $<$<BOOL:${KESTAVON_WERROR}>:-Werror>)
+
+# Targets that compile each header alone, built only when asked for.
+set(CMAKE_VERIFY_INTERFACE_HEADER_SETS ON)
 
 # kestavon_library(NAME FOLDER [QT] SOURCES file... LINKS target...)
 # A static library of the folder's sources, named relative to src/FOLDER; every header of the folder
@@ -41,4 +45,13 @@ function(kestavon_test name)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT 120
         ENVIRONMENT "TZ=UTC;LC_ALL=C.UTF-8;TSAN_OPTIONS=ignore_noninstrumented_modules=1;QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;QT_FORCE_STDERR_LOGGING=1")
+endfunction()
+
+# kestavon_program(NAME SOURCES file... LINKS target...)
+# A program that a person starts, left in the build folder's bin/; files relative to the calling folder.
+function(kestavon_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINKS")
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} kestavon_warnings)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
