@@ -41,10 +41,10 @@ struct HostLayout {
 struct HostEnvironment {
     std::string home; ///< the user's home folder
     std::string systemRoot = "/";
-    std::string xdgCacheHome; ///< as in the environment; empty or relative counts as unset
-    std::string xdgConfigHome;
-    std::string xdgDataHome;
-    std::string xdgStateHome;
+    std::string xdgCacheHome = {}; ///< as in the environment; empty or relative counts as unset
+    std::string xdgConfigHome = {};
+    std::string xdgDataHome = {};
+    std::string xdgStateHome = {};
 };
 
 /// This process's environment. The home is $HOME; when that is unset, empty or relative, the

@@ -10,8 +10,8 @@ namespace kestavon {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ScopedTimeZone;
-using testing::utc;
+using test::ScopedTimeZone;
+using test::utc;
 
 const SystemCalendar calendar;
 

@@ -37,14 +37,14 @@ TEST(RelativeDateText, NamesTheLargestUnitThatFits)
         {366 * day, "1 year ago"},
         {731 * day, "2 years ago"},
     };
-    const auto now = testing::utc(2026, 11, 16, 14, 5);
+    const auto now = test::utc(2026, 11, 16, 14, 5);
     for (const auto& row : rows)
         EXPECT_EQ(relativeDateText(now - row.elapsed, now), row.text) << row.elapsed.count();
 }
 
 TEST(RelativeDateText, CallsTheFutureNow)
 {
-    const auto now = testing::utc(2026, 11, 16);
+    const auto now = test::utc(2026, 11, 16);
     EXPECT_EQ(relativeDateText(now + 1ns, now), "now");
     EXPECT_EQ(relativeDateText(Timestamp::max(), Timestamp::min()), "now");
 }

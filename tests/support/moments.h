@@ -2,7 +2,7 @@
 
 #include "core/domain/timestamp.h"
 
-namespace kestavon::testing {
+namespace kestavon::test {
 
 /// The moment at which the clocks in UTC show this.
 inline Timestamp utc(int year, unsigned month, unsigned day, int hour = 0, int minute = 0,
@@ -13,4 +13,4 @@ inline Timestamp utc(int year, unsigned month, unsigned day, int hour = 0, int m
         + hours(hour) + minutes(minute) + seconds(second) + nanoseconds(nanosecond);
 }
 
-} // namespace kestavon::testing
+} // namespace kestavon::test

@@ -1,38 +1,29 @@
 #pragma once
 
-#include <cstdlib>
-#include <optional>
-#include <string>
+#include "support/environment_variable.h"
 
 #include <time.h>
 
-namespace kestavon::testing {
+namespace kestavon::test {
 
 /// Puts the whole process into a time zone of the system's database while it lives.
 class ScopedTimeZone {
 public:
     explicit ScopedTimeZone(const std::string& name)
     {
-        if (const auto* previous = std::getenv("TZ"))
-            m_previous = previous;
-        ::setenv("TZ", name.c_str(), 1);
+        m_variable.emplace("TZ", name);
         ::tzset();
     }
-
     ~ScopedTimeZone()
     {
-        if (m_previous)
-            ::setenv("TZ", m_previous->c_str(), 1);
-        else
-            ::unsetenv("TZ");
+        m_variable.reset();
         ::tzset();
     }
-
     ScopedTimeZone(const ScopedTimeZone&) = delete;
     ScopedTimeZone& operator=(const ScopedTimeZone&) = delete;
 
 private:
-    std::optional<std::string> m_previous;
+    std::optional<ScopedVariable> m_variable;
 };
 
-} // namespace kestavon::testing
+} // namespace kestavon::test

@@ -1,0 +1,154 @@
+#include "platform/host_layout.h"
+
+#include "platform/linux/small_file.h"
+#include "platform/linux/user_folders.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kestavon {
+
+namespace {
+
+/// Folders below a home that a Mac keeps from programs without Full Disk Access.
+constexpr std::array<std::string_view, 5> macProbes{
+    "Library/Mail",
+    "Library/Messages",
+    "Library/Safari",
+    "Library/Calendars",
+    "Library/AddressBook",
+};
+
+/// Folders below a home that a sandboxed program cannot list, the telling ones first.
+constexpr std::array<std::string_view, 6> nativeProbes{
+    ".thunderbird",
+    ".config/mozilla",
+    ".mozilla",
+    ".local/share/evolution",
+    ".config",
+    ".cache",
+};
+
+std::string below(const std::string& folder, std::string_view path)
+{
+    auto joined = folder;
+    if (!joined.ends_with('/'))
+        joined += '/';
+    return joined.append(path);
+}
+
+bool isFolder(const std::string& path)
+{
+    struct stat status { };
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::string baseFolder(const std::string& given, const std::string& home, std::string_view standard)
+{
+    return given.starts_with('/') ? normalisedPath(given) : below(home, standard);
+}
+
+std::vector<std::string> downloadFoldersOf(const HostLayout& layout)
+{
+    std::vector<std::string> folders{below(layout.home, "Downloads")};
+    if (layout.kind == HomeKind::mac)
+        return folders;
+    const auto file = readSmallFile(below(layout.configHome, "user-dirs.dirs"));
+    const auto named = downloadFolderNamedIn(file.bytes, layout.home);
+    if (named && *named != folders.front())
+        folders.push_back(*named);
+    return folders;
+}
+
+std::string environmentValue(const char* name)
+{
+    const auto* value = std::getenv(name);
+    return value ? value : "";
+}
+
+std::string homeOfPasswordEntry()
+{
+    std::vector<char> buffer(16 * 1024);
+    struct passwd entry { };
+    struct passwd* found = nullptr;
+    while (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE)
+        buffer.resize(2 * buffer.size());
+    return found && found->pw_dir ? found->pw_dir : "";
+}
+
+} // namespace
+
+std::string HostLayout::belowSystemRoot(const std::string& path) const
+{
+    if (systemRoot == "/" || systemRoot.empty())
+        return path;
+    return path == "/" ? systemRoot : systemRoot + path;
+}
+
+HostEnvironment currentHostEnvironment()
+{
+    // In a Flatpak the usual variables lead into the sandbox, and these to the user's own folders.
+    const std::string prefix = ::access("/.flatpak-info", F_OK) == 0 ? "HOST_XDG_" : "XDG_";
+    const auto baseFolderVariable
+        = [&prefix](const char* name) { return environmentValue((prefix + name).c_str()); };
+
+    HostEnvironment environment;
+    environment.home = environmentValue("HOME");
+    if (!environment.home.starts_with('/'))
+        environment.home = homeOfPasswordEntry();
+    if (!environment.home.starts_with('/'))
+        environment.home = std::string("/"); // g++ 12 warns wrongly of a plain assignment here
+    environment.xdgCacheHome = baseFolderVariable("CACHE_HOME");
+    environment.xdgConfigHome = baseFolderVariable("CONFIG_HOME");
+    environment.xdgDataHome = baseFolderVariable("DATA_HOME");
+    environment.xdgStateHome = baseFolderVariable("STATE_HOME");
+    return environment;
+}
+
+HostLayout makeHostLayout(const HostEnvironment& environment)
+{
+    HostLayout layout;
+    layout.home = normalisedPath(environment.home);
+    layout.systemRoot
+        = environment.systemRoot.empty() ? "/" : normalisedPath(environment.systemRoot);
+    layout.kind = isFolder(below(layout.home, "Library")) ? HomeKind::mac : HomeKind::native;
+
+    layout.cacheHome = baseFolder(environment.xdgCacheHome, layout.home, ".cache");
+    layout.configHome = baseFolder(environment.xdgConfigHome, layout.home, ".config");
+    layout.dataHome = baseFolder(environment.xdgDataHome, layout.home, ".local/share");
+    layout.stateHome = baseFolder(environment.xdgStateHome, layout.home, ".local/state");
+    layout.applicationSupport = layout.kind == HomeKind::mac
+        ? below(layout.home, "Library/Application Support")
+        : layout.dataHome;
+
+    for (const auto probe : macProbes)
+        layout.fullDiskAccessProbes.push_back(below(layout.home, probe));
+    if (layout.kind == HomeKind::native) {
+        for (const auto probe : nativeProbes)
+            layout.fullDiskAccessProbes.push_back(below(layout.home, probe));
+    }
+    layout.cacheMarkers = {"/Library/Caches/"};
+    layout.downloadFolders = downloadFoldersOf(layout);
+    return layout;
+}
+
+std::string normalisedPath(std::string path)
+{
+    if (!path.starts_with('/')) {
+        std::error_code error;
+        const auto workingFolder = std::filesystem::current_path(error);
+        path = below(error ? "/" : workingFolder.native(), path);
+    }
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    return path;
+}
+
+} // namespace kestavon

@@ -1,0 +1,118 @@
+#include "platform/linux/small_file.h"
+
+#include "platform/linux/file_descriptor.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace kestavon {
+
+namespace {
+
+constexpr std::size_t largestFile = 256 * 1024;
+
+bool writeAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+std::string folderOf(const std::string& path)
+{
+    const auto slash = path.rfind('/');
+    return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
+}
+
+bool makeFolders(const std::string& path)
+{
+    if (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
+        return true;
+    return errno == ENOENT && path != "/" && makeFolders(folderOf(path))
+        && ::mkdir(path.c_str(), 0700) == 0;
+}
+
+/// Where `path` leads when it is a link to something that exists; else `path`.
+std::string followed(const std::string& path)
+{
+    std::error_code error;
+    const auto target = std::filesystem::canonical(path, error);
+    return error ? path : target.native();
+}
+
+} // namespace
+
+SmallFile readSmallFile(const std::string& path)
+{
+    SmallFile file;
+    const FileDescriptor descriptor(
+        ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status { };
+    if (!descriptor || ::fstat(descriptor.get(), &status) != 0) {
+        file.error = errno;
+        return file;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        file.error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+        return file;
+    }
+    file.bytes.resize(largestFile + 1);
+    std::size_t length = 0;
+    while (length < file.bytes.size()) {
+        const auto got
+            = ::read(descriptor.get(), file.bytes.data() + length, file.bytes.size() - length);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0) {
+            file.error = errno;
+            break;
+        }
+        if (got == 0)
+            break;
+        length += static_cast<std::size_t>(got);
+    }
+    if (length > largestFile)
+        file.error = EFBIG;
+    file.bytes.resize(file.error == 0 ? length : 0);
+    return file;
+}
+
+bool replaceSmallFile(const std::string& path, const std::string& bytes)
+{
+    const auto target = followed(path);
+    const auto folder = folderOf(target);
+    if (!makeFolders(folder))
+        return false;
+    auto temporary = target + ".XXXXXX";
+    FileDescriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC)); // mode 0600
+    if (!descriptor)
+        return false;
+    // The bytes must be on the disk before the name is, or a power cut leaves an empty file.
+    const bool replaced = writeAll(descriptor.get(), bytes) && ::fsync(descriptor.get()) == 0
+        && ::rename(temporary.c_str(), target.c_str()) == 0;
+    if (!replaced) {
+        ::unlink(temporary.c_str());
+        return false;
+    }
+    const FileDescriptor folderDescriptor(
+        ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folderDescriptor)
+        ::fsync(folderDescriptor.get());
+    return true;
+}
+
+} // namespace kestavon
