@@ -46,12 +46,3 @@ function(kestavon_test name)
         PROPERTIES TIMEOUT 120
         ENVIRONMENT "TZ=UTC;LC_ALL=C.UTF-8;TSAN_OPTIONS=ignore_noninstrumented_modules=1;QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;QT_FORCE_STDERR_LOGGING=1")
 endfunction()
-
-# kestavon_program(NAME SOURCES file... LINKS target...)
-# A program that a person starts, left in the build folder's bin/; files relative to the calling folder.
-function(kestavon_program name)
-    cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINKS")
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_LINKS} kestavon_warnings)
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-endfunction()
