@@ -1,0 +1,65 @@
+#include "ui/shell/shell_state.h"
+
+#include "ui/shell/shell_rules.h"
+
+#include <QFile>
+
+namespace kestavon {
+
+namespace {
+
+QString text(std::string_view bytes)
+{
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+} // namespace
+
+ShellState::ShellState(AppModel& model)
+    : m_model(model)
+    , m_sidebar(model)
+{
+    connect(&model, &AppModel::fieldChanged, this, &ShellState::follow);
+}
+
+QString ShellState::sectionTitle() const
+{
+    return text(rawValue(m_model.section()));
+}
+
+QString ShellState::sectionSymbol() const
+{
+    return text(lookOf(m_model.section()).symbol);
+}
+
+QUrl ShellState::screen() const
+{
+    const auto file
+        = QStringLiteral("/qt/qml/Kestavon/Ui/") + text(lookOf(m_model.section()).screen);
+    return QFile::exists(u':' + file) ? QUrl(QStringLiteral("qrc") + u':' + file) : QUrl();
+}
+
+void ShellState::showRow(int row)
+{
+    if (row >= 0 && row < m_sidebar.rowCount())
+        m_model.setSection(m_sidebar.sectionAt(row));
+}
+
+void ShellState::takeOver(const std::string& folder)
+{
+    if (!folder.empty())
+        m_model.setSelectedRoot(folder);
+    raise();
+}
+
+void ShellState::follow(AppModel::Field field)
+{
+    switch (field) {
+    case AppModel::Field::section: Q_EMIT sectionChanged(); break;
+    case AppModel::Field::scanPhase: Q_EMIT isScanningChanged(); break;
+    case AppModel::Field::hasFullDiskAccess: Q_EMIT hasFullDiskAccessChanged(); break;
+    default: break;
+    }
+}
+
+} // namespace kestavon
