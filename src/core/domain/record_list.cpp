@@ -212,6 +212,11 @@ std::string_view RecordList::name(std::size_t i) const
     return nameAt(m_columns.nameOffsets[i]);
 }
 
+std::span<const char> RecordList::nameBytes() const
+{
+    return m_columns.names ? m_columns.names->bytes.span() : std::span<const char>();
+}
+
 std::string RecordList::path(std::size_t i) const
 {
     auto path = folderPath(folderOf(i));

@@ -114,6 +114,13 @@ public:
 
     /// All sizes, in record order, in bytes.
     std::span<const std::int64_t> sizes() const { return m_columns.sizes.span(); }
+    /// Every record's folder, in record order.
+    std::span<const std::uint32_t> folders() const { return m_columns.folders.span(); }
+    /// The bytes that hold every name, each ended by a NUL, in record order; also names of no
+    /// record of this list.
+    std::span<const char> nameBytes() const;
+    /// Where each record's name starts in `nameBytes()`, in record order.
+    std::span<const std::uint32_t> nameOffsets() const { return m_columns.nameOffsets.span(); }
 
     /// The scanned folder's path; empty for a list that was never filled.
     const std::string& root() const;
