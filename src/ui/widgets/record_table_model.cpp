@@ -1,6 +1,5 @@
 #include "ui/widgets/record_table_model.h"
 
-#include "core/model/background.h"
 #include "core/model/main_queue.h"
 #include "platform/byte_count.h"
 #include "ui/widgets/file_name_text.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "concurrency/serial_queue.h"
 #include "core/domain/record_list.h"
 #include "core/domain/uuid.h"
+#include "core/model/background.h"
 #include "core/model/record_selection.h"
 #include "core/model/record_view.h"
 #include "platform/calendar.h"
