@@ -1,0 +1,297 @@
+#include "storage/depth_first_stitch.h"
+
+#include "concurrency/cancelled.h"
+#include "storage/folder_reader.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <memory>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace kestavon {
+
+namespace {
+
+/// A place in the finished table, or a distance between two.
+struct Place {
+    std::uint32_t record = 0;
+    std::uint32_t nameByte = 0;
+    std::uint32_t folder = 0;
+
+    Place& operator+=(const Place& distance)
+    {
+        record += distance.record;
+        nameByte += distance.nameByte;
+        folder += distance.folder;
+        return *this;
+    }
+};
+
+class DepthFirstStitch {
+public:
+    DepthFirstStitch(const std::string& root, std::vector<RecordStore>& stores,
+        std::uint32_t folderCount, const std::stop_token& stop)
+        : m_stores(stores)
+        , m_stop(stop)
+        , m_folders(folderCount)
+        , m_names(std::make_shared<RecordNames>())
+    {
+        m_names->root = root;
+    }
+
+    RecordColumns stitch(unsigned threads)
+    {
+        gatherRuns();
+        sumSubtrees();
+        allocateColumns();
+        placeFolders();
+        copyStores(threads);
+        m_columns.names = std::move(m_names);
+        return std::move(m_columns);
+    }
+
+private:
+    struct WalkedFolder {
+        EntryRun* run = nullptr;
+        std::uint32_t parent = 0;
+        Place extent{.record = 0, .nameByte = 0, .folder = 1}; ///< of all that lies below
+        Place start; ///< where its entries begin; the folder's new number
+    };
+
+    struct SlicedEntry {
+        std::uint64_t key;
+        const char* name;
+        const EntryRow* row;
+    };
+
+    void gatherRuns();
+    void sumSubtrees();
+    void allocateColumns();
+    void placeFolders();
+    void putSlicesInPlace(std::uint32_t folder);
+    std::vector<SlicedEntry> mergedSlices(const EntryRun* slices) const;
+    void copyStores(unsigned threads);
+    void copyStore(RecordStore& store);
+    void copyRun(const EntryRun& run);
+    void copyEntry(const EntryRow& row, const char* name, const Place& at, std::uint32_t folder);
+    Place firstEntryOf(const WalkedFolder& folder) const;
+    void placeSubfolder(const EntryRow& row, const Place& at, std::uint32_t parent);
+    void pass(const EntryRow& row, Place& at) const;
+    void throwIfStopped() const;
+
+    std::vector<RecordStore>& m_stores;
+    const std::stop_token& m_stop;
+    std::vector<WalkedFolder> m_folders; // by the numbers that the walk gave
+    std::shared_ptr<RecordNames> m_names;
+    RecordColumns m_columns;
+};
+
+/// Finds each folder's entries and parent.
+void DepthFirstStitch::gatherRuns()
+{
+    for (auto& store : m_stores) {
+        for (std::size_t i = 0; i < store.runs.chunkCount(); ++i) {
+            throwIfStopped();
+            for (auto& run : store.runs.chunk(i)) {
+                auto& folder = m_folders[run.folder];
+                folder.extent += {.record = run.count, .nameByte = run.nameBytes, .folder = 0};
+                run.otherSlices = std::exchange(folder.run, &run);
+                if (!run.hasSubfolders)
+                    continue;
+                for (const auto& row : run.entries()) {
+                    if (row.subfolder != 0)
+                        m_folders[row.subfolder].parent = run.folder;
+                }
+            }
+        }
+    }
+}
+
+/// Adds each folder's extent to its parent's: a parent's number is the smaller one.
+void DepthFirstStitch::sumSubtrees()
+{
+    for (auto number = m_folders.size() - 1; number > 0; --number)
+        m_folders[m_folders[number].parent].extent += m_folders[number].extent;
+}
+
+void DepthFirstStitch::allocateColumns()
+{
+    const auto& all = m_folders[0].extent;
+    m_columns.sizes = Column<std::int64_t>(all.record);
+    m_columns.modifiedAt = Column<std::int64_t>(all.record);
+    m_columns.folders = Column<std::uint32_t>(all.record);
+    m_columns.nameOffsets = Column<std::uint32_t>(all.record);
+    m_columns.flags = Column<std::uint8_t>(all.record);
+    m_names->bytes = Column<char>(all.nameByte);
+    m_names->folderParents = Column<std::uint32_t>(all.folder);
+    m_names->folderNames = Column<std::uint32_t>(all.folder);
+    m_names->folderParents[0] = 0;
+    m_names->folderNames[0] = 0;
+}
+
+/// Gives every folder its start, parents first, and puts those that were read in slices in place.
+void DepthFirstStitch::placeFolders()
+{
+    for (std::uint32_t number = 0; number < m_folders.size(); ++number) {
+        const auto& folder = m_folders[number];
+        if (number % 4096 == 0)
+            throwIfStopped();
+        if (!folder.run)
+            continue;
+        if (folder.run->otherSlices) {
+            putSlicesInPlace(number);
+            continue;
+        }
+        if (!folder.run->hasSubfolders)
+            continue;
+        auto at = firstEntryOf(folder);
+        for (const auto& row : folder.run->entries()) {
+            if (row.subfolder != 0)
+                placeSubfolder(row, at, folder.start.folder);
+            pass(row, at);
+        }
+    }
+}
+
+/// Where a folder's first entry goes, and the number for the first folder among its entries.
+Place DepthFirstStitch::firstEntryOf(const WalkedFolder& folder) const
+{
+    auto first = folder.start;
+    ++first.folder;
+    return first;
+}
+
+/// Moves `at` behind an entry and all that lies below it.
+void DepthFirstStitch::pass(const EntryRow& row, Place& at) const
+{
+    at += {.record = 1, .nameByte = row.nameLength + 1u, .folder = 0};
+    if (row.subfolder != 0)
+        at += m_folders[row.subfolder].extent;
+}
+
+/// Gives the folder entered at the entry `at` its start.
+void DepthFirstStitch::placeSubfolder(const EntryRow& row, const Place& at, std::uint32_t parent)
+{
+    m_folders[row.subfolder].start = {.record = at.record + 1,
+        .nameByte = at.nameByte + row.nameLength + 1u,
+        .folder = at.folder};
+    m_names->folderParents[at.folder] = parent;
+    m_names->folderNames[at.folder] = at.nameByte;
+}
+
+void DepthFirstStitch::putSlicesInPlace(std::uint32_t number)
+{
+    const auto& folder = m_folders[number];
+    auto at = firstEntryOf(folder);
+    for (const auto& entry : mergedSlices(folder.run)) {
+        if (at.record % 65536 == 0)
+            throwIfStopped();
+        copyEntry(*entry.row, entry.name, at, folder.start.folder);
+        if (entry.row->subfolder != 0)
+            placeSubfolder(*entry.row, at, folder.start.folder);
+        pass(*entry.row, at);
+    }
+    for (auto* slice = folder.run; slice; slice = slice->otherSlices)
+        slice->count = 0;
+}
+
+std::vector<DepthFirstStitch::SlicedEntry> DepthFirstStitch::mergedSlices(
+    const EntryRun* slices) const
+{
+    std::size_t count = 0;
+    for (auto* slice = slices; slice; slice = slice->otherSlices)
+        count += slice->count;
+    std::vector<SlicedEntry> entries;
+    entries.reserve(count);
+    for (auto* slice = slices; slice; slice = slice->otherSlices) {
+        const char* name = slice->names;
+        for (const auto& row : slice->entries()) {
+            entries.push_back({.key = orderKey(name, row.nameLength), .name = name, .row = &row});
+            name += row.nameLength + 1;
+        }
+    }
+    std::ranges::sort(entries, [](const SlicedEntry& a, const SlicedEntry& b) {
+        return a.key != b.key ? a.key < b.key : std::strcmp(a.name, b.name) < 0;
+    });
+    return entries;
+}
+
+void DepthFirstStitch::copyStores(unsigned threads)
+{
+    // Each store takes one thread; the places in the table do not overlap.
+    std::atomic<std::size_t> next = 0;
+    const auto copyNext = [&] {
+        for (auto i = next++; i < m_stores.size(); i = next++)
+            copyStore(m_stores[i]);
+    };
+    std::vector<std::jthread> helpers;
+    try {
+        while (helpers.size() + 1 < threads)
+            helpers.emplace_back(copyNext);
+    } catch (const std::system_error&) {
+        // Fewer threads do as well.
+    }
+    copyNext();
+    helpers.clear();
+    throwIfStopped();
+}
+
+void DepthFirstStitch::copyStore(RecordStore& store)
+{
+    for (std::size_t i = 0; i < store.runs.chunkCount(); ++i) {
+        std::uint32_t copied = 0;
+        for (const auto& run : store.runs.chunk(i)) {
+            if (++copied % 1024 == 0) {
+                if (m_stop.stop_requested())
+                    return;
+                store.rows.releaseBefore(run.rows);
+                store.names.releaseBefore(run.names);
+            }
+            copyRun(run);
+        }
+    }
+    store.rows.releaseAll();
+    store.names.releaseAll();
+}
+
+void DepthFirstStitch::copyRun(const EntryRun& run)
+{
+    const auto& folder = m_folders[run.folder];
+    auto at = firstEntryOf(folder);
+    const char* name = run.names;
+    for (const auto& row : run.entries()) {
+        copyEntry(row, name, at, folder.start.folder);
+        name += row.nameLength + 1;
+        pass(row, at);
+    }
+}
+
+void DepthFirstStitch::copyEntry(
+    const EntryRow& row, const char* name, const Place& at, std::uint32_t folder)
+{
+    m_columns.sizes[at.record] = row.size;
+    m_columns.modifiedAt[at.record] = row.modifiedAt;
+    m_columns.folders[at.record] = folder;
+    m_columns.nameOffsets[at.record] = at.nameByte;
+    m_columns.flags[at.record] = row.flags;
+    std::memcpy(m_names->bytes.data() + at.nameByte, name, row.nameLength + 1u);
+}
+
+void DepthFirstStitch::throwIfStopped() const
+{
+    if (m_stop.stop_requested())
+        throw Cancelled{};
+}
+
+} // namespace
+
+RecordColumns stitchDepthFirst(const std::string& root, std::vector<RecordStore>& stores,
+    std::uint32_t folderCount, unsigned threads, const std::stop_token& stop)
+{
+    return DepthFirstStitch(root, stores, folderCount, stop).stitch(threads);
+}
+
+} // namespace kestavon

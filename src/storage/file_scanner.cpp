@@ -1,0 +1,74 @@
+#include "storage/file_scanner.h"
+
+#include "storage/depth_first_stitch.h"
+#include "storage/tree_walk.h"
+
+#include <algorithm>
+#include <new>
+#include <thread>
+#include <utility>
+
+namespace kestavon {
+
+namespace {
+
+unsigned cores()
+{
+    return std::max(1U, std::thread::hardware_concurrency());
+}
+
+/// More threads than cores: while one waits for the disk, others go on. Warm they cost nothing.
+unsigned threadsForThisMachine()
+{
+    return std::min(16U, std::max(8U, 2 * cores()));
+}
+
+std::string withoutTrailingSlash(std::string path)
+{
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    return path;
+}
+
+} // namespace
+
+FileScanner::FileScanner(std::vector<std::string> excludedPrefixes, std::uint64_t memoryLimitBytes,
+    MemoryProbe probe, unsigned threads)
+    : m_excludedPrefixes(std::move(excludedPrefixes))
+    , m_memoryLimitBytes(memoryLimitBytes)
+    , m_probe(std::move(probe))
+    , m_threads(threads != 0 ? threads : threadsForThisMachine())
+{
+}
+
+ScanOutcome FileScanner::scan(const std::string& root, ScanProgressCounter& counter,
+    const LiveCountSink& postLiveCount, std::stop_token stop)
+{
+    ScanOutcome outcome;
+    outcome.records = std::make_shared<const RecordList>();
+    try {
+        const auto walk = std::make_shared<TreeWalk>(TreeWalkOrder{
+            .root = withoutTrailingSlash(root),
+            .excludedPrefixes = m_excludedPrefixes,
+            .memoryLimitBytes = m_memoryLimitBytes,
+            .memoryProbe = m_probe,
+            .threads = m_threads,
+            .counter = &counter,
+            .postLiveCount = postLiveCount,
+            .stop = stop,
+        });
+        walk->start();
+        walk->wait();
+        outcome.hitMemoryLimit = walk->hitMemoryLimit();
+        outcome.rootProblem = walk->rootProblem();
+        outcome.unreadableFolders = walk->unreadableFolders();
+        outcome.records
+            = std::make_shared<const RecordList>(stitchDepthFirst(withoutTrailingSlash(root),
+                walk->stores(), walk->folderCount(), std::min(m_threads, cores()), stop));
+    } catch (const std::bad_alloc&) {
+        outcome.hitMemoryLimit = true;
+    }
+    return outcome;
+}
+
+} // namespace kestavon

@@ -1,0 +1,103 @@
+#include "storage/pseudo_file_systems.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/vfs.h>
+
+namespace kestavon {
+
+namespace {
+
+// Numbers that the kernel's public header does not list.
+constexpr long configfsMagic = 0x62656570;
+constexpr long fusectlMagic = 0x65735543;
+constexpr long mqueueMagic = 0x19800202;
+constexpr long rpcPipefsMagic = 0x67596969;
+
+constexpr std::array<long, 18> pseudoMagics{
+    PROC_SUPER_MAGIC,
+    SYSFS_MAGIC,
+    CGROUP_SUPER_MAGIC,
+    CGROUP2_SUPER_MAGIC,
+    DEVPTS_SUPER_MAGIC,
+    DEBUGFS_MAGIC,
+    TRACEFS_MAGIC,
+    SECURITYFS_MAGIC,
+    BPF_FS_MAGIC,
+    PSTOREFS_MAGIC,
+    EFIVARFS_MAGIC,
+    BINFMTFS_MAGIC,
+    AUTOFS_SUPER_MAGIC,
+    SELINUX_MAGIC,
+    configfsMagic,
+    fusectlMagic,
+    mqueueMagic,
+    rpcPipefsMagic,
+};
+
+// These share their number with file systems that hold files, and only the mount table tells them
+// apart.
+constexpr std::array<std::string_view, 4> pseudoTypes{
+    "devtmpfs",
+    "fuse.gvfsd-fuse",
+    "fuse.lxcfs",
+    "fuse.portal",
+};
+
+std::string_view nextField(std::string_view& line)
+{
+    const auto end = std::min(line.find(' '), line.size());
+    const auto field = line.substr(0, end);
+    line.remove_prefix(std::min(end + 1, line.size()));
+    return field;
+}
+
+} // namespace
+
+bool isOnPseudoFileSystem(int folder)
+{
+    struct statfs fileSystem { };
+    if (::fstatfs(folder, &fileSystem) != 0)
+        return false;
+    const auto magic = static_cast<long>(fileSystem.f_type);
+    if (std::ranges::find(pseudoMagics, magic) != pseudoMagics.end())
+        return true;
+    if (magic != TMPFS_MAGIC && magic != FUSE_SUPER_MAGIC)
+        return false;
+
+    struct stat facts { };
+    if (::fstat(folder, &facts) != 0)
+        return false;
+    std::ifstream file("/proc/self/mountinfo");
+    const std::string table(std::istreambuf_iterator<char>(file), {});
+    const auto device
+        = std::to_string(major(facts.st_dev)) + ':' + std::to_string(minor(facts.st_dev));
+    return std::ranges::find(pseudoTypes, mountedType(table, device)) != pseudoTypes.end();
+}
+
+std::string_view mountedType(std::string_view mountTable, std::string_view device)
+{
+    while (!mountTable.empty()) {
+        const auto end = std::min(mountTable.find('\n'), mountTable.size());
+        auto line = mountTable.substr(0, end);
+        mountTable.remove_prefix(std::min(end + 1, mountTable.size()));
+        // "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw": a lone dash ends the
+        // optional fields.
+        nextField(line);
+        nextField(line);
+        if (nextField(line) != device)
+            continue;
+        while (!line.empty() && nextField(line) != "-") { }
+        return nextField(line);
+    }
+    return {};
+}
+
+} // namespace kestavon

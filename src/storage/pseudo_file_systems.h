@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+namespace kestavon {
+
+/// Whether the open folder (a path-only handle will do) lies on a file system that the kernel or a
+/// service makes up as it is read: processes, devices, settings, portals. Such trees hold no data
+/// of the user's, change while they are read, and a read may have effects. False when that cannot
+/// be told. Any thread.
+bool isOnPseudoFileSystem(int folder);
+
+/// The type of the file system mounted with the given device number, out of a mount table as in
+/// /proc/self/mountinfo, see proc(5); empty when it is not there.
+std::string_view mountedType(std::string_view mountTable, std::string_view device);
+
+} // namespace kestavon
