@@ -282,7 +282,9 @@ void DepthFirstStitch::copyEntry(
 
 void DepthFirstStitch::throwIfStopped() const
 {
-    if (m_stop.stop_requested())
+    // A tree without entries is walked to its end all the same.
+    const bool isEmpty = m_folders[0].extent.record == 0;
+    if (!isEmpty && m_stop.stop_requested())
         throw Cancelled{};
 }
 

@@ -415,6 +415,8 @@ void TreeWalk::report(std::size_t records)
         return;
     const auto added = static_cast<std::int64_t>(records);
     const auto count = m_order.counter->add(added);
+    if (!m_order.postLiveCount)
+        return;
     const auto before = count - added;
     for (auto post = (before / recordsBetweenPosts + 1) * recordsBetweenPosts; post <= count;
          post += recordsBetweenPosts)
