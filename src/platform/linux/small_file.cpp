@@ -1,5 +1,6 @@
 #include "platform/linux/small_file.h"
 
+#include "platform/linux/descriptor_io.h"
 #include "platform/linux/file_descriptor.h"
 
 #include <cerrno>
@@ -7,8 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <string_view>
-#include <vector>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,19 +18,6 @@ namespace kestavon {
 namespace {
 
 constexpr std::size_t largestFile = 256 * 1024;
-
-bool writeAll(int descriptor, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const auto written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
 
 std::string folderOf(const std::string& path)
 {
@@ -70,24 +57,10 @@ SmallFile readSmallFile(const std::string& path)
         file.error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
         return file;
     }
-    file.bytes.resize(largestFile + 1);
-    std::size_t length = 0;
-    while (length < file.bytes.size()) {
-        const auto got
-            = ::read(descriptor.get(), file.bytes.data() + length, file.bytes.size() - length);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0) {
-            file.error = errno;
-            break;
-        }
-        if (got == 0)
-            break;
-        length += static_cast<std::size_t>(got);
-    }
-    if (length > largestFile)
-        file.error = EFBIG;
-    file.bytes.resize(file.error == 0 ? length : 0);
+    if (auto bytes = readAll(descriptor.get(), largestFile))
+        file.bytes = std::move(*bytes);
+    else
+        file.error = errno;
     return file;
 }
 

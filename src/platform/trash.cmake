@@ -1,0 +1,8 @@
+# The Trash: the desktop's own, and that of a Mac's home.
+target_sources(kestavon_platform PRIVATE
+    ${CMAKE_CURRENT_LIST_DIR}/linux/descriptor_io.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/trash/directory_sizes.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/trash/mount_table.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/trash/trash_info.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/trash/trash_names.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/trash/trash_places.cpp)
