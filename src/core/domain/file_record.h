@@ -12,7 +12,7 @@ namespace kestavon {
 
 /// One file or folder found by a storage scan. A plain value.
 struct FileRecord {
-    Uuid id;
+    Uuid id = {};
     std::string path; ///< absolute; the bytes the file system gave, in no particular encoding
     std::int64_t size = 0; ///< bytes, logical; 0 for a folder
     std::optional<Timestamp> modifiedAt = {}; ///< absent when the file system reported none

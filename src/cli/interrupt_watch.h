@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QSocketNotifier>
+
+#include <functional>
+#include <memory>
+
+namespace kestavon {
+
+/// Calls a function on the main thread when the user presses Ctrl+C (SIGINT) or the process is
+/// asked to end (SIGTERM), instead of ending the process there and then. One at a time; the earlier
+/// behaviour returns with the destructor.
+class InterruptWatch {
+public:
+    explicit InterruptWatch(std::function<void()> onInterrupt);
+    ~InterruptWatch();
+    InterruptWatch(const InterruptWatch&) = delete;
+    InterruptWatch& operator=(const InterruptWatch&) = delete;
+
+private:
+    std::function<void()> m_onInterrupt;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace kestavon
