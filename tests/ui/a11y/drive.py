@@ -1,0 +1,178 @@
+"""Uses the real window as somebody with a screen reader does: drive.py PROGRAM
+
+Looks at every section, scans a small home, and filters and selects in the table of files. Needs an X
+display and a session bus (the script "run" beside this one starts both).
+"""
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import time
+
+from window import application, eventually, press_key, type_text
+
+SECTIONS = ["Dashboard", "Storage", "Large Files", "Duplicates", "Smart Clean", "Cleaner", "App Uninstaller",
+            "Safe Area", "Performance", "Processes", "Startup Items", "Security", "History", "Settings"]
+FILES = {  # path below the home, size in bytes
+    "Videos/Trip to the lake.mov": 5_000_000,
+    "Videos/birthday.mov": 3_000_000,
+    "Documents/trip plan.pdf": 1_000_000,
+    "Documents/Ünïcödé & more.txt": 40_000,
+    ".hidden": 1_000,
+    "Downloads/old installer.iso": 2_000_000,
+}
+DAY = 24 * 60 * 60
+
+
+def make_home(home):
+    for path, size in FILES.items():
+        file = home / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_bytes(b"k" * size)
+    os.utime(home / "Downloads/old installer.iso", (time.time() - 200 * DAY,) * 2)
+
+
+def contents(home):
+    return {path: path.lstat().st_size for path in home.rglob("*") if not path.is_dir()}
+
+
+class Session:
+    def __init__(self, program, folder):
+        self.home = folder / "home"
+        self.home.mkdir()
+        make_home(self.home)
+        places = {f"XDG_{kind}_HOME": str(folder / "xdg" / kind) for kind in ("CONFIG", "DATA", "CACHE", "STATE")}
+        runtime = folder / "runtime"
+        runtime.mkdir(mode=0o700)
+        self.process = subprocess.Popen([program, "--theme", "light"], env=os.environ | places | {
+            "HOME": str(self.home), "XDG_RUNTIME_DIR": str(runtime), "TZ": "UTC", "LC_ALL": "C.UTF-8",
+            "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+
+    def open(self):
+        self.window = application("kestavon")
+        self.find("frame", "Kestavon")
+
+    def find(self, role, name, exactly=True):
+        def found():
+            return next(iter(self.window.all(role, lambda n: n == name if exactly else name in n)), None)
+        return eventually(found, f'{role} "{name}"')
+
+    def shows(self, text):
+        """Waits until some element says the text."""
+        return eventually(lambda: next((e for e in self.window.below()
+                                        if text in e.name and e.has("showing")), None), f'"{text}"')
+
+    def hides(self, text):
+        eventually(lambda: not [e for e in self.window.below() if text in e.name and e.has("showing")],
+                   f'"{text}" to go')
+
+    def sidebar(self):
+        """The sections' rows by title; a badge joins the row's name."""
+        rows = {}
+        for row in self.window.all("list item"):
+            title = next((s for s in SECTIONS if row.name == s or row.name.startswith(s + ",")), None)
+            if title:
+                rows[title] = row
+        return rows
+
+    def go_to(self, section):
+        self.sidebar()[section].press()
+        eventually(lambda: self.sidebar()[section].has("selected"), f"{section} to be selected")
+
+    def table(self):
+        """The visible rows of the files' table from top to bottom, each a list of its cells' texts."""
+        rows = sorted(self.find("table", "Files").all("table row"), key=lambda row: row.place()[1])
+        return [[cell.name for cell in sorted(row.all("table cell"), key=lambda cell: cell.place()[0])]
+                for row in rows]
+
+    def row(self, name):
+        return next(row for row in self.find("table", "Files").all("table row") if row.name == name)
+
+
+def names(paths):
+    return [path.rpartition("/")[2] for path in paths]
+
+
+LARGEST_FIRST = names(sorted(FILES, key=FILES.get, reverse=True))
+
+
+def refuses_no_section(session):
+    eventually(lambda: list(session.sidebar()) == SECTIONS, "the sections in their order")
+    for section in SECTIONS:
+        session.go_to(section)
+        selected = [title for title, row in session.sidebar().items() if row.has("selected")]
+        assert selected == [section], f"{selected} selected after pressing {section}"
+
+
+def scans_and_counts(session):
+    session.go_to("Storage")
+    session.shows("No scan data yet")
+    session.go_to("Dashboard")
+    session.find("push button", "Scan").press()
+    count = sum(1 for _ in session.home.rglob("*"))
+    session.shows(f"Scan complete — {count} files")
+    session.shows(f"Items Scanned: {count}")
+    session.shows("Hidden Files: 1 kB")
+    eventually(lambda: session.sidebar()["Cleaner"].name != "Cleaner", "the old download in the Cleaner's badge")
+
+
+def lists_largest_first(session):
+    session.go_to("Storage")
+    eventually(lambda: len(session.table()) >= len(FILES), "the table to fill")
+    rows = session.table()
+    assert [row[0] for row in rows][:len(FILES)] == LARGEST_FIRST, rows
+    name, size, _, path = rows[0]
+    assert (size, path) == ("5 MB", str(session.home / "Videos" / name)), rows[0]
+    session.go_to("Large Files")
+    eventually(lambda: [row[0] for row in session.table()] == LARGEST_FIRST, "files and no folders")
+
+
+def counts_only_what_is_shown(session):
+    session.go_to("Storage")
+    eventually(lambda: session.table(), "the table to fill")
+    session.row("Trip to the lake.mov").click()
+    session.shows("1 selected · 5 MB")
+    session.row("birthday.mov").click("ctrl")
+    session.shows("2 selected · 8 MB")
+    assert session.row("birthday.mov").has("selected")
+    assert not session.row("trip plan.pdf").has("selected")
+
+    session.find("text", "Filter").click()
+    type_text("TRIP")
+    eventually(lambda: [row[0] for row in session.table()] == ["Trip to the lake.mov", "trip plan.pdf"],
+               "the filter, whatever the case")
+    session.shows("1 selected · 5 MB")
+    session.find("push button", "Clear", exactly=True)
+    press_key("Escape")
+    session.shows("2 selected · 8 MB")
+    action_bar = session.find("tool bar", "Selection")
+    next(iter(action_bar.all("push button", lambda name: name == "Clear"))).press()
+    session.hides("selected ·")
+
+
+STEPS = [refuses_no_section, scans_and_counts, lists_largest_first, counts_only_what_is_shown]
+
+
+def main(program):
+    with tempfile.TemporaryDirectory(prefix="kestavon-a11y-") as folder:
+        session = Session(program, pathlib.Path(folder))
+        before = contents(session.home)
+        try:
+            session.open()
+            for step in STEPS:
+                step(session)
+                print("ok", step.__name__.replace("_", " "))
+            assert contents(session.home) == before, "looking at the home changed it"
+            assert session.process.poll() is None, "the program has ended"
+        except AssertionError as failure:
+            if hasattr(session, "window"):
+                print("\n".join(session.window.tree()))
+            sys.exit(f"FAILED: {failure}")
+        finally:
+            session.process.terminate()
+            session.process.wait(10)
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])
