@@ -29,7 +29,7 @@ public:
 
     /// Why the machine refuses to move or remove `path`: nothing when it does not. Asks twice: for
     /// the path as it is written, and for the path with its folder's links resolved. The last
-    /// component is never followed. Mount points are refused too.
+    /// component is never followed. Mount points and what is no absolute path are refused too.
     std::optional<FileError> refusal(const std::string& path) const;
 
     /// Whether a selected item may be moved or removed: neither `refusal` nor the rule
@@ -37,6 +37,8 @@ public:
     bool mayRemove(const std::string& path) const;
 
 private:
+    struct Forms;
+    Forms formsOf(const std::string& path) const;
     bool isListed(const std::string& path) const;
     bool passesRemovalRule(const std::string& path) const;
 

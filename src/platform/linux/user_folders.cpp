@@ -38,13 +38,20 @@ std::optional<std::string> quotedText(std::string_view text)
     return std::nullopt;
 }
 
-std::optional<std::string> downloadFolderOfLine(std::string_view line, const std::string& home)
+/// One line that gives a user folder its place.
+struct UserFolder {
+    std::string_view variable; ///< "XDG_DOWNLOAD_DIR" and so on
+    std::string path;
+};
+
+std::optional<UserFolder> userFolderOfLine(std::string_view line, const std::string& home)
 {
     line = withoutLeadingBlanks(line);
-    if (!take(line, "XDG_DOWNLOAD_DIR"))
-        return std::nullopt;
-    line = withoutLeadingBlanks(line);
-    if (!take(line, "="))
+    UserFolder folder;
+    folder.variable = line.substr(0, line.find_first_of(" \t="));
+    line = withoutLeadingBlanks(line.substr(folder.variable.size()));
+    if (!folder.variable.starts_with("XDG_") || !folder.variable.ends_with("_DIR")
+        || !take(line, "="))
         return std::nullopt;
     line = withoutLeadingBlanks(line);
     if (!take(line, "\""))
@@ -55,23 +62,42 @@ std::optional<std::string> downloadFolderOfLine(std::string_view line, const std
         return std::nullopt;
     // People write these lines by hand: "$HOME//Downloads/." is the same folder.
     const auto path = std::filesystem::path(isInHome ? home + *value : *value);
-    return normalisedPath(path.lexically_normal().native());
+    folder.path = normalisedPath(path.lexically_normal().native());
+    return folder;
+}
+
+std::vector<UserFolder> userFoldersOf(std::string_view text, const std::string& home)
+{
+    std::vector<UserFolder> folders;
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        if (auto folder = userFolderOfLine(text.substr(0, end), home))
+            folders.push_back(std::move(*folder));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return folders;
 }
 
 } // namespace
 
+std::vector<std::string> userFoldersNamedIn(std::string_view text, const std::string& home)
+{
+    std::vector<std::string> paths;
+    for (auto& folder : userFoldersOf(text, home))
+        paths.push_back(std::move(folder.path));
+    return paths;
+}
+
 std::optional<std::string> downloadFolderNamedIn(std::string_view text, const std::string& home)
 {
-    std::optional<std::string> folder;
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        if (auto named = downloadFolderOfLine(text.substr(0, end), home))
-            folder = std::move(named);
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    std::optional<std::string> named;
+    for (auto& folder : userFoldersOf(text, home)) {
+        if (folder.variable == "XDG_DOWNLOAD_DIR")
+            named = std::move(folder.path);
     }
-    if (folder && (*folder == "/" || isAtOrBelow(home, *folder)))
+    if (named && (*named == "/" || isAtOrBelow(home, *named)))
         return std::nullopt;
-    return folder;
+    return named;
 }
 
 } // namespace kestavon

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestavon {
 
@@ -10,5 +11,8 @@ namespace kestavon {
 /// last one counts. Nothing when it names none, a relative one, or one that is the home or holds
 /// it: everything there would be a download.
 std::optional<std::string> downloadFolderNamedIn(std::string_view text, const std::string& home);
+
+/// Every folder that the text of a user-dirs.dirs file names.
+std::vector<std::string> userFoldersNamedIn(std::string_view text, const std::string& home);
 
 } // namespace kestavon

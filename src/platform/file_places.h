@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/file_error.h"
+#include "platform/file_mover.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kestavon {
+
+enum class EntryKind { file, folder, link, other };
+
+/// What has to be known and prepared where items are moved to. Any thread.
+class FilePlaces {
+public:
+    virtual ~FilePlaces() = default;
+
+    /// What lies at `path`, a link that leads nowhere included; nothing when nothing does, or when
+    /// it cannot be looked at.
+    virtual std::optional<EntryKind> kindOf(const std::string& path) const = 0;
+
+    /// Makes the folder and those missing above it, with `permissions` less what the user's mask
+    /// takes away. Gives the folders that it made, the highest first; none when the folder was
+    /// there, be it behind a link.
+    virtual FileResult<std::vector<std::string>> makeFolder(
+        const std::string& path, unsigned permissions)
+        = 0;
+    /// Takes back what `makeFolder` made, as far as nothing else has come to lie there.
+    virtual void removeMadeFolders(const std::vector<std::string>& folders) = 0;
+
+    /// The names in a folder, in no order; none when it cannot be listed.
+    virtual std::vector<std::string> namesIn(const std::string& folder) const = 0;
+
+    /// The extended attributes of the file or folder at `path` whose names begin with `prefix`.
+    virtual std::vector<FileMark> marksOf(
+        const std::string& path, const std::string& prefix) const = 0;
+    /// Puts marks on a file or folder; false when one cannot be put on.
+    virtual bool setMarks(const std::string& path, const std::vector<FileMark>& marks) = 0;
+    /// Takes the marks off whose names begin with `prefix`; false when one cannot be taken off.
+    virtual bool removeMarks(const std::string& path, const std::string& prefix) = 0;
+};
+
+/// This machine's folders.
+class SystemFilePlaces final : public FilePlaces {
+public:
+    std::optional<EntryKind> kindOf(const std::string& path) const override;
+    FileResult<std::vector<std::string>> makeFolder(
+        const std::string& path, unsigned permissions) override;
+    void removeMadeFolders(const std::vector<std::string>& folders) override;
+    std::vector<std::string> namesIn(const std::string& folder) const override;
+    std::vector<FileMark> marksOf(
+        const std::string& path, const std::string& prefix) const override;
+    bool setMarks(const std::string& path, const std::vector<FileMark>& marks) override;
+    bool removeMarks(const std::string& path, const std::string& prefix) override;
+};
+
+} // namespace kestavon

@@ -1,0 +1,115 @@
+#include "platform/linux/removal/file_copy.h"
+
+#include "platform/linux/removal/retry.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kestavon {
+
+namespace {
+
+constexpr std::size_t bufferBytes = 512 * 1024;
+constexpr std::int64_t kernelCopyBytes = 16 * 1024 * 1024; ///< between two looks at the stop token
+
+int writeAll(int target, const char* bytes, std::size_t count, std::int64_t at)
+{
+    while (count > 0) {
+        const auto written = retrying([&] { return ::pwrite(target, bytes, count, at); });
+        if (written < 0)
+            return errno;
+        if (written == 0)
+            return EIO;
+        bytes += written;
+        at += written;
+        count -= static_cast<std::size_t>(written);
+    }
+    return 0;
+}
+
+/// Whether the file ends where it says: some claim a size that they do not have.
+int checkEnd(int source, std::int64_t size)
+{
+    char byte = 0;
+    const auto got = retrying([&] { return ::pread(source, &byte, 1, size); });
+    if (got < 0)
+        return errno;
+    return got == 0 ? 0 : ESTALE;
+}
+
+} // namespace
+
+ContentCopier::ContentCopier(Progress progress)
+    : m_progress(std::move(progress))
+{
+}
+
+int ContentCopier::copy(int source, int target, const EntryStatus& status)
+{
+    const auto size = status.size;
+    const bool isSparse = status.allocated < size;
+    if (isSparse && retrying([&] { return ::ftruncate(target, size); }) < 0)
+        return errno;
+    for (std::int64_t at = 0; at < size;) {
+        auto end = size;
+        if (isSparse) {
+            const auto data = ::lseek(source, at, SEEK_DATA);
+            if (data < 0 && errno == ENXIO)
+                break; // Nothing but a hole up to the end.
+            if (data > at)
+                at = std::min<std::int64_t>(data, size);
+            const auto hole = data < 0 ? -1 : ::lseek(source, at, SEEK_HOLE);
+            if (hole > at) // Where holes cannot be asked for, all of it is data.
+                end = std::min<std::int64_t>(hole, size);
+        }
+        if (const int error = copyRange(source, target, at, end))
+            return error;
+        at = end;
+    }
+    return checkEnd(source, size);
+}
+
+int ContentCopier::copyRange(int source, int target, std::int64_t from, std::int64_t to)
+{
+    while (m_kernelCopies && from < to) {
+        off_t sourceAt = from;
+        off_t targetAt = from;
+        const auto wanted = static_cast<std::size_t>(std::min(to - from, kernelCopyBytes));
+        const auto copied = retrying(
+            [&] { return ::copy_file_range(source, &sourceAt, target, &targetAt, wanted, 0); });
+        if (copied <= 0) { // 0 also comes from files whose bytes are made up as they are read.
+            m_kernelCopies = false;
+            break;
+        }
+        from += copied;
+        if (!m_progress(copied))
+            return ECANCELED;
+    }
+    return from < to ? copyRangeByReading(source, target, from, to) : 0;
+}
+
+int ContentCopier::copyRangeByReading(int source, int target, std::int64_t from, std::int64_t to)
+{
+    m_buffer.resize(bufferBytes);
+    while (from < to) {
+        const auto wanted
+            = static_cast<std::size_t>(std::min<std::int64_t>(to - from, bufferBytes));
+        const auto got = retrying([&] { return ::pread(source, m_buffer.data(), wanted, from); });
+        if (got < 0)
+            return errno;
+        if (got == 0)
+            return ESTALE;
+        if (const int error
+            = writeAll(target, m_buffer.data(), static_cast<std::size_t>(got), from))
+            return error;
+        from += got;
+        if (!m_progress(got))
+            return ECANCELED;
+    }
+    return 0;
+}
+
+} // namespace kestavon

@@ -1,0 +1,262 @@
+#include "platform/linux/removal/move_item.h"
+
+#include "platform/linux/removal/metadata.h"
+#include "platform/linux/removal/remove_tree.h"
+#include "platform/linux/removal/rename_item.h"
+#include "platform/linux/removal/retry.h"
+#include "platform/linux/removal/tree_copy.h"
+#include "platform/linux/removal/unfinished_moves.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/statvfs.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace kestavon {
+
+namespace {
+
+/// Whether the opened folder is the source or lies below it.
+bool liesInside(int folder, const Identity& source)
+{
+    FileDescriptor above;
+    auto status = statusOf(folder, "");
+    for (int current = folder; status;) {
+        if (status->identity == source)
+            return true;
+        FileDescriptor next(
+            retrying([&] { return ::openat(current, "..", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+        if (!next)
+            return false;
+        const auto parent = statusOf(next.get(), "");
+        if (!parent || parent->identity == status->identity)
+            return false; // "/" is its own parent.
+        status = parent;
+        above = std::move(next);
+        current = above.get();
+    }
+    return false;
+}
+
+/// Whether a volume reports less room than the copy needs. One that reports nothing has enough.
+bool lacksRoom(int folder, const TreeSurvey& survey)
+{
+    struct statvfs volume { };
+    if (::fstatvfs(folder, &volume) != 0 || volume.f_blocks == 0 || volume.f_frsize == 0)
+        return false;
+    const auto neededBlocks = static_cast<std::uint64_t>(survey.allocatedBytes()) / volume.f_frsize;
+    return neededBlocks > volume.f_bavail;
+}
+
+/// A move to another device. The steps are in the order that keeps the item whole at one place at
+/// every moment: survey, copy, write out, look again, put in place, write out, take the source
+/// away. Up to the last step everything can be undone.
+class MoveAcrossDevices {
+public:
+    MoveAcrossDevices(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options)
+        : m_source(source)
+        , m_target(target)
+        , m_options(options)
+        , m_partialName(partialCopyName())
+    {
+    }
+
+    /// 0, or the error number; then the source is as it was.
+    int run(MoveReport& report)
+    {
+        m_targetFolder.reset(retrying([this] {
+            return ::openat(m_target.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        }));
+        if (!m_targetFolder)
+            return errno;
+        if (statusOf(m_targetFolder.get(), m_target.name.c_str()))
+            return EEXIST;
+        lockForMove(m_targetFolder.get());
+        ::clock_gettime(CLOCK_REALTIME_COARSE, &m_surveyTime);
+        const auto survey = surveyTree(m_source.folder.get(), m_source.name, m_options.stop);
+        if (!survey)
+            return survey.error().error;
+        const auto& top = survey->entries().front().status;
+        if (top.isFolder() && liesInside(m_targetFolder.get(), top.identity))
+            return EINVAL;
+        if (::faccessat(m_source.folder.get(), "", W_OK | X_OK, AT_EACCESS | AT_EMPTY_PATH) != 0
+            && (errno == EACCES || errno == EROFS))
+            return errno;
+        if (lacksRoom(m_targetFolder.get(), *survey))
+            return ENOSPC;
+        if (const int error = makeCopy(*survey)) {
+            removeTree(m_targetFolder.get(), m_partialName, {});
+            return error;
+        }
+        return exchange(*survey, report);
+    }
+
+private:
+    int makeCopy(const TreeSurvey& survey)
+    {
+        const auto copied = copyTree({.survey = survey,
+            .sourceFolder = m_source.folder.get(),
+            .sourceName = m_source.name,
+            .targetFolder = m_targetFolder.get(),
+            .targetName = m_partialName,
+            .options = m_options});
+        if (!copied)
+            return copied.error().error;
+        const auto checked
+            = checkUnchanged(survey, m_source.folder.get(), m_source.name, m_options.stop);
+        if (!checked)
+            return checked.error().error;
+        const auto copy = statusOf(m_targetFolder.get(), m_partialName.c_str());
+        if (!copy)
+            return copy.error();
+        m_copy = copy->identity;
+        return 0;
+    }
+
+    /// Puts the copy in its place and takes the source away.
+    int exchange(const TreeSurvey& survey, MoveReport& report)
+    {
+        const int folder = m_targetFolder.get();
+        int error
+            = renameWithoutReplacing(folder, m_partialName.c_str(), folder, m_target.name.c_str());
+        if (error == 0)
+            error = waitForDisk(folder);
+        if (error == 0)
+            error = takeSourceAway(survey, report);
+        if (error != 0)
+            removeCopy();
+        return error;
+    }
+
+    /// The source leaves its place in one step, under another name beside it, so that it is never
+    /// seen half deleted; and only what then still is as it was copied gets deleted.
+    int takeSourceAway(const TreeSurvey& survey, MoveReport& report)
+    {
+        const int folder = m_source.folder.get();
+        const auto* name = m_source.name.c_str();
+        const auto aside = removedSourceName(m_surveyTime);
+        lockSourceFolder();
+        if (const int error = renameWithoutReplacing(folder, name, folder, aside.c_str()))
+            return error;
+        const auto& top = survey.entries().front().status;
+        const auto now = statusOf(folder, aside.c_str());
+        // Being renamed counts as a change of the item itself, so its time of change says nothing.
+        const bool isSame = now && now->identity == top.identity && now->size == top.size
+            && now->mode == top.mode && now->modified.tv_sec == top.modified.tv_sec
+            && now->modified.tv_nsec == top.modified.tv_nsec;
+        if (!isSame)
+            return putBack(aside) ? ESTALE : keepAside(report);
+        const auto removal = removeSurveyed(survey, folder, aside);
+        if (removal.isGone)
+            return 0;
+        if (!removal.removedSomething && putBack(aside))
+            return removal.error != 0 ? removal.error : ESTALE;
+        if (removal.keptSomething)
+            putBack(aside); // What is new there belongs to whoever made it.
+        return keepAside(report);
+    }
+
+    bool putBack(const std::string& aside)
+    {
+        const int folder = m_source.folder.get();
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            const int error
+                = renameWithoutReplacing(folder, aside.c_str(), folder, m_source.name.c_str());
+            if (error == 0)
+                return true;
+            if (error == EEXIST)
+                return false;
+        }
+        return false;
+    }
+
+    static int keepAside(MoveReport& report)
+    {
+        report.remainsAtSource = true;
+        return 0;
+    }
+
+    /// Keeps a program that starts just now from taking the source under its other name for what a
+    /// crash left.
+    void lockSourceFolder()
+    {
+        m_sourceFolder.reset(retrying([this] {
+            return ::openat(m_source.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        }));
+        if (m_sourceFolder)
+            lockForMove(m_sourceFolder.get());
+    }
+
+    /// Deletes the copy at its place or still under its own name, and nothing else.
+    void removeCopy()
+    {
+        const int folder = m_targetFolder.get();
+        const auto placed = statusOf(folder, m_target.name.c_str());
+        if (!placed || placed->identity != m_copy) {
+            removeTree(folder, m_partialName, {});
+            return;
+        }
+        // Under its own name again, a crash in the middle of this is cleared away later.
+        const int error
+            = renameWithoutReplacing(folder, m_target.name.c_str(), folder, m_partialName.c_str());
+        removeTree(folder, error == 0 ? m_partialName : m_target.name, {});
+    }
+
+    const ItemPlace& m_source;
+    const ItemPlace& m_target;
+    const MoveOptions& m_options;
+    std::string m_partialName;
+    FileDescriptor m_targetFolder;
+    FileDescriptor m_sourceFolder;
+    Identity m_copy;
+    struct timespec m_surveyTime { };
+};
+
+/// Whether a rename from here to there has a chance. The device numbers are only a hint: the
+/// rename's own answer decides.
+bool mayShareDevice(const ItemPlace& source, const ItemPlace& target)
+{
+    const auto item = statusOf(source.folder.get(), source.name.c_str());
+    const auto folder = statusOf(target.folder.get(), "");
+    return item && folder && item->identity.device == folder->identity.device;
+}
+
+int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
+    MoveReport& report)
+{
+    const int folder = source.folder.get();
+    const auto* name = source.name.c_str();
+    std::vector<FileMark> marks;
+    // Before the rename, so that a crash cannot leave an item whose origin nobody knows.
+    if (mayShareDevice(source, target) && !statusOf(target.folder.get(), target.name.c_str()))
+        marks = options.marks;
+    setMarks(folder, name, marks);
+    const int error
+        = renameWithoutReplacing(folder, name, target.folder.get(), target.name.c_str());
+    if (error == 0) {
+        removeMarks(target.folder.get(), target.name.c_str(), options.unmarkPrefix);
+        return 0;
+    }
+    for (const auto& mark : marks)
+        removeMarks(folder, name, mark.name);
+    if (error != EXDEV)
+        return error;
+    report.copied = true;
+    return MoveAcrossDevices(source, target, options).run(report);
+}
+
+} // namespace
+
+FileResult<MoveReport> moveItem(
+    const ItemPlace& source, const ItemPlace& destination, const MoveOptions& options)
+{
+    MoveReport report;
+    if (const int error = moveToFolder(source, destination, options, report))
+        return moveError(fileErrorKind(error), source.name, destination.folderName);
+    return report;
+}
+
+} // namespace kestavon

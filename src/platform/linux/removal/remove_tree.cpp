@@ -1,0 +1,349 @@
+#include "platform/linux/removal/remove_tree.h"
+
+#include "platform/linux/removal/folder_listing.h"
+#include "platform/linux/removal/metadata.h"
+#include "platform/linux/removal/retry.h"
+#include "platform/linux/removal/tree_cursor.h"
+
+#include <cerrno>
+#include <tuple>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kestavon {
+
+namespace {
+
+constexpr std::size_t openFolders = 8; ///< at a time; those above are found again through ".."
+constexpr std::size_t deepestFolder = 50'000; ///< a file system without an end
+constexpr std::size_t sortedFrom = 1000; ///< entries from which on the order on the disk matters
+
+/// Deletes a tree depth first, with a stack of its own.
+class TreeRemover {
+public:
+    TreeRemover(int folder, const std::string& name, const RemoveTreeOptions& options)
+        : m_base(folder)
+        , m_top(name)
+        , m_options(options)
+    {
+    }
+
+    TreeFailure run()
+    {
+        const auto status = statusOf(m_base, m_top.c_str());
+        if (!status)
+            return {status.error(), m_top};
+        if (status->isMountPoint)
+            return {EBUSY, m_top};
+        m_mount = status->mount;
+        if (!status->isFolder()) {
+            const bool stays = m_options.touchedBefore && !isBefore(status->modified);
+            if (!stays)
+                note(removeEntry(m_base, m_top.c_str(), 0), m_top);
+            return m_failure;
+        }
+        enter(m_base, m_top.c_str());
+        while (!m_steps.empty()) {
+            if (m_options.stop.stop_requested()) {
+                m_failure = {ECANCELED, m_top};
+                restorePermissions();
+                break;
+            }
+            auto& step = m_steps.back();
+            if (step.next < step.listing.entries().size())
+                removeNext(step);
+            else
+                leave();
+        }
+        return m_failure;
+    }
+
+private:
+    struct Step {
+        FileDescriptor descriptor; ///< none for most folders far above
+        FolderListing listing;
+        std::size_t next = 0;
+        std::string name;
+        Identity identity;
+        mode_t permissions = 0;
+        bool isMadeWritable = false;
+        bool holdsSomething = false; ///< an entry that stays
+    };
+
+    void note(int error, std::string_view name)
+    {
+        if (error == 0)
+            return;
+        if (!m_steps.empty())
+            m_steps.back().holdsSomething = true;
+        if (m_failure.error == 0)
+            m_failure = {error, std::string(name)};
+    }
+
+    bool isBefore(const struct timespec& moment) const
+    {
+        const auto& limit = *m_options.touchedBefore;
+        return std::tie(moment.tv_sec, moment.tv_nsec) < std::tie(limit.tv_sec, limit.tv_nsec);
+    }
+
+    void removeNext(Step& step)
+    {
+        const auto& entry = step.listing.entries()[step.next++];
+        const auto* name = step.listing.nameText(entry);
+        const int folder = step.descriptor.get();
+        if (entry.type == DT_DIR) {
+            enter(folder, name);
+            return;
+        }
+        if (m_options.touchedBefore) {
+            const auto status = statusOf(folder, name);
+            if (!status || (!status->isFolder() && !isBefore(status->changed))) {
+                step.holdsSomething = true;
+                return;
+            }
+        }
+        const int error = removeEntry(folder, name, 0);
+        if (error == EISDIR || error == EPERM) {
+            const auto status = statusOf(folder, name);
+            if (status && status->isFolder()) {
+                enter(folder, name);
+                return;
+            }
+        }
+        note(error, name);
+    }
+
+    /// Steps down into a folder; or, when a link or file has taken its place, deletes that.
+    void enter(int parent, const char* name)
+    {
+        Step step;
+        step.name = name; // The listing that holds it moves when the steps grow.
+        auto opened = openFolderIn(parent, name);
+        if (!opened && opened.error() == EACCES && makeReadable(parent, name, step))
+            opened = openFolderIn(parent, name);
+        if (!opened) {
+            const int error = opened.error();
+            if ((error == ENOTDIR || error == ELOOP) && !m_options.touchedBefore)
+                note(removeEntry(parent, name, 0), step.name);
+            else if (error != ENOENT)
+                note(error, step.name);
+            return;
+        }
+        const auto status = statusOf(opened->get(), "");
+        if (!status) {
+            note(status.error(), step.name);
+            return;
+        }
+        if (status->isMountPoint || (status->mount != m_mount && m_mount != 0)) {
+            note(EBUSY, step.name);
+            return;
+        }
+        if (m_steps.size() >= deepestFolder) {
+            note(ELOOP, step.name);
+            return;
+        }
+        step.identity = status->identity;
+        makeWritable(opened->get(), *status, step);
+        auto listing = listFolder(opened->get());
+        if (!listing) {
+            note(listing.error(), step.name);
+            return;
+        }
+        step.listing = std::move(*listing);
+        if (step.listing.entries().size() >= sortedFrom)
+            step.listing.sortByInode();
+        step.descriptor = std::move(*opened);
+        m_steps.push_back(std::move(step));
+        if (m_steps.size() > openFolders)
+            m_steps[m_steps.size() - openFolders - 1].descriptor.reset();
+    }
+
+    static bool makeReadable(int parent, const char* name, Step& step)
+    {
+        const auto status = statusOf(parent, name);
+        if (!status || !status->isFolder() || status->owner != ::geteuid())
+            return false;
+        step.permissions = status->permissions();
+        step.isMadeWritable = changePermissions(parent, name, step.permissions | S_IRWXU);
+        return step.isMadeWritable;
+    }
+
+    static void makeWritable(int folder, const EntryStatus& status, Step& step)
+    {
+        const auto user = ::geteuid();
+        if (user == 0 || status.owner != user || (status.mode & S_IRWXU) == S_IRWXU)
+            return;
+        step.permissions = status.permissions();
+        step.isMadeWritable = ::fchmod(folder, step.permissions | S_IRWXU) == 0;
+    }
+
+    /// Steps up, and deletes the folder that was emptied.
+    void leave()
+    {
+        auto left = std::move(m_steps.back());
+        m_steps.pop_back();
+        int parent = m_base;
+        if (!m_steps.empty()) {
+            if (!m_steps.back().descriptor)
+                reopen(left.descriptor.get());
+            if (m_steps.empty())
+                return;
+            parent = m_steps.back().descriptor.get();
+        }
+        int error = 0;
+        if (!left.holdsSomething)
+            error = removeEntry(parent, left.name.c_str(), AT_REMOVEDIR);
+        if (error != 0 || left.holdsSomething) {
+            if (left.isMadeWritable)
+                std::ignore = ::fchmod(left.descriptor.get(), left.permissions);
+            if (!m_steps.empty())
+                m_steps.back().holdsSomething = true;
+        }
+        note(error, left.name);
+    }
+
+    /// Opens the folder above `below` again. When the tree was rearranged meanwhile, finds the
+    /// lowest folder of the way down that still lies where it lay.
+    void reopen(int below)
+    {
+        auto& wanted = m_steps.back();
+        if (auto above = openExpected(below, "..", wanted.identity)) {
+            wanted.descriptor = std::move(above);
+            return;
+        }
+        note(ESTALE, wanted.name);
+        FileDescriptor folder;
+        std::size_t found = 0;
+        for (; found < m_steps.size(); ++found) {
+            const int parent = found == 0 ? m_base : folder.get();
+            auto next = openExpected(parent, m_steps[found].name.c_str(), m_steps[found].identity);
+            if (!next)
+                break;
+            folder = std::move(next);
+        }
+        m_steps.resize(found);
+        if (found > 0) {
+            m_steps.back().descriptor = std::move(folder);
+            m_steps.back().holdsSomething = true;
+        }
+    }
+
+    static FileDescriptor openExpected(int folder, const char* name, const Identity& identity)
+    {
+        auto opened = openFolderIn(folder, name);
+        if (!opened)
+            return FileDescriptor();
+        const auto status = statusOf(opened->get(), "");
+        return status && status->identity == identity ? std::move(*opened) : FileDescriptor();
+    }
+
+    void restorePermissions()
+    {
+        for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step) {
+            if (step->isMadeWritable && step->descriptor)
+                std::ignore = ::fchmod(step->descriptor.get(), step->permissions);
+        }
+    }
+
+    int m_base;
+    const std::string& m_top;
+    const RemoveTreeOptions& m_options;
+    std::uint64_t m_mount = 0;
+    std::vector<Step> m_steps;
+    TreeFailure m_failure;
+};
+
+} // namespace
+
+int removeEntry(int folder, const char* name, int flags)
+{
+    for (int attempt = 0;; ++attempt) {
+        if (retrying([&] { return ::unlinkat(folder, name, flags); }) == 0 || errno == ENOENT)
+            return 0;
+        if (attempt == 1 || errno == EISDIR || errno == ENOTEMPTY || errno == EEXIST)
+            return errno;
+    }
+}
+
+TreeFailure removeTree(int folder, const std::string& name, const RemoveTreeOptions& options)
+{
+    return TreeRemover(folder, name, options).run();
+}
+
+namespace {
+
+/// Deletes the entries of one surveyed folder; its folders were emptied before.
+void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder, int opened,
+    SurveyedRemoval& removal)
+{
+    const auto fail = [&removal](int error) {
+        if (removal.error == 0)
+            removal.error = error;
+    };
+    const auto listing = listFolder(opened);
+    if (!listing) {
+        fail(listing.error());
+        return;
+    }
+    const auto& own = survey.entries()[folder.entry].status;
+    const bool isMadeWritable = own.owner == ::geteuid() && own.owner != 0
+        && (own.mode & S_IRWXU) != S_IRWXU && ::fchmod(opened, own.permissions() | S_IRWXU) == 0;
+    bool holdsSomething = false;
+    for (const auto& listed : listing->entries()) {
+        const auto* name = listing->nameText(listed);
+        const auto* known = survey.find(folder, name);
+        const auto now = statusOf(opened, name);
+        if (!now && now.error() == ENOENT)
+            continue;
+        if (!known || !now || !isUnchanged(known->status, *now)) {
+            removal.keptSomething = true;
+            holdsSomething = true;
+            continue;
+        }
+        const int error = removeEntry(opened, name, known->status.isFolder() ? AT_REMOVEDIR : 0);
+        if (error == 0) {
+            removal.removedSomething = true;
+            continue;
+        }
+        holdsSomething = true;
+        if (error != ENOTEMPTY && error != EEXIST) // What lies in it was reported already.
+            fail(error);
+    }
+    if (holdsSomething && isMadeWritable)
+        std::ignore = ::fchmod(opened, own.permissions());
+}
+
+} // namespace
+
+SurveyedRemoval removeSurveyed(const TreeSurvey& survey, int folder, const std::string& name)
+{
+    SurveyedRemoval removal;
+    const auto& top = survey.entries().front().status;
+    if (top.isFolder()) {
+        auto opened = openFolderIn(folder, name.c_str());
+        if (!opened) {
+            removal.error = opened.error();
+            return removal;
+        }
+        const auto identities = folderIdentities(survey);
+        TreeCursor cursor(survey, identities, std::move(*opened));
+        for (auto number = survey.folders().size(); number-- > 0;) {
+            const int reached = cursor.go(static_cast<std::uint32_t>(number));
+            if (reached < 0) {
+                if (removal.error == 0)
+                    removal.error = errno;
+                continue;
+            }
+            removeEntriesOf(survey, survey.folders()[number], reached, removal);
+        }
+    }
+    const int error = removeEntry(folder, name.c_str(), top.isFolder() ? AT_REMOVEDIR : 0);
+    removal.isGone = error == 0;
+    if (error != 0 && removal.error == 0 && !removal.keptSomething)
+        removal.error = error;
+    return removal;
+}
+
+} // namespace kestavon

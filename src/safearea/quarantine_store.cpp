@@ -1,0 +1,185 @@
+#include "safearea/quarantine_store.h"
+
+#include "core/domain/removal_guard.h"
+#include "safearea/held_name.h"
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+#include <tuple>
+
+namespace kestavon {
+
+namespace {
+
+constexpr unsigned privateFolder = 0700;
+constexpr unsigned ordinaryFolder = 0777; ///< less the user's mask
+
+const std::string markPrefix = "user.kestavon.";
+const std::string originMark = markPrefix + "original-path";
+const std::string reasonMark = markPrefix + "reason";
+const std::string dateMark = markPrefix + "date"; ///< nanoseconds since 1970, decimal
+/// The other folder of a move that has not ended: after a crash, its remains lie there.
+const std::string underWayMark = markPrefix + "under-way";
+
+std::string folderOf(const std::string& path)
+{
+    auto folder = path.substr(0, path.size() - lastComponent(path).size());
+    while (folder.size() > 1 && folder.ends_with('/'))
+        folder.pop_back();
+    return folder;
+}
+
+std::string textOf(Timestamp moment)
+{
+    return std::to_string(moment.time_since_epoch().count());
+}
+
+Timestamp momentOf(const std::string& text)
+{
+    std::int64_t nanoseconds = 0;
+    std::from_chars(text.data(), text.data() + text.size(), nanoseconds);
+    return Timestamp(std::chrono::nanoseconds(nanoseconds));
+}
+
+} // namespace
+
+QuarantineStore::QuarantineStore(const HostLayout& layout, QuarantineTools tools)
+    : m_root(layout.applicationSupport + "/Kestavon/Quarantine")
+    , m_home(layout.home)
+    , m_tools(std::move(tools))
+{
+}
+
+FileResult<std::vector<QuarantineItem>> QuarantineStore::quarantine(
+    std::span<const CleanupCandidate> candidates, const QuarantineOptions& options)
+{
+    // A home that is not there is not made up, and "/" is nobody's home.
+    const bool lacksHome = isAtOrBelow(m_root, m_home) && !m_tools.places->kindOf(m_home);
+    if (m_home == "/" || lacksHome)
+        return folderError(FileError::Kind::noSuchFile, lastComponent(m_home));
+    if (auto folder = m_tools.places->makeFolder(m_root, privateFolder); !folder)
+        return folder.error();
+    clearUnfinishedMovesOnce();
+
+    std::vector<QuarantineItem> held;
+    for (const auto& candidate : candidates) {
+        if (options.stop.stop_requested())
+            break;
+        if (auto item = hold(candidate, options))
+            held.push_back(std::move(*item));
+    }
+    return held;
+}
+
+std::optional<QuarantineItem> QuarantineStore::hold(
+    const CleanupCandidate& candidate, const QuarantineOptions& options)
+{
+    const auto& path = candidate.record.path;
+    if (!m_tools.protectedPlaces->mayRemove(path))
+        return std::nullopt;
+    const auto kind = m_tools.places->kindOf(path);
+    // Nobody saw what is in a folder that has taken a file's place.
+    if (!kind || (*kind == EntryKind::folder && !candidate.record.isDirectory))
+        return std::nullopt;
+
+    QuarantineItem item;
+    item.id = Uuid::random();
+    item.originalPath = path;
+    item.quarantinedPath = m_root + '/' + heldName(item.id, lastComponent(path));
+    item.reason = candidate.reason;
+    item.date = m_tools.clock->now();
+    MoveOptions move;
+    move.marks = {{originMark, path}, {dateMark, textOf(item.date)}, {reasonMark, item.reason},
+        {underWayMark, folderOf(path)}};
+    move.noLinksBelow = options.noLinksBelow;
+    move.stop = options.stop;
+    move.progress = options.progress;
+    const auto moved = m_tools.mover->move(path, item.quarantinedPath, move);
+    if (!moved)
+        return std::nullopt;
+    // What the disk refused to give up is tried again when the program starts the next time.
+    if (!moved->remainsAtSource)
+        m_tools.places->removeMarks(item.quarantinedPath, underWayMark);
+    return item;
+}
+
+FileResult<Done> QuarantineStore::restore(const QuarantineItem& item)
+{
+    clearUnfinishedMovesOnce();
+    const auto folder = folderOf(item.originalPath);
+    const auto made = m_tools.places->makeFolder(folder, ordinaryFolder);
+    if (!made)
+        return made.error();
+    const auto fail = [&](FileError error) {
+        m_tools.places->removeMadeFolders(*made);
+        return error;
+    };
+    if (m_tools.places->kindOf(item.originalPath))
+        return fail(moveError(
+            FileError::Kind::fileExists, lastComponent(item.originalPath), lastComponent(folder)));
+
+    m_tools.places->setMarks(item.quarantinedPath, {{underWayMark, folder}});
+    MoveOptions move;
+    move.unmarkPrefix = markPrefix;
+    const auto moved = m_tools.mover->move(item.quarantinedPath, item.originalPath, move);
+    if (!moved) {
+        m_tools.places->removeMarks(item.quarantinedPath, underWayMark);
+        // The person knows the item by its own name, not by the one it is held under.
+        return fail(
+            moveError(moved.error().kind, lastComponent(item.originalPath), lastComponent(folder)));
+    }
+    return Done{};
+}
+
+std::vector<QuarantineItem> QuarantineStore::heldItems()
+{
+    clearUnfinishedMovesOnce();
+    std::vector<QuarantineItem> items;
+    for (const auto& name : m_tools.places->namesIn(m_root)) {
+        const auto id = idOfHeldName(name);
+        if (!id)
+            continue;
+        QuarantineItem item;
+        item.id = *id;
+        item.quarantinedPath = m_root + '/' + name;
+        for (auto& mark : m_tools.places->marksOf(item.quarantinedPath, markPrefix)) {
+            if (mark.name == originMark)
+                item.originalPath = std::move(mark.value);
+            else if (mark.name == reasonMark)
+                item.reason = std::move(mark.value);
+            else if (mark.name == dateMark)
+                item.date = momentOf(mark.value);
+        }
+        items.push_back(std::move(item));
+    }
+    std::ranges::sort(items, [](const QuarantineItem& a, const QuarantineItem& b) {
+        return std::tie(a.date, a.quarantinedPath) < std::tie(b.date, b.quarantinedPath);
+    });
+    return items;
+}
+
+void QuarantineStore::clearUnfinishedMovesOnce()
+{
+    if (m_hasCleared || m_tools.places->kindOf(m_root) == std::nullopt)
+        return;
+    m_hasCleared = true;
+    m_tools.mover->clearUnfinishedMoves(m_root);
+    std::set<std::string> folders;
+    std::vector<std::string> marked;
+    for (const auto& name : m_tools.places->namesIn(m_root)) {
+        if (!idOfHeldName(name))
+            continue;
+        const auto path = m_root + '/' + name;
+        for (const auto& mark : m_tools.places->marksOf(path, underWayMark)) {
+            folders.insert(mark.value);
+            marked.push_back(path);
+        }
+    }
+    for (const auto& folder : folders)
+        m_tools.mover->clearUnfinishedMoves(folder);
+    for (const auto& path : marked)
+        m_tools.places->removeMarks(path, underWayMark);
+}
+
+} // namespace kestavon

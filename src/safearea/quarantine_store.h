@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/domain/cleanup_candidate.h"
+#include "core/domain/quarantine_item.h"
+#include "platform/clock.h"
+#include "platform/file_mover.h"
+#include "platform/file_places.h"
+#include "platform/host_layout.h"
+#include "platform/protected_places.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace kestavon {
+
+/// What the store works with.
+struct QuarantineTools {
+    std::shared_ptr<FileMover> mover;
+    std::shared_ptr<FilePlaces> places;
+    std::shared_ptr<const ProtectedPlaces> protectedPlaces;
+    std::shared_ptr<const Clock> clock;
+};
+
+struct QuarantineOptions {
+    /// See `MoveOptions::noLinksBelow`: the folder that was walked to find the candidates.
+    std::string noLinksBelow;
+    /// Checked before each candidate and while one is copied from another device.
+    std::stop_token stop;
+    /// See `MoveOptions::progress`; about the candidate in hand.
+    std::function<void(std::int64_t done, std::int64_t total)> progress;
+};
+
+/// The Safe Area: a holding folder of the program's own, into which items are moved instead of
+/// being deleted, and from which they can be moved back.
+///
+/// Each item lies directly in the folder under its identifier and the beginning of its name; there
+/// is no list of them on the disk. Where it came from, why and when are kept as extended attributes
+/// (`user.kestavon.*`) of the item as far as it can hold any, and go when it is restored. Items are
+/// held without a time limit. Plain and synchronous: calls come one at a time, off the main thread.
+class QuarantineStore {
+public:
+    /// Touches nothing: the holding folder is made when the first item comes.
+    QuarantineStore(const HostLayout& layout, QuarantineTools tools);
+
+    /// The holding folder.
+    const std::string& root() const { return m_root; }
+
+    /// Moves each candidate into the holding folder and returns those that moved, in order.
+    /// Protected, missing and unmovable ones stay where they are, and so do folders that were files
+    /// when they were found. Fails only when the holding folder cannot be made; then nothing moved.
+    FileResult<std::vector<QuarantineItem>> quarantine(
+        std::span<const CleanupCandidate> candidates, const QuarantineOptions& options = {});
+
+    /// Moves the item back to where it came from, making the folders above when they are gone. When
+    /// something lies there, the error is `Kind::fileExists`; after any failure nothing changed.
+    FileResult<Done> restore(const QuarantineItem& item);
+
+    /// What lies in the holding folder, from earlier runs too, the oldest first. The original path
+    /// is empty for items that could not be marked with it (links, pipes, disks without
+    /// attributes).
+    std::vector<QuarantineItem> heldItems();
+
+private:
+    void clearUnfinishedMovesOnce();
+    std::optional<QuarantineItem> hold(
+        const CleanupCandidate& candidate, const QuarantineOptions& options);
+
+    // Fixed at construction.
+    std::string m_root;
+    std::string m_home;
+    QuarantineTools m_tools;
+
+    bool m_hasCleared = false;
+};
+
+} // namespace kestavon

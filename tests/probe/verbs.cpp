@@ -1,0 +1,214 @@
+#include "probe/verbs.h"
+
+#include "core/model/removal_worker.h"
+#include "platform/clock.h"
+#include "platform/file_mover.h"
+#include "platform/file_places.h"
+#include "platform/file_remover.h"
+#include "platform/host_layout.h"
+#include "platform/protected_places.h"
+#include "platform/resident_memory.h"
+#include "safearea/quarantine_store.h"
+#include "storage/file_scanner.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <stdexcept>
+
+#include <sys/stat.h>
+
+namespace kestavon::probe {
+
+namespace {
+
+/// The machine as the program would see it.
+struct Machine {
+    HostLayout layout = makeHostLayout(currentHostEnvironment());
+    std::shared_ptr<ProtectedPlaces> protectedPlaces
+        = std::make_shared<ProtectedPlaces>(ProtectedPlaces::listsFor(layout));
+    std::shared_ptr<SystemFilePlaces> places = std::make_shared<SystemFilePlaces>();
+
+    QuarantineStore store() const
+    {
+        return {layout,
+            {.mover = std::make_shared<SystemFileMover>(),
+                .places = places,
+                .protectedPlaces = protectedPlaces,
+                .clock = std::make_shared<SystemClock>()}};
+    }
+};
+
+void field(const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fputc('\0', stdout);
+}
+
+template <class T> T valueOf(FileResult<T> result)
+{
+    if (!result)
+        throw std::runtime_error(result.error().message);
+    return std::move(*result);
+}
+
+/// A record of what lies at the path, as a scan would make it.
+FileRecord recordOf(const std::string& path)
+{
+    FileRecord record;
+    record.id = Uuid::random();
+    record.path = normalisedPath(path);
+    struct stat status { };
+    if (::lstat(record.path.c_str(), &status) == 0) {
+        record.isDirectory = S_ISDIR(status.st_mode);
+        record.size = record.isDirectory ? 0 : status.st_size;
+    }
+    return record;
+}
+
+std::vector<FileRecord> recordsOf(const std::vector<std::string>& paths)
+{
+    std::vector<FileRecord> records;
+    std::ranges::transform(paths, std::back_inserter(records), recordOf);
+    return records;
+}
+
+ScanOutcome scanOf(const std::string& root)
+{
+    FileScanner scanner({}, std::numeric_limits<std::uint64_t>::max(), residentMemoryBytes);
+    ScanProgressCounter counter;
+    return scanner.scan(normalisedPath(root), counter, [](std::int64_t) {}, {});
+}
+
+void printItems(const std::vector<QuarantineItem>& items)
+{
+    for (const auto& item : items) {
+        field(item.id.text());
+        field(item.originalPath);
+        field(item.quarantinedPath);
+    }
+}
+
+void quarantineRecords(const std::vector<FileRecord>& records, const QuarantineOptions& options)
+{
+    std::vector<CleanupCandidate> candidates;
+    for (const auto& record : records)
+        candidates.push_back({.id = Uuid::random(),
+            .record = record,
+            .reason = "Selected",
+            .estimatedBytes = record.size});
+    const Machine machine;
+    auto store = machine.store();
+    printItems(valueOf(store.quarantine(candidates, options)));
+}
+
+void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::Remove& remove)
+{
+    std::vector<RemovalRequest> requests;
+    for (const auto& record : records)
+        requests.push_back(
+            {.path = record.path, .bytes = record.size, .isDirectory = record.isDirectory});
+    const Machine machine;
+    const auto tally
+        = RemovalWorker(*machine.protectedPlaces, *machine.places, remove).run(requests);
+    std::printf(
+        "%lld %lld\n", static_cast<long long>(tally.count), static_cast<long long>(tally.bytes));
+}
+
+RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
+{
+    return [scannedRoot](const std::string& path) {
+        return SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot, .stop = {}});
+    };
+}
+
+/// Scans the first path, picks the records of the others, and runs the hook.
+std::vector<FileRecord> pickedRecords(const Arguments& arguments)
+{
+    if (arguments.paths.empty())
+        throw std::runtime_error("a root is needed");
+    const auto outcome = scanOf(arguments.paths.front());
+    const std::vector<std::string> wanted(arguments.paths.begin() + 1, arguments.paths.end());
+    std::vector<FileRecord> picked;
+    for (std::size_t i = 0; i < outcome.records->size(); ++i) {
+        auto record = (*outcome.records)[i];
+        if (std::ranges::find(wanted, record.path) != wanted.end())
+            picked.push_back(std::move(record));
+    }
+    if (!arguments.hook.empty() && std::system(arguments.hook.c_str()) == -1)
+        throw std::runtime_error("the hook could not be run");
+    return picked;
+}
+
+void printGuard(const Arguments& arguments)
+{
+    const Machine machine;
+    for (const auto& path : arguments.paths)
+        std::puts(machine.protectedPlaces->mayRemove(path) ? "safe" : "protected");
+}
+
+void printScan(const Arguments& arguments)
+{
+    const auto outcome = scanOf(arguments.paths.at(0));
+    for (std::size_t i = 0; i < outcome.records->size(); ++i) {
+        const auto record = (*outcome.records)[i];
+        field(record.isDirectory ? "d" : "f");
+        field(std::to_string(record.size));
+        field(record.path);
+    }
+}
+
+void printSummary(const Arguments& arguments)
+{
+    const auto summary = scanOf(arguments.paths.at(0)).records->summary();
+    field(std::to_string(summary.count));
+    field(std::to_string(summary.bytes));
+    field(std::to_string(summary.hiddenBytes));
+}
+
+void restore(const Arguments& arguments)
+{
+    QuarantineItem item;
+    item.id = Uuid::random();
+    item.quarantinedPath = normalisedPath(arguments.paths.at(0));
+    item.originalPath = normalisedPath(arguments.paths.at(1));
+    const Machine machine;
+    auto store = machine.store();
+    valueOf(store.restore(item));
+}
+
+} // namespace
+
+const std::map<std::string, Verb>& verbs()
+{
+    static const std::map<std::string, Verb> all{
+        {"holding", [](const Arguments&) { std::puts(Machine().store().root().c_str()); }},
+        {"held", [](const Arguments&) { printItems(Machine().store().heldItems()); }},
+        {"guard", printGuard},
+        {"quarantine",
+            [](const Arguments& arguments) { quarantineRecords(recordsOf(arguments.paths), {}); }},
+        {"restore", restore},
+        {"delete",
+            [](const Arguments& arguments) {
+                removeRecords(recordsOf(arguments.paths), deletion());
+            }},
+        {"scan", printScan},
+        {"summary", printSummary},
+        {"scan-delete",
+            [](const Arguments& arguments) {
+                const auto records = pickedRecords(arguments);
+                removeRecords(records, deletion(normalisedPath(arguments.paths.front())));
+            }},
+        {"scan-quarantine",
+            [](const Arguments& arguments) {
+                const auto records = pickedRecords(arguments);
+                QuarantineOptions options;
+                options.noLinksBelow = normalisedPath(arguments.paths.front());
+                quarantineRecords(records, options);
+            }},
+    };
+    return all;
+}
+
+} // namespace kestavon::probe
