@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Kestavon.Ui
 
-/// The main window: sidebar, toolbar and the shown section's screen.
+/// The main window: sidebar, toolbar and the shown section's screen. What is seldom needed is
+/// loaded when it is.
 T.ApplicationWindow {
     id: window
 
@@ -10,6 +11,8 @@ T.ApplicationWindow {
     /// "light", "dark", or empty to follow the desktop.
     property string themeChoice
     property bool reducedMotion: false
+    /// The window has drawn its first frame since it was last shown.
+    property bool hasAppeared: false
 
     title: "Kestavon"
     width: 1280
@@ -17,16 +20,130 @@ T.ApplicationWindow {
     minimumWidth: 1180
     minimumHeight: 760
     color: Theme.bg
+    palette {
+        window: Theme.bg
+        windowText: Theme.text
+        base: Theme.surface
+        alternateBase: Theme.sunken
+        text: Theme.text
+        button: Theme.button
+        buttonText: Theme.text
+        highlight: Theme.accentSolid
+        highlightedText: Theme.onSolid
+        light: Theme.surface
+        midlight: Theme.hover
+        mid: Theme.border
+        dark: Theme.text2
+        placeholderText: Theme.text3
+        link: Theme.accentInk
+    }
+
+    function bringToFront() {
+        if (visibility === Window.Minimized)
+            showNormal();
+        else
+            show();
+        raise();
+        requestActivate();
+    }
+    function showSettingsWindow() {
+        settingsWindow.active = true;
+        (settingsWindow.item as SettingsWindow).bringToFront();
+    }
 
     Component.onCompleted: {
         Theme.choice = themeChoice;
         Theme.reducedMotion = reducedMotion;
         visible = true;
     }
+    onFrameSwapped: {
+        if (hasAppeared)
+            return;
+        hasAppeared = true;
+        ui.onboarding.windowAppeared();
+    }
+    onVisibleChanged: {
+        if (!visible)
+            hasAppeared = false;
+    }
 
-    AppText {
-        anchors.centerIn: parent
-        text: "Kestavon"
-        role: AppText.Role.PageTitle
+    Sidebar {
+        id: sidebar
+        height: parent.height
+        ui: window.ui
+    }
+    Toolbar {
+        id: toolbar
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        shell: window.ui.shell
+    }
+    DetailArea {
+        id: detail
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        anchors.top: toolbar.bottom
+        anchors.bottom: parent.bottom
+        ui: window.ui
+    }
+    MainShortcuts {
+        shell: window.ui.shell
+        onFilterRequested: detail.focusFilter()
+        onSettingsRequested: window.showSettingsWindow()
+    }
+
+    Loader {
+        id: onboardingSheet
+        active: false
+        source: "OnboardingSheet.qml"
+        onLoaded: (item as OnboardingSheet).onboarding = window.ui.onboarding
+    }
+    Connections {
+        target: window.ui.onboarding
+        function onIsPresentedChanged() {
+            if (window.ui.onboarding.isPresented)
+                onboardingSheet.active = true;
+        }
+    }
+
+    Loader {
+        id: folderDialog
+        active: false
+        source: "FolderPickerDialog.qml"
+        onLoaded: (item as FolderPickerDialog).picker = window.ui.shell.folderPicker
+    }
+    Connections {
+        target: window.ui.shell.folderPicker
+        function onPickRequested(folder) {
+            folderDialog.active = true;
+            (folderDialog.item as FolderPickerDialog).openAt(folder);
+        }
+    }
+
+    Loader {
+        id: settingsWindow
+        active: false
+        source: "SettingsWindow.qml"
+        onLoaded: (item as SettingsWindow).ui = window.ui
+    }
+
+    Loader {
+        id: statusWindow
+        active: false
+        source: "StatusWindow.qml"
+        onLoaded: (item as StatusWindow).ui = window.ui
+    }
+    Connections {
+        target: window.ui.status
+        function onMenuRequested(x, y) {
+            statusWindow.active = true;
+            (statusWindow.item as StatusWindow).openNear(x, y);
+        }
+    }
+    Connections {
+        target: window.ui.shell
+        function onRaiseRequested() {
+            window.bringToFront();
+        }
     }
 }

@@ -34,9 +34,11 @@ QString ShellState::sectionSymbol() const
 
 QUrl ShellState::screen() const
 {
-    const auto file
-        = QStringLiteral("/qt/qml/Kestavon/Ui/") + text(lookOf(m_model.section()).screen);
-    return QFile::exists(u':' + file) ? QUrl(QStringLiteral("qrc") + u':' + file) : QUrl();
+    const auto folder = QStringLiteral("/qt/qml/Kestavon/Ui/");
+    auto file = folder + text(lookOf(m_model.section()).screen);
+    if (!QFile::exists(u':' + file))
+        file = folder + QStringLiteral("shell/UnbuiltScreen.qml");
+    return QUrl(QStringLiteral("qrc:") + file);
 }
 
 void ShellState::showRow(int row)

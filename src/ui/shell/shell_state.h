@@ -19,7 +19,7 @@ class ShellState final : public QObject {
     Q_PROPERTY(int row READ row NOTIFY sectionChanged)
     Q_PROPERTY(QString sectionTitle READ sectionTitle NOTIFY sectionChanged)
     Q_PROPERTY(QString sectionSymbol READ sectionSymbol NOTIFY sectionChanged)
-    /// The QML file of the shown section; empty while this build has none for it.
+    /// The QML file of the shown section.
     Q_PROPERTY(QUrl screen READ screen NOTIFY sectionChanged)
     /// A storage scan is running; no other scan counts.
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)

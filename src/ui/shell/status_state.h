@@ -40,6 +40,8 @@ public:
 Q_SIGNALS:
     void diskChanged();
     void memoryChanged();
+    /// Show the menu near this point of the desktop.
+    void menuRequested(int x, int y);
 
 private:
     double diskFraction() const;

@@ -1,0 +1,54 @@
+import QtQuick
+import Kestavon.Ui
+
+/// The keys of the main window.
+Item {
+    id: shortcuts
+
+    required property ShellState shell
+
+    signal filterRequested
+    signal settingsRequested
+
+    Shortcut {
+        sequences: [StandardKey.Open]
+        onActivated: shortcuts.shell.chooseFolder()
+    }
+    Shortcut {
+        sequences: ["F5", "Ctrl+R"]
+        onActivated: shortcuts.shell.scan()
+    }
+    Shortcut {
+        sequences: [StandardKey.Find]
+        onActivated: shortcuts.filterRequested()
+    }
+    Shortcut {
+        sequences: ["Ctrl+,"]
+        context: Qt.ApplicationShortcut
+        onActivated: shortcuts.settingsRequested()
+    }
+    Shortcut {
+        sequences: ["Ctrl+Q"]
+        context: Qt.ApplicationShortcut
+        onActivated: Qt.quit()
+    }
+    Shortcut {
+        sequences: ["Ctrl+PgUp"]
+        onActivated: shortcuts.shell.showRow(shortcuts.shell.row - 1)
+    }
+    Shortcut {
+        sequences: ["Ctrl+PgDown"]
+        onActivated: shortcuts.shell.showRow(shortcuts.shell.row + 1)
+    }
+    Repeater {
+        model: 9
+        Item {
+            id: numbered
+            required property int index
+            Shortcut {
+                sequences: ["Alt+" + (numbered.index + 1)]
+                onActivated: shortcuts.shell.showRow(numbered.index)
+            }
+        }
+    }
+}

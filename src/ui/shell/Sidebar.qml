@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kestavon.Ui
+
+/// The list of sections. One stop of the Tab key; the arrows move the selection.
+T.Control {
+    id: sidebar
+
+    required property UiStates ui
+    readonly property ShellState shell: ui.shell
+
+    function move(row: int) {
+        focusReason = Qt.TabFocusReason; // from here on the keyboard is in use
+        shell.showRow(Math.max(0, Math.min(rows.count - 1, row)));
+    }
+
+    implicitWidth: 232
+    focusPolicy: Qt.TabFocus
+    Keys.onUpPressed: move(shell.row - 1)
+    Keys.onDownPressed: move(shell.row + 1)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home)
+            move(0);
+        else if (event.key === Qt.Key_End)
+            move(rows.count - 1);
+        else
+            return;
+        event.accepted = true;
+    }
+    Accessible.role: Accessible.List
+    Accessible.name: "Sections"
+
+    background: Rectangle {
+        color: Theme.sidebar
+        Hairline {
+            anchors.right: parent.right
+            height: parent.height
+        }
+    }
+
+    SymbolIcon {
+        x: 18
+        y: 13
+        name: "kestavon"
+        size: 26
+        source: "image://symbol/kestavon"
+    }
+    AppText {
+        x: 54
+        y: 16
+        text: "Kestavon"
+        role: AppText.Role.DialogTitle
+        display: true
+        weight: 700
+        font.letterSpacing: -0.1
+    }
+    Column {
+        y: 52
+        width: parent.width
+        Repeater {
+            id: rows
+            model: sidebar.shell.sidebar
+            SidebarRow {
+                width: sidebar.width
+                keyboardFocus: sidebar.visualFocus
+                onActivated: {
+                    sidebar.forceActiveFocus(Qt.MouseFocusReason);
+                    sidebar.shell.showRow(index);
+                }
+            }
+        }
+    }
+    StatusItem {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 10
+        x: 10
+        width: parent.width - 21
+        ui: sidebar.ui
+    }
+}

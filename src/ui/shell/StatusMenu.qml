@@ -1,0 +1,176 @@
+import QtQuick
+import QtQuick.Templates as T
+import Kestavon.Ui
+
+/// Disk and memory at a glance, and the way back to the window.
+FocusScope {
+    id: menu
+
+    required property UiStates ui
+    readonly property StatusState status: ui.status
+
+    /// The user chose something; close what shows this.
+    signal done
+
+    implicitWidth: 218
+    implicitHeight: column.implicitHeight
+    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.TabFocusReason)
+
+    component Gauge: Item {
+        id: gauge
+        required property string symbol
+        required property string label
+        required property string freeText
+        required property real fraction
+        required property string colorName
+        width: parent.width
+        height: 61
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: label + ", " + freeText + " free"
+        SymbolIcon {
+            x: 14
+            y: 13
+            name: gauge.symbol
+        }
+        AppText {
+            x: 38
+            y: 13
+            text: gauge.label
+            role: AppText.Role.Caption
+            weight: 700
+            Accessible.ignored: true
+        }
+        Rectangle {
+            anchors.right: parent.right
+            anchors.rightMargin: 14
+            y: 19
+            width: 90
+            height: 5
+            radius: 2.5
+            color: Theme.track
+            Rectangle {
+                width: Math.round(90 * gauge.fraction)
+                height: 5
+                radius: 2.5
+                color: Theme.graphic(gauge.colorName)
+            }
+        }
+        Row {
+            anchors.right: parent.right
+            anchors.rightMargin: 14
+            y: 32
+            spacing: 4
+            AppText {
+                text: gauge.freeText
+                role: AppText.Role.Caption
+                Accessible.ignored: true
+            }
+            AppText {
+                anchors.baseline: parent.children[0].baseline
+                text: "free"
+                role: AppText.Role.Micro
+                weight: 400
+                color: Theme.text2
+                Accessible.ignored: true
+            }
+        }
+        Hairline {
+            x: 8
+            y: 60
+            width: parent.width - 16
+        }
+    }
+    component Choice: T.AbstractButton {
+        id: choice
+        property string symbol
+        property string label
+        readonly property bool lit: hovered || visualFocus
+        x: 6
+        width: parent.width - 12
+        height: 30
+        hoverEnabled: true
+        focusPolicy: Qt.StrongFocus
+        Keys.onReturnPressed: clicked()
+        Keys.onEnterPressed: clicked()
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: label
+        background: Rectangle {
+            radius: 7
+            visible: choice.lit
+            color: choice.pressed ? Theme.accentSolidPress : Theme.accentSolid
+        }
+        contentItem: Item {
+            SymbolIcon {
+                x: 8
+                anchors.verticalCenter: parent.verticalCenter
+                visible: choice.symbol !== ""
+                name: choice.symbol
+                color: choice.lit ? Theme.onSolid : Theme.text2
+            }
+            AppText {
+                x: choice.symbol === "" ? 8 : 32
+                anchors.verticalCenter: parent.verticalCenter
+                text: choice.label
+                color: choice.lit ? Theme.onSolid : Theme.text
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Column {
+        id: column
+        width: menu.width
+        Gauge {
+            symbol: "internaldrive"
+            label: "Disk"
+            freeText: menu.status.diskFree
+            fraction: menu.status.diskBar
+            colorName: menu.status.diskColor
+        }
+        Gauge {
+            visible: menu.status.hasMemory
+            symbol: "memorychip"
+            label: "Memory"
+            freeText: menu.status.memoryFree
+            fraction: menu.status.memoryBar
+            colorName: menu.status.memoryColor
+        }
+        Item { width: 1; height: 5 }
+        Choice {
+            objectName: "openKestavon"
+            focus: true
+            symbol: "macwindow"
+            label: "Open Kestavon"
+            onClicked: {
+                menu.done();
+                menu.ui.shell.raise();
+            }
+        }
+        Choice {
+            objectName: "openSmartClean"
+            symbol: "wand.and.sparkles"
+            label: "Smart Clean…"
+            onClicked: {
+                menu.done();
+                menu.ui.shell.showSmartClean();
+                menu.ui.shell.raise();
+            }
+        }
+        Item {
+            width: parent.width
+            height: 11
+            Hairline {
+                x: 8
+                y: 5
+                width: parent.width - 16
+            }
+        }
+        Choice {
+            objectName: "quitKestavon"
+            label: "Quit Kestavon"
+            onClicked: Qt.quit()
+        }
+        Item { width: 1; height: 6 }
+    }
+}

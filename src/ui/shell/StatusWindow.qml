@@ -1,0 +1,50 @@
+import QtQuick
+import Kestavon.Ui
+
+/// The status menu beside the tray's icon.
+Window {
+    id: window
+
+    property UiStates ui: null
+
+    /// Opens at this point of the desktop, moved onto its screen.
+    function openNear(pointX: int, pointY: int) {
+        ui.status.refresh();
+        const left = Screen.virtualX;
+        const top = Screen.virtualY;
+        x = Math.max(left, Math.min(left + Screen.width - width, pointX - width / 2));
+        y = pointY + height > top + Screen.height ? Math.max(top, pointY - height) : pointY;
+        show();
+        requestActivate();
+    }
+
+    flags: Qt.Popup | Qt.FramelessWindowHint
+    width: 220
+    height: content.implicitHeight + 2
+    color: Theme.elevated
+    onActiveChanged: {
+        if (!active)
+            close();
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.width: 1
+        border.color: Theme.border
+    }
+    Loader {
+        id: content
+        x: 1
+        y: 1
+        width: parent.width - 2
+        focus: true
+        active: window.ui !== null
+        sourceComponent: StatusMenu {
+            ui: window.ui
+            focus: true
+            onDone: window.close()
+            Keys.onEscapePressed: window.close()
+        }
+    }
+}
