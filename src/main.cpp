@@ -1,3 +1,4 @@
+#include "cli/scan_command.h"
 #include "core/model/app_model.h"
 #include "core/model/updater_controller.h"
 #include "platform/host_layout.h"
@@ -6,27 +7,54 @@
 #include "storage/file_scanner.h"
 #include "ui/accessible_shim.h"
 #include "ui/command_line.h"
+#include "ui/shell/single_instance.h"
+#include "ui/shell/status_tray.h"
+#include "ui/style/desktop_motion.h"
 #include "ui/style/symbol_provider.h"
 #include "ui/ui_states.h"
-#ifdef KESTAVON_HAS_CLI
-#include "cli/scan_command.h"
-#endif
 
 #include <QApplication>
 #include <QFontDatabase>
 #include <QQmlApplicationEngine>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
+#include <QStandardPaths>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include <unistd.h>
 
 Q_IMPORT_QML_PLUGIN(Kestavon_UiPlugin)
 
 namespace {
 
 using namespace kestavon;
+
+constexpr std::uint64_t scanMemoryLimit = 1'073'741'824;
+
+AppModel makeModel(const CommandLine& line)
+{
+    auto environment = currentHostEnvironment();
+    environment.systemRoot = normalisedPath(line.systemRoot);
+    auto scanner = std::make_shared<FileScanner>(
+        std::vector<std::string>{"/System", "/private/var/db", "/private/var/vm"}, scanMemoryLimit,
+        residentMemoryBytes);
+    return {std::move(scanner), systemPlatform(environment)};
+}
+
+int scanWithoutWindow(int argc, char** argv, const CommandLine& line)
+{
+    QCoreApplication application(argc, argv);
+    auto model = makeModel(line);
+    if (!line.folder.empty())
+        model.setSelectedRoot(line.folder);
+    return runScanCommand(model, std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1);
+}
 
 void useFonts()
 {
@@ -39,28 +67,68 @@ void useFonts()
     QGuiApplication::setFont(font);
 }
 
+/// Milliseconds since the kernel started this process, for KESTAVON_PRINT_FIRST_FRAME.
+long millisecondsSinceStart()
+{
+    FILE* stat = std::fopen("/proc/self/stat", "re");
+    unsigned long long ticks = 0; // field 22, since boot
+    const bool known = stat
+        && std::fscanf(stat,
+               "%*d (%*[^)]) %*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d "
+               "%*d %*d %llu",
+               &ticks)
+            == 1;
+    if (stat)
+        std::fclose(stat);
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    const auto ticksPerSecond = static_cast<unsigned long long>(::sysconf(_SC_CLK_TCK));
+    return known ? now.tv_sec * 1000 + now.tv_nsec / 1'000'000
+            - static_cast<long>(ticks * 1000 / ticksPerSecond)
+                 : -1;
+}
+
 int runWindow(QApplication& application, const CommandLine& line)
 {
-    auto environment = currentHostEnvironment();
-    environment.systemRoot = normalisedPath(line.systemRoot);
-    auto scanner = std::make_shared<FileScanner>(
-        std::vector<std::string>{"/System", "/private/var/db", "/private/var/vm"},
-        std::uint64_t{1'073'741'824}, residentMemoryBytes);
-    AppModel model(std::move(scanner), systemPlatform(environment));
-    if (!line.folder.empty())
-        model.setSelectedRoot(line.folder);
+    const auto folder = line.folder.empty() ? std::string() : normalisedPath(line.folder);
+    SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
+    if (instance.claim(folder) == SingleInstance::Claim::handedOver)
+        return EXIT_SUCCESS;
+
+    auto model = makeModel(line);
+    if (!folder.empty())
+        model.setSelectedRoot(folder);
     UiStates states(model);
+    QObject::connect(&instance, &SingleInstance::requested, states.shell(), &ShellState::takeOver);
 
     useFonts();
+    // Our own controls have no style to look up; the folder dialog's do.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_CONTROLS_STYLE"))
+        qputenv("QT_QUICK_CONTROLS_STYLE", "Basic");
     QQmlApplicationEngine engine;
     installAccessibleShim(engine);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
     engine.setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(&states)},
-        {QStringLiteral("themeChoice"), QString::fromStdString(line.theme)}});
+        {QStringLiteral("themeChoice"), QString::fromStdString(line.theme)},
+        {QStringLiteral("reducedMotion"), desktopReducesMotion()}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Kestavon/Ui/shell/Main.qml")));
     if (engine.rootObjects().isEmpty())
         return EXIT_FAILURE;
+
+    // The tray takes a conversation with the desktop: only once the window is there.
+    std::optional<StatusTray> tray;
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    const auto whenShown = [&] {
+        if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME"))
+            std::cerr << millisecondsSinceStart() << std::endl;
+        if (QSystemTrayIcon::isSystemTrayAvailable())
+            tray.emplace(states);
+        // With an icon in the tray the program stays when its window is closed.
+        QGuiApplication::setQuitOnLastWindowClosed(!tray);
+    };
+    QObject::connect(window, &QQuickWindow::frameSwapped, &application, whenShown,
+        Qt::ConnectionType(Qt::SingleShotConnection | Qt::QueuedConnection));
     return application.exec();
 }
 
@@ -68,19 +136,37 @@ int runWindow(QApplication& application, const CommandLine& line)
 
 int main(int argc, char** argv)
 {
-    if (argc > 1 && std::string_view(argv[1]) == "scan") {
-#ifdef KESTAVON_HAS_CLI
-        return runScanCommand(argc, argv);
-#endif
+    const bool scanOnly = argc > 1 && std::string_view(argv[1]) == "scan";
+    const auto arguments = [&] {
+        return readCommandLine({argv + (scanOnly ? 2 : 1), argv + argc});
+    };
+    if (const auto line = arguments(); line.help || line.version) {
+        if (line.help)
+            std::cout << commandLineHelp();
+        else
+            std::cout << "Kestavon " << UpdaterController::version() << '\n';
+        return EXIT_SUCCESS;
     }
-
-    if (!qEnvironmentVariableIsSet("KESTAVON_GPU"))
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QApplication application(argc, argv); // takes Qt's own options out of the arguments
-    QCoreApplication::setApplicationName(QStringLiteral("kestavon"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Kestavon"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("org.kestavon.Kestavon"));
-
-    const auto line = readCommandLine({argv + 1, argv + argc});
-    return runWindow(application, line);
+    const auto refuse = [](const std::string& error) {
+        std::cerr << "kestavon: " << error << " Try kestavon --help.\n";
+        return 2;
+    };
+    int code = EXIT_SUCCESS;
+    if (scanOnly) {
+        const auto line = arguments();
+        code = line.error.empty() ? scanWithoutWindow(argc, argv, line) : refuse(line.error);
+    } else {
+        if (!qEnvironmentVariableIsSet("KESTAVON_GPU"))
+            QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        QApplication application(argc, argv); // takes Qt's own options out of the arguments
+        QCoreApplication::setApplicationName(QStringLiteral("kestavon"));
+        QGuiApplication::setApplicationDisplayName(QStringLiteral("Kestavon"));
+        QGuiApplication::setDesktopFileName(QStringLiteral("org.kestavon.Kestavon"));
+        const auto line = arguments();
+        code = line.error.empty() ? runWindow(application, line) : refuse(line.error);
+    }
+    // A worker may still sit in a read that never returns, using what exit() would destroy.
+    std::cout.flush();
+    std::fflush(nullptr);
+    std::_Exit(code);
 }

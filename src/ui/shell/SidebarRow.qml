@@ -75,6 +75,7 @@ Item {
         AppText {
             x: 40
             anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: -1
             text: row.title
             weight: row.selected ? 600 : 500
             Accessible.ignored: true

@@ -5,7 +5,7 @@ import Kestavon.Ui
 /// The status item at the foot of the sidebar, for desktops with and without a tray: opens the
 /// same menu.
 T.AbstractButton {
-    id: item
+    id: statusItem
 
     required property UiStates ui
     readonly property StatusState status: ui.status
@@ -32,11 +32,11 @@ T.AbstractButton {
     background: Item {
         HoverFill {
             anchors.fill: parent
-            hovered: item.hovered
-            pressed: item.pressed
+            hovered: statusItem.hovered
+            pressed: statusItem.pressed
         }
         FocusRing {
-            visible: item.visualFocus
+            visible: statusItem.visualFocus
             gap: -2
         }
     }
@@ -44,9 +44,9 @@ T.AbstractButton {
         SymbolIcon {
             x: 12
             anchors.verticalCenter: parent.verticalCenter
-            name: item.status.symbol
+            name: statusItem.status.symbol
             size: 18
-            color: item.status.symbolColor === "primary" ? Theme.text2 : Theme.graphic(item.status.symbolColor)
+            color: statusItem.status.symbolColor === "primary" ? Theme.text2 : Theme.graphic(statusItem.status.symbolColor)
         }
         AppText {
             x: 40
@@ -69,14 +69,15 @@ T.AbstractButton {
         active: false
         sourceComponent: T.Popup {
             id: popup
-            parent: item
+            parent: statusItem
             y: -height - 6
             width: 220
+            implicitHeight: implicitContentHeight + topPadding + bottomPadding
             padding: 1
             focus: true
             closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-            onAboutToShow: item.status.refresh()
-            onClosed: item.forceActiveFocus(Qt.PopupFocusReason)
+            onAboutToShow: statusItem.status.refresh()
+            onClosed: statusItem.forceActiveFocus(Qt.PopupFocusReason)
             background: Rectangle {
                 radius: 11
                 color: Theme.elevated
@@ -84,7 +85,7 @@ T.AbstractButton {
                 border.color: Theme.border
             }
             contentItem: StatusMenu {
-                ui: item.ui
+                ui: statusItem.ui
                 focus: true
                 onDone: popup.close()
             }

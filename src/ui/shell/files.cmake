@@ -6,6 +6,7 @@ list(APPEND ui_state_sources
     shell/shell_state.cpp shell/shell_state.h
     shell/sidebar_model.cpp shell/sidebar_model.h
     shell/status_state.cpp shell/status_state.h
+    shell/single_instance.cpp shell/single_instance.h
     shell/window_folder_picker.cpp shell/window_folder_picker.h)
 list(APPEND ui_module_sources shell/shell_types.h)
 list(APPEND ui_qml_files

@@ -17,6 +17,8 @@ T.Popup {
     parent: T.Overlay.overlay
     x: Math.round(((parent ? parent.width : 0) - width) / 2)
     y: Math.round(((parent ? parent.height : 0) - height) / 2)
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     modal: true
     dim: true
     focus: true

@@ -58,7 +58,8 @@ QtObject {
     /// The three rings behind a sheet, widest last, that stand for its shadow.
     readonly property var rings: dark
         ? [Qt.rgba(0, 0, 0, 0.34), Qt.rgba(0, 0, 0, 0.20), Qt.rgba(0, 0, 0, 0.11)]
-        : [tint("#11141A", 0.08), tint("#11141A", 0.045), tint("#11141A", 0.025)]
+        : [Qt.rgba(17 / 255, 20 / 255, 26 / 255, 0.08), Qt.rgba(17 / 255, 20 / 255, 26 / 255, 0.045),
+            Qt.rgba(17 / 255, 20 / 255, 26 / 255, 0.025)]
 
     /// The named colours: the tone of bars, dots and large symbols, and that of text and small ones.
     readonly property var tones: dark ? {
@@ -76,11 +77,11 @@ QtObject {
     }
     /// The tone of `name` for bars, dots, outlines and symbols of 18 px and more.
     function graphic(name: string): color {
-        return tones[name][0];
+        return Qt.color(tones[name][0]);
     }
     /// The tone of `name` for text and small symbols.
     function ink(name: string): color {
-        return tones[name][1];
+        return Qt.color(tones[name][1]);
     }
     /// `tone` at `share` opacity: 0.15 behind badges and capsules, 0.13 behind symbols.
     function tint(tone: color, share: real): color {

@@ -1,4 +1,5 @@
-list(APPEND ui_module_sources style/symbol_provider.cpp style/symbol_provider.h)
+list(APPEND ui_module_sources style/desktop_motion.cpp style/desktop_motion.h
+    style/symbol_provider.cpp style/symbol_provider.h)
 list(APPEND ui_qml_singletons style/Theme.qml)
 list(APPEND ui_qml_files
     style/AlertDialog.qml
