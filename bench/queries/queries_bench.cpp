@@ -7,6 +7,7 @@
 #include "core/model/record_queries.h"
 #include "core/model/record_view.h"
 #include "made_records.h"
+#include "thread_time.h"
 
 #include <algorithm>
 #include <cctype>
@@ -18,7 +19,6 @@
 #include <string>
 #include <vector>
 
-#include <time.h>
 #include <unicode/unistr.h>
 
 namespace {
@@ -30,20 +30,6 @@ struct Job {
     std::function<void()> run;
     std::function<void()> prepare = [] {};
 };
-
-/// Processor time of this thread, which is all that works here: unlike the time on the clock it
-/// says the same on a busy machine.
-double milliseconds(const std::function<void()>& job)
-{
-    const auto now = [] {
-        timespec time{};
-        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-    };
-    const auto start = now();
-    job();
-    return now() - start;
-}
 
 double median(std::vector<double> values)
 {
@@ -60,7 +46,7 @@ void race(int rounds, const std::vector<Job>& jobs)
     for (int round = 0; round < rounds; ++round) {
         for (std::size_t i = 0; i < jobs.size(); ++i) {
             jobs[i].prepare();
-            times[i].push_back(milliseconds(jobs[i].run));
+            times[i].push_back(bench::threadMilliseconds(jobs[i].run));
             ratios[i].push_back(times[i].back() / times[0].back());
         }
     }
@@ -126,7 +112,7 @@ void filtering(const std::shared_ptr<const RecordList>& records, int rounds)
         paths.push_back(records->path(i));
     std::optional<RecordFilter> filter;
     std::printf("filtering; making the filter, once a list: %.2f ms\n",
-        milliseconds([&] { filter.emplace(records); }));
+        bench::threadMilliseconds([&] { filter.emplace(records); }));
     RecordViews views(records, RecordViews::Contents::everything);
     // No needle contains this one, so that none profits from its result.
     const auto forget = [&views] { views.view("\x01"); };
@@ -154,7 +140,7 @@ void filtering(const std::shared_ptr<const RecordList>& records, int rounds)
     std::string typed;
     for (const char letter : std::string("report-77")) {
         typed += letter;
-        std::printf(" %.2f", milliseconds([&] { views.view(typed); }));
+        std::printf(" %.2f", bench::threadMilliseconds([&] { views.view(typed); }));
     }
     std::printf(" ms\n");
 }

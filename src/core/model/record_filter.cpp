@@ -37,10 +37,28 @@ std::size_t textAt(
     return static_cast<std::size_t>(std::upper_bound(from, to, place) - offsets.begin() - 1);
 }
 
+/// Where the bytes of a text that starts at `offset` end.
+std::size_t endOfText(std::span<const char> bytes, std::uint32_t offset)
+{
+    return offset + std::strlen(bytes.data() + offset);
+}
+
+/// Whether the texts that start at `offsets`, which ascend, lie one after the other with no other
+/// texts between them.
+bool textsTouch(std::span<const char> bytes, std::span<const std::uint32_t> offsets)
+{
+    if (offsets.empty())
+        return true;
+    const auto end = endOfText(bytes, offsets.back());
+    const auto inside = bytes.subspan(offsets.front(), end - offsets.front());
+    return static_cast<std::size_t>(std::ranges::count(inside, '\0')) == offsets.size() - 1;
+}
+
 /// Calls `matched` with the number of every text that contains the finder's needle. The texts start
-/// at `offsets`, which ascend, and end at a NUL each; the bytes may hold other texts between them.
+/// at `offsets`, which ascend, and end at a NUL each; unless they `touch`, other texts may lie
+/// between them.
 template <class Matched>
-void findTexts(std::span<const char> bytes, std::span<const std::uint32_t> offsets,
+void findTexts(std::span<const char> bytes, std::span<const std::uint32_t> offsets, bool touch,
     const TextFinder& finder, const std::stop_token& stop, Matched matched)
 {
     const auto* const start = bytes.data();
@@ -48,16 +66,15 @@ void findTexts(std::span<const char> bytes, std::span<const std::uint32_t> offse
     for (std::size_t first = 0; first < offsets.size(); first += stretch) {
         throwIfStopped(stop);
         const auto last = std::min(first + stretch, offsets.size());
-        const auto* const end = last < offsets.size()
-            ? start + offsets[last]
-            : start + offsets[last - 1] + std::strlen(start + offsets[last - 1]);
+        const auto* const end
+            = start + (last < offsets.size() ? offsets[last] : endOfText(bytes, offsets[last - 1]));
         auto text = first;
         const auto* from = start + offsets[first];
         while ((from = finder.find(from, end, readableEnd)) != nullptr) {
             const auto place = static_cast<std::size_t>(from - start);
             text = textAt(offsets, text, last, place);
             // The list's own text ended before `place` when the match is in a foreign one.
-            if (std::memchr(start + offsets[text], 0, place - offsets[text]) == nullptr)
+            if (touch || std::memchr(start + offsets[text], 0, place - offsets[text]) == nullptr)
                 matched(text);
             if (++text == last)
                 break;
@@ -87,6 +104,7 @@ struct RecordFilter::FolderMatches {
 RecordFilter::RecordFilter(std::shared_ptr<const RecordList> records, const std::stop_token& stop)
     : m_records(std::move(records))
     , m_namesAscend(std::ranges::is_sorted(m_records->nameOffsets()))
+    , m_namesTouch(m_namesAscend && textsTouch(m_records->nameBytes(), m_records->nameOffsets()))
     , m_root(foldedText(m_records->root()))
 {
     if (m_root.ends_with('/'))
@@ -158,7 +176,7 @@ RecordFilter::FolderMatches RecordFilter::matchFolders(
     const auto slash = needle.rfind('/');
     if (slash == std::string::npos) {
         const TextFinder finder(needle);
-        findTexts(m_folderNames.bytes, m_folderNames.offsets, finder, stop,
+        findTexts(m_folderNames.bytes, m_folderNames.offsets, true, finder, stop,
             [&found](std::size_t folder) { found.whole[folder] = 1; });
         for (std::uint32_t folder = 1; folder < folders; ++folder)
             found.whole[folder] |= found.whole[m_records->folderParent(folder)];
@@ -196,12 +214,12 @@ void RecordFilter::matchNames(
 {
     const TextFinder finder(needle);
     if (isAscii(needle))
-        findTexts(m_records->nameBytes(), m_records->nameOffsets(), finder, stop,
+        findTexts(m_records->nameBytes(), m_records->nameOffsets(), m_namesTouch, finder, stop,
             [&matched](std::size_t i) { matched.insert(i); });
     // Where a name is not ASCII, its bytes prove nothing: an "e" may be half of an "é".
     for (const auto i : m_foldedRecords)
         matched.erase(i);
-    findTexts(m_foldedNames.bytes, m_foldedNames.offsets, finder, stop,
+    findTexts(m_foldedNames.bytes, m_foldedNames.offsets, true, finder, stop,
         [this, &matched](std::size_t text) { matched.insert(m_foldedRecords[text]); });
 }
 

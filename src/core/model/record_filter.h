@@ -63,6 +63,7 @@ private:
 
     std::shared_ptr<const RecordList> m_records;
     bool m_namesAscend = false; ///< the names lie in the order of the records
+    bool m_namesTouch = false; ///< and no other names lie between them
     std::string m_root; ///< folded, without a "/" at its end
     Texts m_folderNames; ///< folded, by folder; the root's is empty
     Texts m_foldedNames; ///< of the records whose names are not ASCII

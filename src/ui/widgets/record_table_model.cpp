@@ -244,15 +244,6 @@ std::vector<std::uint32_t> RecordTableModel::selectedVisiblePositions() const
     return m_selection.selectedPositions();
 }
 
-std::vector<Uuid> RecordTableModel::selectedVisibleIds() const
-{
-    std::vector<Uuid> ids;
-    ids.reserve(m_selection.count());
-    for (const auto position : m_selection.selectedPositions())
-        ids.push_back(shownRecords()->id(position));
-    return ids;
-}
-
 void RecordTableModel::announceSelection()
 {
     ++m_selectionRevision;

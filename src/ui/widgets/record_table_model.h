@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/domain/record_list.h"
-#include "core/domain/uuid.h"
 #include "core/model/background.h"
 #include "core/model/record_selection.h"
 #include "core/model/record_view.h"
@@ -108,10 +107,9 @@ public:
     int selectedCount() const { return static_cast<int>(m_selection.count()); }
     qint64 selectedBytes() const { return m_selection.bytes(); }
     QString selectedSizeText() const;
-    /// The records of the selected rows in row order: positions in, and identifiers of, the list
-    /// that `shownRecords` gives. Largest first, so that a folder comes after the files in it.
+    /// The records of the selected rows, as positions in `shownRecords`, in row order: largest
+    /// first, so that a folder comes after the files in it.
     std::vector<std::uint32_t> selectedVisiblePositions() const;
-    std::vector<Uuid> selectedVisibleIds() const;
     /// The list whose rows are shown: `records`, except while its rows are on their way.
     const std::shared_ptr<const RecordList>& shownRecords() const { return view().records(); }
     /// @}
