@@ -1,0 +1,15 @@
+#include "platform/linux/trash/freedesktop_trash.h"
+#include "platform/linux/trash/mac_trash.h"
+
+namespace kestavon {
+
+std::shared_ptr<Trash> makeSystemTrash(
+    const HostLayout& layout, ProtectedPlaces protectedPlaces, std::shared_ptr<const Clock> clock)
+{
+    if (layout.kind == HomeKind::mac)
+        return std::make_shared<MacTrash>(layout, std::move(protectedPlaces));
+    return std::make_shared<FreedesktopTrash>(layout, std::move(protectedPlaces), std::move(clock),
+        std::make_shared<SystemMountedVolumes>());
+}
+
+} // namespace kestavon

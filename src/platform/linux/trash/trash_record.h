@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/linux/trash/trash_folder.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kestavon {
+
+/// The record of one item in a Trash, the file `info/<name>.trashinfo`, which also keeps the name
+/// from being taken by anybody else. It is there before the item arrives, on the disk, and goes
+/// again unless the item did arrive. While this object lives the file is locked: that tells other
+/// copies of the program that somebody is at work.
+class TrashRecord {
+public:
+    /// Writes the record of an item that will lie at `files/<name>`. EEXIST when the name is taken.
+    static Result<TrashRecord, int> write(
+        const TrashFolder& trash, const std::string& name, std::string_view text);
+
+    ~TrashRecord();
+    TrashRecord(TrashRecord&&) noexcept = default;
+    TrashRecord& operator=(TrashRecord&&) = delete;
+
+    /// The item has arrived: the record stays.
+    void keep() { m_kept = true; }
+    /// The record's modification time, in seconds since 1970.
+    std::int64_t time() const;
+
+private:
+    TrashRecord(int info, std::string fileName, FileDescriptor file);
+
+    int m_info; // the caller's
+    std::string m_fileName;
+    FileDescriptor m_file; // also says, by being open, that the record is this object's
+    bool m_kept = false;
+};
+
+/// What a name in `info` says about an item: its name with this ending.
+inline constexpr std::string_view trashInfoEnding = ".trashinfo";
+
+/// Removes the record of an item that lies in the Trash no more. False when there is none, or
+/// somebody is at work with it.
+bool removeRecord(const TrashFolder& trash, const std::string& name);
+
+/// Removes the records that a crash of this program left without an item: ours, not locked, and
+/// nothing at `files/<name>`. So are empty ones more than a day old, which a crash of any program
+/// left and which say nothing. Records of other programs stay, with or without an item.
+void clearAbandonedRecords(const TrashFolder& trash);
+
+} // namespace kestavon
