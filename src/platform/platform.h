@@ -6,6 +6,7 @@
 #include "platform/host_layout.h"
 #include "platform/memory_counters.h"
 #include "platform/settings.h"
+#include "platform/trash.h"
 #include "platform/volume.h"
 #include "platform/workspace.h"
 
@@ -23,6 +24,7 @@ struct Platform {
     std::shared_ptr<const Calendar> calendar;
     std::shared_ptr<Settings> settings;
     std::shared_ptr<Workspace> workspace;
+    std::shared_ptr<Trash> trash;
 };
 
 /// This machine, laid out for `environment`; every part is there.

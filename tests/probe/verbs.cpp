@@ -8,6 +8,7 @@
 #include "platform/host_layout.h"
 #include "platform/protected_places.h"
 #include "platform/resident_memory.h"
+#include "platform/trash.h"
 #include "safearea/quarantine_store.h"
 #include "storage/file_scanner.h"
 
@@ -123,6 +124,16 @@ RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
     };
 }
 
+RemovalWorker::Remove trashing(const std::string& scannedRoot = {})
+{
+    const Machine machine;
+    const auto trash = makeSystemTrash(
+        machine.layout, *machine.protectedPlaces, std::make_shared<SystemClock>());
+    return [trash, scannedRoot](const std::string& path) {
+        return trash->trashItem(path, {.noLinksBelow = scannedRoot, .stop = {}});
+    };
+}
+
 /// Scans the first path, picks the records of the others, and runs the hook.
 std::vector<FileRecord> pickedRecords(const Arguments& arguments)
 {
@@ -193,12 +204,21 @@ const std::map<std::string, Verb>& verbs()
             [](const Arguments& arguments) {
                 removeRecords(recordsOf(arguments.paths), deletion());
             }},
+        {"trash",
+            [](const Arguments& arguments) {
+                removeRecords(recordsOf(arguments.paths), trashing());
+            }},
         {"scan", printScan},
         {"summary", printSummary},
         {"scan-delete",
             [](const Arguments& arguments) {
                 const auto records = pickedRecords(arguments);
                 removeRecords(records, deletion(normalisedPath(arguments.paths.front())));
+            }},
+        {"scan-trash",
+            [](const Arguments& arguments) {
+                const auto records = pickedRecords(arguments);
+                removeRecords(records, trashing(normalisedPath(arguments.paths.front())));
             }},
         {"scan-quarantine",
             [](const Arguments& arguments) {

@@ -65,6 +65,26 @@ public:
     std::vector<std::string> opened;
 };
 
+/// A Trash that writes down what is put into it. Worker threads may use it one at a time.
+class FakeTrash final : public Trash {
+public:
+    FileResult<Done> trashItem(const std::string& path, const TrashOptions&) override
+    {
+        const auto refused = refusals.find(path);
+        if (refused != refusals.end())
+            return moveError(refused->second, path, "Trash");
+        trashed.push_back(path);
+        return Done{};
+    }
+    void forgetItem(const std::string& path) override { forgotten.push_back(path); }
+    std::vector<TrashPlace> trashPlaces() const override { return places; }
+
+    std::map<std::string, FileError::Kind> refusals; ///< paths that cannot be moved, and why
+    std::vector<std::string> trashed; ///< in order
+    std::vector<std::string> forgotten;
+    std::vector<TrashPlace> places{{"/home/alice/.Trash", "/home/alice/.Trash"}};
+};
+
 /// A machine that exists only in memory: nothing of the real one is read or written. The home is
 /// Mac-shaped and lies at /home/alice.
 struct FakeMachine {
@@ -74,6 +94,7 @@ struct FakeMachine {
     std::shared_ptr<FakeFileManager> files = std::make_shared<FakeFileManager>();
     std::shared_ptr<FakeSettings> settings = std::make_shared<FakeSettings>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
+    std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
 
     Platform platform() const
     {
@@ -92,6 +113,7 @@ struct FakeMachine {
         platform.calendar = std::make_shared<SystemCalendar>();
         platform.settings = settings;
         platform.workspace = workspace;
+        platform.trash = trash;
         return platform;
     }
 };
