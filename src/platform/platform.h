@@ -3,8 +3,12 @@
 #include "platform/calendar.h"
 #include "platform/clock.h"
 #include "platform/file_manager.h"
+#include "platform/file_mover.h"
+#include "platform/file_places.h"
+#include "platform/file_remover.h"
 #include "platform/host_layout.h"
 #include "platform/memory_counters.h"
+#include "platform/protected_places.h"
 #include "platform/settings.h"
 #include "platform/trash.h"
 #include "platform/volume.h"
@@ -22,9 +26,13 @@ struct Platform {
     std::shared_ptr<const MemoryCounters> memory;
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<const Calendar> calendar;
+    std::shared_ptr<FileMover> mover;
+    std::shared_ptr<FileRemover> remover;
+    std::shared_ptr<FilePlaces> places;
+    std::shared_ptr<Trash> trash;
+    std::shared_ptr<const ProtectedPlaces> protectedPlaces;
     std::shared_ptr<Settings> settings;
     std::shared_ptr<Workspace> workspace;
-    std::shared_ptr<Trash> trash;
 };
 
 /// This machine, laid out for `environment`; every part is there.

@@ -85,8 +85,8 @@ public:
     std::vector<TrashPlace> places{{"/home/alice/.Trash", "/home/alice/.Trash"}};
 };
 
-/// A machine that exists only in memory: nothing of the real one is read or written. The home is
-/// Mac-shaped and lies at /home/alice.
+/// A machine that exists only in memory, but for files that are moved or removed: those are real,
+/// and a test that does so sets `home` to a temporary folder. The home is Mac-shaped.
 struct FakeMachine {
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     std::shared_ptr<FakeVolumes> volumes = std::make_shared<FakeVolumes>();
@@ -95,25 +95,31 @@ struct FakeMachine {
     std::shared_ptr<FakeSettings> settings = std::make_shared<FakeSettings>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
+    std::string home = "/home/alice";
 
     Platform platform() const
     {
         Platform platform;
-        platform.layout.home = "/home/alice";
+        platform.layout.home = home;
         platform.layout.systemRoot = "/";
         platform.layout.kind = HomeKind::mac;
-        platform.layout.fullDiskAccessProbes
-            = {"/home/alice/Library/Mail", "/home/alice/Library/Messages"};
+        platform.layout.applicationSupport = home + "/Library/Application Support";
+        platform.layout.fullDiskAccessProbes = {home + "/Library/Mail", home + "/Library/Messages"};
         platform.layout.cacheMarkers = {"/Library/Caches/"};
-        platform.layout.downloadFolders = {"/home/alice/Downloads"};
+        platform.layout.downloadFolders = {home + "/Downloads"};
         platform.files = files;
         platform.volumes = volumes;
         platform.memory = memory;
         platform.clock = clock;
         platform.calendar = std::make_shared<SystemCalendar>();
         platform.settings = settings;
-        platform.workspace = workspace;
+        platform.mover = std::make_shared<SystemFileMover>();
+        platform.remover = std::make_shared<SystemFileRemover>();
+        platform.places = std::make_shared<SystemFilePlaces>();
+        platform.protectedPlaces
+            = std::make_shared<const ProtectedPlaces>(ProtectedPlaces::Lists());
         platform.trash = trash;
+        platform.workspace = workspace;
         return platform;
     }
 };

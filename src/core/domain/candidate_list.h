@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -21,11 +22,15 @@ public:
     /// Adds the record at `position`; only while the list is being made.
     void append(std::uint32_t position, std::string_view reason);
 
+    /// This list less the candidates at `positions` (ascending). The others keep their ids.
+    std::shared_ptr<const CandidateList> without(std::span<const std::uint32_t> positions) const;
+
     std::size_t size() const { return m_positions.size(); }
     bool empty() const { return m_positions.empty(); }
 
     CleanupCandidate operator[](std::size_t i) const;
-    Uuid id(std::size_t i) const { return m_ids.at(i); }
+    Uuid id(std::size_t i) const { return m_ids.at(ordinal(i)); }
+    /// The position of the candidate with this id; nothing when it is not in this list.
     std::optional<std::size_t> positionOf(const Uuid& id) const;
     std::string_view reason(std::size_t i) const { return m_reasons[m_reasonOf[i]]; }
     std::int64_t estimatedBytes(std::size_t i) const { return m_records->fileSize(m_positions[i]); }
@@ -33,6 +38,9 @@ public:
     std::uint32_t recordPosition(std::size_t i) const { return m_positions[i]; }
     const std::shared_ptr<const RecordList>& records() const { return m_records; }
     const IdSpace& ids() const { return m_ids; }
+    /// The ids of the list are those of some ordinals below this one.
+    std::size_t ordinalLimit() const { return m_ordinalLimit; }
+    std::uint64_t ordinal(std::size_t i) const { return m_ordinals.empty() ? i : m_ordinals[i]; }
 
 private:
     std::shared_ptr<const RecordList> m_records;
@@ -40,6 +48,8 @@ private:
     std::vector<std::uint32_t> m_positions;
     std::vector<std::uint8_t> m_reasonOf;
     std::vector<std::string> m_reasons;
+    std::vector<std::uint32_t> m_ordinals; ///< empty while nothing was cut from the list
+    std::size_t m_ordinalLimit = 0;
 };
 
 /// A set of the ids of one `CandidateList`, kept as one bit a candidate. It does not keep the list
@@ -52,6 +62,12 @@ public:
     static CandidateSelection all(const CandidateList& list) { return {list, true}; }
 
     bool contains(const Uuid& id) const;
+    /// Whether the candidate at this position of a list with the same ids is in the set.
+    bool containsAt(const CandidateList& list, std::size_t i) const
+    {
+        const auto bit = list.ordinal(i);
+        return bit < m_selected.size() && m_selected[bit];
+    }
     /// Adds or drops an id; an id that is not of the list changes nothing.
     void insert(const Uuid& id) { set(id, true); }
     void erase(const Uuid& id) { set(id, false); }

@@ -25,6 +25,11 @@ AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform)
     , m_platform(std::move(platform))
     , m_selectedRoot(m_platform.layout.home)
     , m_junkGroups(emptyJunkGroups())
+    , m_quarantineStore(std::make_shared<QuarantineStore>(m_platform.layout,
+          QuarantineTools{.mover = m_platform.mover,
+              .places = m_platform.places,
+              .protectedPlaces = m_platform.protectedPlaces,
+              .clock = m_platform.clock}))
 {
     MainQueue::instance(); // made here, on the main thread, before any worker posts to it
     refreshMemory();
@@ -89,6 +94,12 @@ void AppModel::openFullDiskAccessSettings()
 {
     m_platform.workspace->openUrl(
         "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?Privacy_AllFiles");
+}
+
+void AppModel::report(const Finished& finished, const std::string& error)
+{
+    if (finished)
+        finished(error);
 }
 
 void AppModel::recordEvent(std::string title, std::string detail)

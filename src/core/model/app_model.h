@@ -1,6 +1,7 @@
 #pragma once
 
 #include "concurrency/serial_queue.h"
+#include "core/domain/action_kind.h"
 #include "core/domain/activity_event.h"
 #include "core/domain/app_section.h"
 #include "core/domain/candidate_list.h"
@@ -9,6 +10,7 @@
 #include "core/domain/junk_group.h"
 #include "core/domain/quarantine_item.h"
 #include "core/domain/record_list.h"
+#include "core/domain/record_pick.h"
 #include "core/domain/scan_phase.h"
 #include "core/domain/security_finding.h"
 #include "core/domain/startup_item.h"
@@ -16,15 +18,18 @@
 #include "core/model/updater_controller.h"
 #include "platform/folder_picker.h"
 #include "platform/platform.h"
+#include "safearea/quarantine_store.h"
 #include "storage/file_scanning.h"
 
 #include <QObject>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace kestavon {
@@ -143,6 +148,41 @@ public:
     /// Takes a fresh memory snapshot; none when the system does not tell.
     void refreshMemory();
 
+    /// How an operation on files ended, in words for a person: empty when it was done.
+    using Finished = std::function<void(const std::string& error)>;
+
+    /// @name Removing and restoring
+    /// Nothing here asks: the screens do, before. The files are worked on off the main thread; the
+    /// fields change when that is over, and then `finished` is called, if there is one. Protected
+    /// items are skipped without a word. Operations that are started one after the other all
+    /// complete, each with its own selection.
+    /// @{
+    void trashRecords(RecordPick pick, Finished finished = {});
+    void deleteRecordsPermanently(RecordPick pick, Finished finished = {});
+    /// Moves the ticked suggestions; an error means that the Safe Area could not be opened and
+    /// nothing changed.
+    void moveSelectedCleanupToSafeArea(Finished finished = {});
+    /// Removes the group's items with these ids. For the Safe Area, `moved` gets how many moved and
+    /// how many were to be; it is not called after an error.
+    void cleanJunkItems(const JunkGroup& group, const std::unordered_set<Uuid>& ids,
+        ActionKind action, std::function<void(std::size_t moved, std::size_t requested)> moved = {},
+        Finished finished = {});
+    void restoreFromSafeArea(const QuarantineItem& item, Finished finished = {});
+    /// Restores every held item, one after the other; those that cannot be restored stay listed.
+    void restoreAllFromSafeArea(Finished finished = {});
+    void deleteFromSafeArea(const QuarantineItem& item, Finished finished = {});
+    /// Deletes every held item for good. Items that cannot be deleted leave the list all the same.
+    void emptySafeArea(Finished finished = {});
+    void clearHistory();
+    /// @}
+
+    /// @name Ticks of the suggestions
+    /// @{
+    void setCleanupSelected(const Uuid& id, bool selected);
+    void selectAllCleanup();
+    void deselectAllCleanup();
+    /// @}
+
     /// @name Access to protected folders
     /// @{
     /// Probes again. At most a dozen folders are looked at.
@@ -171,8 +211,23 @@ private:
     }
 
     void finishStorageScan(ScanResult result);
-    template <class T> void disposeInBackground(T value);
+    void removeRecords(
+        RecordPick pick, ActionKind action, const std::string& title, Finished finished);
+    void dropRecords(std::shared_ptr<const RecordPick> pick, std::function<void()> then);
+    void dropCandidates(std::shared_ptr<const CandidateList> from,
+        std::shared_ptr<const std::vector<std::uint32_t>> positions, std::function<void()> then);
+    void addToQuarantine(std::vector<QuarantineItem> items);
+    void forgetQuarantined(const std::unordered_set<Uuid>& ids);
+    void restoreNext(std::vector<QuarantineItem> remaining, Finished finished);
+    void restoreItem(const QuarantineItem& item, Finished finished);
+    /// Giving back the memory of a million records takes longer than a frame.
+    template <class T> void disposeInBackground(T value)
+    {
+        m_disposalQueue.post(
+            [value = std::make_shared<T>(std::move(value))]() mutable { value.reset(); });
+    }
     void recordEvent(std::string title, std::string detail);
+    static void report(const Finished& finished, const std::string& error);
     bool probeFullDiskAccess() const;
 
     // Fixed at construction.
@@ -213,7 +268,12 @@ private:
     std::optional<std::stop_source> m_scanTask;
     std::uint64_t m_scanRun = 0;
 
+    // Used on the queue below only.
+    std::shared_ptr<QuarantineStore> m_quarantineStore;
+
     SerialQueue m_scanQueue; // the scanner's own thread
+    SerialQueue m_quarantineQueue; // the Safe Area store's own thread
+    SerialQueue m_removalQueue; // Trash and deletion
     SerialQueue m_disposalQueue; // frees what takes long to free
 };
 

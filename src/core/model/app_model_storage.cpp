@@ -42,13 +42,6 @@ struct AppModel::ScanResult {
     std::string notice;
 };
 
-template <class T> void AppModel::disposeInBackground(T value)
-{
-    // Giving back the memory of a million records takes longer than a frame.
-    m_disposalQueue.post(
-        [value = std::make_shared<T>(std::move(value))]() mutable { value.reset(); });
-}
-
 void AppModel::startStorageScan()
 {
     if (m_scanTask)

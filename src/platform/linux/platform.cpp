@@ -7,18 +7,24 @@ namespace kestavon {
 Platform systemPlatform(const HostEnvironment& environment)
 {
     auto layout = makeHostLayout(environment);
+    const auto protectedPlaces
+        = std::make_shared<const ProtectedPlaces>(ProtectedPlaces::listsFor(layout));
     auto settings = std::make_shared<FileSettings>(layout.configHome + "/Kestavon/settings.json");
     auto clock = std::make_shared<SystemClock>();
-    auto trash = makeSystemTrash(layout, ProtectedPlaces(ProtectedPlaces::listsFor(layout)), clock);
+    auto trash = makeSystemTrash(layout, *protectedPlaces, clock);
     return {.layout = std::move(layout),
         .files = std::make_shared<SystemFileManager>(),
         .volumes = std::make_shared<SystemVolumes>(),
         .memory = std::make_shared<SystemMemoryCounters>(),
         .clock = std::move(clock),
         .calendar = std::make_shared<SystemCalendar>(),
+        .mover = std::make_shared<SystemFileMover>(),
+        .remover = std::make_shared<SystemFileRemover>(),
+        .places = std::make_shared<SystemFilePlaces>(),
+        .trash = std::move(trash),
+        .protectedPlaces = protectedPlaces,
         .settings = std::move(settings),
-        .workspace = std::make_shared<DesktopWorkspace>(),
-        .trash = std::move(trash)};
+        .workspace = std::make_shared<DesktopWorkspace>()};
 }
 
 } // namespace kestavon

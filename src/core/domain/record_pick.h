@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/domain/record_list.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace kestavon {
+
+/// Some records of a list.
+struct RecordPick {
+    std::shared_ptr<const RecordList> records;
+    std::vector<std::uint32_t> positions; ///< ascending
+};
+
+} // namespace kestavon

@@ -1,0 +1,240 @@
+#include "core/model/app_model.h"
+#include "support/event_loop.h"
+#include "support/fake_platform.h"
+#include "support/fake_scanner.h"
+#include "support/temporary_folder.h"
+
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+namespace kestavon {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// A model over real files in a temporary home, after a scan that found them.
+class AppModelActions : public testing::Test {
+protected:
+    AppModelActions() { machine.home = folder.path(); }
+
+    /// Writes the files and lets a scan find them.
+    void scan(const std::vector<std::string>& names)
+    {
+        if (!model)
+            model = std::make_unique<AppModel>(scanner, machine.platform());
+        std::vector<FileRecord> records;
+        for (const auto& name : names) {
+            const auto path = folder.writeFile(name, "12345");
+            records.push_back({.path = path, .size = 5});
+        }
+        model->startStorageScan();
+        scanner->finishWith(folder.path(), records);
+        ASSERT_TRUE(test::processEventsUntil([&] { return !model->scanPhase().isScanning(); }));
+    }
+
+    RecordPick pick(std::vector<std::uint32_t> positions) const
+    {
+        return {.records = model->records(), .positions = std::move(positions)};
+    }
+
+    /// Runs an operation to its end and returns its error.
+    template <class Operation> std::string await(Operation operation)
+    {
+        std::optional<std::string> result;
+        operation([&result](const std::string& error) { result = error; });
+        EXPECT_TRUE(test::processEventsUntil([&result] { return result.has_value(); }));
+        return result.value_or("never finished");
+    }
+
+    const ActivityEvent& lastEvent() const { return model->history().front(); }
+    bool exists(const std::string& name) const
+    {
+        return std::filesystem::exists(std::filesystem::symlink_status(folder / name));
+    }
+
+    std::vector<std::string> names() const
+    {
+        std::vector<std::string> result;
+        for (std::size_t i = 0; i < model->records()->size(); ++i)
+            result.emplace_back(model->records()->name(i));
+        return result;
+    }
+
+    test::TemporaryFolder folder;
+    test::FakeMachine machine;
+    std::shared_ptr<test::FakeScanner> scanner = std::make_shared<test::FakeScanner>();
+    std::unique_ptr<AppModel> model;
+};
+
+TEST_F(AppModelActions, TrashingCountsWhatWentAndDropsTheWholeSelection)
+{
+    scan({"a", "b", "c.appex", "d"});
+    machine.trash->refusals[folder / "b"] = FileError::Kind::permission;
+    EXPECT_EQ(await([&](auto done) { model->trashRecords(pick({0, 1, 2}), done); }), "");
+
+    EXPECT_THAT(machine.trash->trashed, ElementsAre(folder / "a"));
+    EXPECT_TRUE(exists("b"));
+    EXPECT_TRUE(exists("c.appex"));
+    EXPECT_THAT(names(), ElementsAre("d"));
+    EXPECT_EQ(lastEvent().title, "Files moved to Trash");
+    EXPECT_EQ(lastEvent().detail, "1 files · 5 bytes");
+}
+
+TEST_F(AppModelActions, DeletionsStartedTogetherBothComplete)
+{
+    scan({"a", "b", "c"});
+    model->deleteRecordsPermanently(pick({0}));
+    EXPECT_EQ(await([&](auto done) { model->deleteRecordsPermanently(pick({2}), done); }), "");
+    EXPECT_THAT(names(), ElementsAre("b"));
+    EXPECT_FALSE(exists("a"));
+    EXPECT_FALSE(exists("c"));
+    EXPECT_TRUE(exists("b"));
+    EXPECT_THAT(model->history(), SizeIs(3));
+    EXPECT_EQ(lastEvent().title, "Files permanently deleted");
+}
+
+TEST_F(AppModelActions, ARemovalThatEndsAfterANewScanLeavesItsRecordsAlone)
+{
+    scan({"a", "b"});
+    const auto old = pick({0});
+    scan({"a", "b"});
+    EXPECT_EQ(await([&](auto done) { model->deleteRecordsPermanently(old, done); }), "");
+    EXPECT_THAT(names(), ElementsAre("a", "b"));
+}
+
+TEST_F(AppModelActions, MovesTheTickedSuggestionsToTheSafeAreaAndBack)
+{
+    scan({"Library/Caches/x/1", "Library/Caches/x/2", "Library/Caches/x/3", "other"});
+    ASSERT_EQ(model->cleanupCandidates()->size(), 3U);
+    model->setCleanupSelected(model->cleanupCandidates()->id(1), false);
+    std::filesystem::remove(folder / "Library/Caches/x/3"); // gone before it can be moved
+    EXPECT_EQ(await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); }), "");
+
+    ASSERT_THAT(model->quarantine(), SizeIs(1));
+    const auto item = model->quarantine().front();
+    EXPECT_EQ(item.originalPath, folder / "Library/Caches/x/1");
+    EXPECT_EQ(item.reason, "Application cache");
+    EXPECT_FALSE(exists("Library/Caches/x/1"));
+    EXPECT_TRUE(std::filesystem::exists(item.quarantinedPath));
+    // Both that were ticked leave the list, the one that could not be moved too.
+    ASSERT_EQ(model->cleanupCandidates()->size(), 1U);
+    EXPECT_EQ((*model->cleanupCandidates())[0].record.path, folder / "Library/Caches/x/2");
+    EXPECT_TRUE(model->selectedCleanupIDs().empty());
+    EXPECT_EQ(lastEvent().title, "Items quarantined");
+    EXPECT_EQ(lastEvent().detail, "1 items moved safely");
+
+    EXPECT_EQ(await([&](auto done) { model->restoreFromSafeArea(item, done); }), "");
+    EXPECT_THAT(model->quarantine(), IsEmpty());
+    EXPECT_EQ(folder.readFile("Library/Caches/x/1"), "12345");
+    EXPECT_EQ(lastEvent().title, "Item restored");
+    EXPECT_EQ(lastEvent().detail, item.originalPath);
+}
+
+TEST_F(AppModelActions, NewlyHeldItemsComeFirstInTheirOwnOrder)
+{
+    scan({"Library/Caches/1", "Library/Caches/2"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    scan({"Library/Caches/3", "Library/Caches/4"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    std::vector<std::string> held;
+    for (const auto& item : model->quarantine())
+        held.push_back(item.originalPath.substr(item.originalPath.size() - 1));
+    EXPECT_THAT(held, ElementsAre("3", "4", "1", "2"));
+}
+
+TEST_F(AppModelActions, RestoringOntoATakenPlaceFailsAndChangesNothing)
+{
+    scan({"Library/Caches/1"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    folder.writeFile("Library/Caches/1", "newcomer");
+    const auto events = model->history().size();
+
+    const auto item = model->quarantine().front();
+    EXPECT_NE(await([&](auto done) { model->restoreFromSafeArea(item, done); }), "");
+    EXPECT_THAT(model->quarantine(), SizeIs(1));
+    EXPECT_THAT(model->history(), SizeIs(events));
+    EXPECT_EQ(folder.readFile("Library/Caches/1"), "newcomer");
+}
+
+TEST_F(AppModelActions, RestoringAllSkipsWhatCannotBeRestored)
+{
+    scan({"Library/Caches/1", "Library/Caches/2", "Library/Caches/3"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    folder.writeFile("Library/Caches/2", "newcomer");
+    const auto events = model->history().size();
+
+    EXPECT_EQ(await([&](auto done) { model->restoreAllFromSafeArea(done); }), "");
+    ASSERT_THAT(model->quarantine(), SizeIs(1));
+    EXPECT_EQ(model->quarantine()[0].originalPath, folder / "Library/Caches/2");
+    EXPECT_THAT(model->history(), SizeIs(events + 2));
+    EXPECT_EQ(lastEvent().detail, folder / "Library/Caches/3"); // in the list's order
+}
+
+TEST_F(AppModelActions, DeletesHeldItemsOneByOneAndAllAtOnce)
+{
+    scan({"Library/Caches/1", "Library/Caches/2", "Library/Caches/3"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    const auto item = model->quarantine()[1];
+    EXPECT_EQ(await([&](auto done) { model->deleteFromSafeArea(item, done); }), "");
+    EXPECT_FALSE(std::filesystem::exists(item.quarantinedPath));
+    EXPECT_THAT(model->quarantine(), SizeIs(2));
+    EXPECT_EQ(lastEvent().title, "Permanently deleted");
+    EXPECT_EQ(lastEvent().detail, "2");
+
+    EXPECT_NE(await([&](auto done) { model->deleteFromSafeArea(item, done); }), "");
+
+    await([&](auto done) { model->emptySafeArea(done); });
+    EXPECT_THAT(model->quarantine(), IsEmpty());
+    EXPECT_EQ(lastEvent().title, "Safe Area emptied");
+    EXPECT_EQ(lastEvent().detail, "2 items permanently deleted");
+    await([&](auto done) { model->emptySafeArea(done); });
+    EXPECT_EQ(lastEvent().detail, "0 items permanently deleted");
+}
+
+TEST_F(AppModelActions, CleansAGroupThatIsNotShownAnyMoreButTellsOfIt)
+{
+    scan({"logs/a", "logs/b", "logs/c"});
+    JunkGroup group{.id = Uuid::random(), .category = JunkCategory::appCaches, .items = {}};
+    for (std::size_t i = 0; i < 3; ++i)
+        group.items.push_back({.id = Uuid::random(),
+            .record = (*model->records())[i],
+            .reason = "Application cache",
+            .estimatedBytes = 5});
+    std::filesystem::remove(folder / "logs/b");
+
+    std::pair<std::size_t, std::size_t> moved;
+    EXPECT_EQ(await([&](auto done) {
+        model->cleanJunkItems(
+            group, {group.items[0].id, group.items[1].id}, ActionKind::safeArea,
+            [&moved](std::size_t count, std::size_t requested) {
+                moved = {count, requested};
+            },
+            done);
+    }),
+        "");
+    EXPECT_EQ(moved, std::pair(std::size_t{1}, std::size_t{2}));
+    EXPECT_EQ(lastEvent().title, "App Caches moved to Safe Area");
+    EXPECT_EQ(lastEvent().detail, "1 of 2 items (10 bytes)");
+
+    await([&](auto done) {
+        model->cleanJunkItems(group, {group.items[2].id}, ActionKind::permanent, {}, done);
+    });
+    EXPECT_FALSE(exists("logs/c"));
+    EXPECT_EQ(lastEvent().title, "Items permanently deleted");
+    EXPECT_EQ(lastEvent().detail, "1 items (5 bytes)");
+}
+
+TEST_F(AppModelActions, ClearingTheHistoryLeavesNoEvent)
+{
+    scan({"a"});
+    model->clearHistory();
+    EXPECT_THAT(model->history(), IsEmpty());
+    await([&](auto done) { model->emptySafeArea(done); });
+    EXPECT_THAT(model->history(), SizeIs(1));
+}
+
+} // namespace
+} // namespace kestavon
