@@ -20,17 +20,17 @@ struct FileMark {
 struct MoveOptions {
     /// Put on the item itself. Where the item or its file system cannot hold them, it moves
     /// without.
-    std::vector<FileMark> marks;
+    std::vector<FileMark> marks = {};
     /// Marks whose names begin with this are taken off; empty: none.
-    std::string unmarkPrefix;
+    std::string unmarkPrefix = {};
     /// Folders above the source, other than the parts of this path, must not be links; empty: links
     /// are followed. Give the folder that was walked, so that a folder exchanged for a link since
     /// then cannot lead the move astray.
-    std::string noLinksBelow;
+    std::string noLinksBelow = {};
     /// Checked while an item is copied to another device: the copy is dropped and nothing moves.
-    std::stop_token stop;
+    std::stop_token stop = {};
     /// Called with the bytes copied so far and those expected; never for a plain rename.
-    std::function<void(std::int64_t done, std::int64_t total)> progress;
+    std::function<void(std::int64_t done, std::int64_t total)> progress = {};
 };
 
 /// What became of an item that did move.

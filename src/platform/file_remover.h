@@ -9,9 +9,9 @@ namespace kestavon {
 
 struct RemoveOptions {
     /// See `MoveOptions::noLinksBelow`.
-    std::string noLinksBelow;
+    std::string noLinksBelow = {};
     /// Checked at every entry; what was removed by then stays removed.
-    std::stop_token stop;
+    std::stop_token stop = {};
 };
 
 /// Deletes files, folders and links for good. Any thread.

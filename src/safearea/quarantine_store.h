@@ -28,11 +28,11 @@ struct QuarantineTools {
 
 struct QuarantineOptions {
     /// See `MoveOptions::noLinksBelow`: the folder that was walked to find the candidates.
-    std::string noLinksBelow;
+    std::string noLinksBelow = {};
     /// Checked before each candidate and while one is copied from another device.
-    std::stop_token stop;
+    std::stop_token stop = {};
     /// See `MoveOptions::progress`; about the candidate in hand.
-    std::function<void(std::int64_t done, std::int64_t total)> progress;
+    std::function<void(std::int64_t done, std::int64_t total)> progress = {};
 };
 
 /// The Safe Area: a holding folder of the program's own, into which items are moved instead of

@@ -120,7 +120,7 @@ void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::
 RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
 {
     return [scannedRoot](const std::string& path) {
-        return SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot, .stop = {}});
+        return SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot});
     };
 }
 

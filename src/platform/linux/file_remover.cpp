@@ -11,8 +11,7 @@ FileResult<Done> SystemFileRemover::remove(const std::string& path, const Remove
     const auto place = openItemPlace(path, options.noLinksBelow);
     if (!place)
         return removalError(fileErrorKind(place.error()), lastComponent(path));
-    const auto failure
-        = removeTree(place->folder.get(), place->name, {.stop = options.stop, .touchedBefore = {}});
+    const auto failure = removeTree(place->folder.get(), place->name, {.stop = options.stop});
     if (failure.error != 0)
         return removalError(fileErrorKind(failure.error), failure.name);
     return Done{};

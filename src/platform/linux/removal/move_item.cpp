@@ -103,8 +103,8 @@ private:
             .targetFolder = m_targetFolder.get(),
             .targetName = m_partialName,
             .options = m_options});
-        if (!copied)
-            return copied.error().error;
+        if (!copied) // An entry that was surveyed and is no longer there.
+            return copied.error().error == ENOENT ? ESTALE : copied.error().error;
         const auto checked
             = checkUnchanged(survey, m_source.folder.get(), m_source.name, m_options.stop);
         if (!checked)

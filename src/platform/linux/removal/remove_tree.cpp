@@ -290,7 +290,6 @@ void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder,
     const auto& own = survey.entries()[folder.entry].status;
     const bool isMadeWritable = own.owner == ::geteuid() && own.owner != 0
         && (own.mode & S_IRWXU) != S_IRWXU && ::fchmod(opened, own.permissions() | S_IRWXU) == 0;
-    bool holdsSomething = false;
     for (const auto& listed : listing->entries()) {
         const auto* name = listing->nameText(listed);
         const auto* known = survey.find(folder, name);
@@ -299,7 +298,6 @@ void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder,
             continue;
         if (!known || !now || !isUnchanged(known->status, *now)) {
             removal.keptSomething = true;
-            holdsSomething = true;
             continue;
         }
         const int error = removeEntry(opened, name, known->status.isFolder() ? AT_REMOVEDIR : 0);
@@ -307,11 +305,10 @@ void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder,
             removal.removedSomething = true;
             continue;
         }
-        holdsSomething = true;
         if (error != ENOTEMPTY && error != EEXIST) // What lies in it was reported already.
             fail(error);
     }
-    if (holdsSomething && isMadeWritable)
+    if (isMadeWritable) // Emptied or not: the folder above compares it with what was surveyed.
         std::ignore = ::fchmod(opened, own.permissions());
 }
 

@@ -9,10 +9,10 @@
 namespace kestavon {
 
 struct RemoveTreeOptions {
-    std::stop_token stop;
+    std::stop_token stop = {};
     /// Only what was last touched before this moment goes; folders when they are empty then. Files
     /// that stay are no failure.
-    std::optional<struct timespec> touchedBefore;
+    std::optional<struct timespec> touchedBefore = {};
 };
 
 /// Deletes the item called `name` in `folder`; a folder with all that is in it, however deep and

@@ -1,0 +1,140 @@
+#include "platform/file_remover.h"
+#include "support/temporary_tree.h"
+#include "support/tree_picture.h"
+
+#include <filesystem>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kestavon {
+namespace {
+
+using Kind = FileError::Kind;
+namespace fs = std::filesystem;
+
+bool isThere(const std::string& path)
+{
+    return fs::symlink_status(path).type() != fs::file_type::not_found;
+}
+
+TEST(FileRemoverTests, DeletesLinksAndNotWhatTheyLeadTo)
+{
+    const test::TemporaryTree home;
+    home.writeFile("victim/file", "kept");
+    home.writeFile("tree/sub/file");
+    home.link("tree/to a folder", home / "victim");
+    home.link("tree/to a file", home / "victim/file");
+    home.link("tree/sub/up", "../..");
+    home.link("link", home / "victim");
+    fs::create_hard_link(home / "victim/file", home / "tree/second name");
+    ASSERT_EQ(::mkfifo((home / "tree/pipe").c_str(), 0600), 0);
+    const auto before = home.readFile("victim/file");
+
+    SystemFileRemover remover;
+    EXPECT_TRUE(remover.remove(home / "tree"));
+    EXPECT_TRUE(remover.remove(home / "link"));
+    EXPECT_FALSE(isThere(home / "tree"));
+    EXPECT_FALSE(isThere(home / "link"));
+    EXPECT_EQ(home.readFile("victim/file"), before);
+}
+
+TEST(FileRemoverTests, DeletesFoldersThatMayNotBeReadOrWrittenTo)
+{
+    const test::TemporaryTree home;
+    for (const unsigned mode : {0555U, 0333U, 0111U, 0U}) {
+        home.writeFile("tree/locked/sub/file");
+        home.setMode("tree/locked/sub", mode);
+        home.setMode("tree/locked", mode);
+        const auto removed = SystemFileRemover().remove(home / "tree");
+        EXPECT_TRUE(removed) << std::oct << mode << " " << removed.error().message;
+        EXPECT_FALSE(isThere(home / "tree")) << std::oct << mode;
+    }
+}
+
+TEST(FileRemoverTests, DeletesTreesDeeperThanAnyPathWithFewDescriptors)
+{
+    const test::TemporaryTree home;
+    const std::string name(100, 'd');
+    home.chain(name, 300);
+    home.writeFile("beside");
+    struct rlimit old { };
+    ::getrlimit(RLIMIT_NOFILE, &old);
+    const struct rlimit tight {
+        40, old.rlim_max
+    };
+    ::setrlimit(RLIMIT_NOFILE, &tight);
+    const auto removed = SystemFileRemover().remove(home / name);
+    ::setrlimit(RLIMIT_NOFILE, &old);
+    EXPECT_TRUE(removed);
+    EXPECT_FALSE(isThere(home / name));
+    EXPECT_TRUE(isThere(home / "beside"));
+}
+
+/// Makes a file one that nobody can delete, or an ordinary one again; false where that cannot be.
+bool setImmutable(const std::string& path, bool immutable)
+{
+    const int file = ::open(path.c_str(), O_RDONLY);
+    int flags = 0;
+    bool done = file >= 0 && ::ioctl(file, FS_IOC_GETFLAGS, &flags) == 0;
+    flags = immutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+    done = done && ::ioctl(file, FS_IOC_SETFLAGS, &flags) == 0;
+    ::close(file);
+    return done;
+}
+
+TEST(FileRemoverTests, DeletesTheRestWhenOneEntryCannotGo)
+{
+    const test::TemporaryTree home;
+    for (const auto* file : {"tree/a", "tree/middle/stays", "tree/middle/goes", "tree/z/z"})
+        home.writeFile(file);
+    const auto stays = home / "tree/middle/stays";
+    if (!setImmutable(stays, true))
+        GTEST_SKIP() << "takes root and a disk that knows immutable files";
+    const auto removed = SystemFileRemover().remove(home / "tree");
+    EXPECT_TRUE(setImmutable(stays, false));
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.error().kind, Kind::permission);
+    EXPECT_NE(removed.error().message.find("stays"), std::string::npos);
+    std::size_t left = 0;
+    for ([[maybe_unused]] const auto& entry : fs::recursive_directory_iterator(home / "tree"))
+        ++left;
+    EXPECT_EQ(left, 2U);
+}
+
+TEST(FileRemoverTests, TellsWhatIsMissingAndWhatIsNoItem)
+{
+    const test::TemporaryTree home;
+    home.writeFile("walked/folder/item");
+    home.writeFile("elsewhere/item", "not meant");
+    SystemFileRemover remover;
+    EXPECT_EQ(remover.remove(home / "none").error().kind, Kind::noSuchFile);
+    EXPECT_FALSE(remover.remove("/"));
+    EXPECT_FALSE(remover.remove(home / "walked/.."));
+    EXPECT_FALSE(remover.remove("walked"));
+
+    fs::rename(home / "walked/folder", home / "gone");
+    home.link("walked/folder", home / "elsewhere");
+    EXPECT_FALSE(remover.remove(home / "walked/folder/item", {.noLinksBelow = home / "walked"}));
+    EXPECT_EQ(home.readFile("elsewhere/item"), "not meant");
+}
+
+TEST(FileRemoverTests, StopsWhenAsked)
+{
+    const test::TemporaryTree home;
+    home.writeFile("tree/file");
+    std::stop_source stop;
+    stop.request_stop();
+    const auto removed = SystemFileRemover().remove(home / "tree", {.stop = stop.get_token()});
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.error().kind, Kind::cancelled);
+    EXPECT_TRUE(isThere(home / "tree/file"));
+}
+
+} // namespace
+} // namespace kestavon

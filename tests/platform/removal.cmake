@@ -1,0 +1,7 @@
+kestavon_test(removal_tests
+    SOURCES
+        platform/file_mover_test.cpp
+        platform/file_remover_test.cpp
+        platform/protected_places_test.cpp
+        support/tree_picture.cpp
+    LINKS kestavon_platform kestavon_test_support GTest::gtest_main)

@@ -1,0 +1,277 @@
+#include "core/domain/removal_guard.h"
+#include "safearea/held_name.h"
+#include "safearea/quarantine_store.h"
+#include "support/temporary_tree.h"
+#include "support/tree_picture.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace kestavon {
+namespace {
+
+using Kind = FileError::Kind;
+using test::pictureOf;
+
+namespace fs = std::filesystem;
+
+bool isThere(const std::string& path)
+{
+    return fs::symlink_status(path).type() != fs::file_type::not_found;
+}
+
+class StandingClock final : public Clock {
+public:
+    Timestamp now() const override { return time; }
+    Timestamp time{std::chrono::nanoseconds(1'794'838'400'123'456'789)};
+};
+
+/// A home, its Safe Area - on another device where the parameter says so - and what moves there.
+class QuarantineStoreTest : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override
+    {
+        if (GetParam() && !m_other)
+            GTEST_SKIP() << "no second device here";
+        HostEnvironment environment;
+        environment.home = m_home.makeFolder("alice");
+        if (GetParam())
+            environment.xdgDataHome = m_other / "data";
+        m_layout = makeHostLayout(environment);
+    }
+
+    QuarantineStore makeStore() const
+    {
+        return {m_layout,
+            {.mover = std::make_shared<SystemFileMover>(),
+                .places = std::make_shared<SystemFilePlaces>(),
+                .protectedPlaces
+                = std::make_shared<ProtectedPlaces>(ProtectedPlaces::listsFor(m_layout)),
+                .clock = m_clock}};
+    }
+
+    CleanupCandidate candidate(const std::string& path) const
+    {
+        FileRecord record{.id = Uuid::random(), .path = path};
+        record.isDirectory = fs::symlink_status(path).type() == fs::file_type::directory;
+        return {.id = Uuid::random(),
+            .record = record,
+            .reason = "Cache of " + std::string(lastComponent(path)),
+            .estimatedBytes = 1};
+    }
+    std::string at(const std::string& relative) const { return m_layout.home + '/' + relative; }
+    void write(const std::string& relative, std::string_view bytes = "bytes") const
+    {
+        m_home.writeFile("alice/" + relative, bytes);
+    }
+    std::string read(const std::string& relative) const
+    {
+        return m_home.readFile("alice/" + relative);
+    }
+    std::size_t entriesHeld(const QuarantineStore& store) const
+    {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(store.root()), fs::directory_iterator()));
+    }
+    QuarantineItem holdOne(QuarantineStore& store, const std::string& path) const
+    {
+        const auto held = store.quarantine(std::vector{candidate(path)});
+        EXPECT_TRUE(held);
+        EXPECT_EQ(held->size(), 1U) << path;
+        return held && !held->empty() ? held->front() : QuarantineItem{};
+    }
+
+    test::TemporaryTree m_home;
+    test::OtherDevice m_other;
+    HostLayout m_layout;
+    std::shared_ptr<StandingClock> m_clock = std::make_shared<StandingClock>();
+};
+
+INSTANTIATE_TEST_SUITE_P(Devices, QuarantineStoreTest, testing::Bool(),
+    [](const auto& device) { return device.param ? "Across" : "Within"; });
+
+TEST_P(QuarantineStoreTest, HoldsAndGivesBack)
+{
+    write("cache/app/deep/file");
+    write("long " + std::string(190, 'n'), "long");
+    const auto folder = pictureOf(at("cache/app"));
+    auto store = makeStore();
+    EXPECT_FALSE(isThere(store.root())) << "made only when something comes";
+
+    const std::vector candidates{
+        candidate(at("cache/app")), candidate(at("long " + std::string(190, 'n')))};
+    const auto held = store.quarantine(candidates);
+    ASSERT_TRUE(held);
+    ASSERT_EQ(held->size(), 2U);
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto& item = (*held)[i];
+        const auto& path = candidates[i].record.path;
+        EXPECT_EQ(item.originalPath, path);
+        EXPECT_EQ(item.reason, candidates[i].reason);
+        EXPECT_EQ(item.date, m_clock->time);
+        EXPECT_EQ(item.quarantinedPath,
+            store.root() + "/" + item.id.text() + "-"
+                + std::string(lastComponent(path).substr(0, 80)));
+        EXPECT_FALSE(isThere(path));
+    }
+    EXPECT_EQ(pictureOf(held->front().quarantinedPath), folder);
+    EXPECT_EQ(entriesHeld(store), 2U);
+    struct stat status { };
+    ASSERT_EQ(::stat(store.root().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700U);
+
+    fs::remove(at("cache")); // The folder above is made again.
+    for (const auto& item : *held)
+        EXPECT_TRUE(store.restore(item)) << item.originalPath;
+    EXPECT_EQ(pictureOf(at("cache/app")), folder);
+    EXPECT_EQ(read("long " + std::string(190, 'n')), "long");
+    EXPECT_EQ(entriesHeld(store), 0U);
+    EXPECT_TRUE(SystemFilePlaces().marksOf(at("cache/app"), "user.kestavon.").empty());
+}
+
+TEST_P(QuarantineStoreTest, LeavesOutWhatItMayNotOrCannotMove)
+{
+    for (const auto* name : {"one/same", "two/same", "tool.appex/x", "was a file/precious"})
+        write(name);
+    m_home.link("alice/dangling", "nowhere");
+    std::vector candidates{candidate(at("gone")), candidate(at("one/same")),
+        candidate(at("tool.appex")), candidate("/usr/bin/env"), candidate("/Applications/Foo.app"),
+        candidate(at("two/same")), candidate(m_layout.home), candidate(at("was a file")),
+        candidate(at("dangling"))};
+    candidates[7].record.isDirectory = false;
+    auto store = makeStore();
+    const auto held = store.quarantine(candidates);
+    ASSERT_TRUE(held);
+    ASSERT_EQ(held->size(), 3U);
+    EXPECT_EQ((*held)[0].originalPath, at("one/same"));
+    EXPECT_EQ((*held)[1].originalPath, at("two/same"));
+    EXPECT_EQ((*held)[2].originalPath, at("dangling"));
+    EXPECT_TRUE(fs::is_symlink((*held)[2].quarantinedPath));
+    EXPECT_TRUE(isThere(at("tool.appex/x")));
+    EXPECT_EQ(read("was a file/precious"), "bytes");
+    EXPECT_TRUE(isThere("/usr/bin/env"));
+
+    const auto none = store.quarantine(std::vector{candidate(at("gone"))});
+    ASSERT_TRUE(none);
+    EXPECT_TRUE(none->empty());
+}
+
+TEST_P(QuarantineStoreTest, RestoresOntoNothingThatIsThere)
+{
+    auto store = makeStore();
+    write("folder/file", "old");
+    const auto item = holdOne(store, at("folder/file"));
+    const auto expectRefusal = [&] {
+        const auto restored = store.restore(item);
+        ASSERT_FALSE(restored);
+        EXPECT_EQ(restored.error().kind, Kind::fileExists);
+        EXPECT_EQ(restored.error().message,
+            "The file “file” couldn’t be saved in the folder “folder” because a file with the same "
+            "name already exists.");
+        EXPECT_TRUE(isThere(item.quarantinedPath));
+    };
+    write("folder/file", "new");
+    expectRefusal();
+    EXPECT_EQ(read("folder/file"), "new");
+    fs::remove(at("folder/file"));
+    m_home.link("alice/folder/file", "nowhere");
+    expectRefusal();
+    EXPECT_TRUE(fs::is_symlink(at("folder/file")));
+    fs::remove(at("folder/file"));
+    ASSERT_TRUE(store.restore(item));
+    EXPECT_EQ(read("folder/file"), "old");
+}
+
+TEST_P(QuarantineStoreTest, ChangesNothingWhenRestoringFails)
+{
+    auto store = makeStore();
+    write("a/b/file");
+    auto item = holdOne(store, at("a/b/file"));
+    fs::remove_all(at("a"));
+    write("a", "now a file");
+    const auto blocked = store.restore(item);
+    ASSERT_FALSE(blocked);
+    EXPECT_NE(blocked.error().message.find("b"), std::string::npos);
+    EXPECT_TRUE(isThere(item.quarantinedPath));
+
+    fs::remove(at("a"));
+    fs::remove(item.quarantinedPath);
+    const auto missing = store.restore(item);
+    ASSERT_FALSE(missing);
+    EXPECT_EQ(missing.error().kind, Kind::noSuchFile);
+    EXPECT_NE(missing.error().message.find("“file”"), std::string::npos);
+    EXPECT_FALSE(isThere(at("a"))) << "the folders made for it go again";
+}
+
+TEST_P(QuarantineStoreTest, FailsWithoutAHoldingFolderAndMovesNothing)
+{
+    write("item");
+    auto store = makeStore();
+    fs::create_directories(fs::path(store.root()).parent_path());
+    fs::create_symlink("nowhere", store.root());
+    const auto held = store.quarantine(std::vector{candidate(at("item"))});
+    ASSERT_FALSE(held);
+    EXPECT_EQ(held.error().kind, Kind::fileExists);
+    EXPECT_EQ(read("item"), "bytes");
+
+    m_layout.home = "/nonexistent/alice";
+    m_layout.applicationSupport = m_layout.home + "/.local/share";
+    EXPECT_FALSE(makeStore().quarantine(std::vector{candidate(at("item"))}));
+    EXPECT_FALSE(isThere("/nonexistent"));
+}
+
+TEST_P(QuarantineStoreTest, FindsWhatEarlierRunsHeld)
+{
+    write("first");
+    write("second/file");
+    m_home.link("alice/link", "first");
+    std::vector<QuarantineItem> held;
+    {
+        auto store = makeStore();
+        for (const auto* name : {"first", "second", "link"}) {
+            held.push_back(holdOne(store, at(name)));
+            m_clock->time += std::chrono::seconds(1);
+        }
+    }
+    auto store = makeStore();
+    if (SystemFilePlaces().marksOf(held[0].quarantinedPath, "user.kestavon.").empty())
+        GTEST_SKIP() << "no extended attributes here";
+    std::ofstream(store.root() + "/a stranger's note") << "left alone";
+    auto found = store.heldItems();
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0].id, held[2].id) << "a link cannot say where it came from";
+    EXPECT_EQ(found[0].originalPath, "");
+    EXPECT_EQ(found[1], held[0]);
+    EXPECT_EQ(found[2], held[1]);
+    ASSERT_TRUE(store.restore(found[2]));
+    EXPECT_EQ(read("second/file"), "bytes");
+    EXPECT_TRUE(isThere(store.root() + "/a stranger's note"));
+}
+
+TEST_P(QuarantineStoreTest, ClearsWhatACrashLeft)
+{
+    write("item");
+    QuarantineItem item;
+    {
+        auto store = makeStore();
+        item = holdOne(store, at("item"));
+    }
+    const auto partial = ".kestavon-partial-" + Uuid::random().text();
+    fs::create_directories(m_layout.applicationSupport + "/Kestavon/Quarantine/" + partial + "/x");
+    // A restore that was cut short has left its half copy beside the original place.
+    write(partial + "/half", "ha");
+    if (!SystemFilePlaces().setMarks(
+            item.quarantinedPath, {{"user.kestavon.under-way", m_layout.home}}))
+        GTEST_SKIP() << "no extended attributes here";
+
+    auto store = makeStore();
+    EXPECT_EQ(store.heldItems().size(), 1U);
+    EXPECT_EQ(entriesHeld(store), 1U);
+    EXPECT_FALSE(isThere(at(partial)));
+    EXPECT_TRUE(store.restore(item));
+}
+
+} // namespace
+} // namespace kestavon
