@@ -104,10 +104,11 @@ std::optional<std::string> currentText(int trashFolder)
     return readAll(file.get(), largestFile);
 }
 
-/// Waits a second at most: another copy of the program that hangs must not take this one with it.
+/// Waits three seconds at most: another copy of the program that hangs must not take this one with
+/// it.
 bool lockForChange(int folder)
 {
-    for (int tries = 0; tries < 100; ++tries) {
+    for (int tries = 0; tries < 300; ++tries) {
         if (::flock(folder, LOCK_EX | LOCK_NB) == 0)
             return true;
         if (errno != EWOULDBLOCK && errno != EINTR)

@@ -71,7 +71,11 @@ FileResult<TrashFolder> FreedesktopTrash::openTrashFor(
     const auto user = ::geteuid();
     const auto homeVolume = volumeOf(homeTrashFolder(m_layout), *m_volumes);
     const bool isOfHome = volume && homeVolume && volume->id == homeVolume->id;
-    if (volume && !isOfHome && isAtOrBelow(item.path, volume->topFolder)) {
+    const auto liesBelow = [&item](const std::string& top) {
+        return top == "/"
+            || isAtOrBelow(item.path, top); // else records could not name it from there
+    };
+    if (volume && !isOfHome && liesBelow(volume->topFolder)) {
         if (auto trash = openVolumeTrash(volume->topFolder, user))
             return std::move(*trash);
     }
