@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/domain/column.h"
 #include "core/domain/file_record.h"
 
 #include <cstddef>
@@ -13,28 +14,6 @@
 #include <vector>
 
 namespace kestavon {
-
-/// A fixed-length array whose elements start unwritten: a million records must not be touched
-/// twice.
-template <class T> class Column {
-public:
-    Column() = default;
-    explicit Column(std::size_t size)
-        : m_values(std::make_unique_for_overwrite<T[]>(size))
-        , m_size(size)
-    {
-    }
-
-    std::size_t size() const { return m_size; }
-    T& operator[](std::size_t i) { return m_values[i]; }
-    const T& operator[](std::size_t i) const { return m_values[i]; }
-    T* data() { return m_values.get(); }
-    std::span<const T> span() const { return {m_values.get(), m_size}; }
-
-private:
-    std::unique_ptr<T[]> m_values;
-    std::size_t m_size = 0;
-};
 
 /// Bits of a record's flags.
 struct RecordFlags {

@@ -6,42 +6,47 @@
 #include <array>
 #include <bit>
 #include <numeric>
+#include <span>
 
 namespace kestavon {
 
 namespace {
 
-/// A size that is to be sorted upwards: how far it is below the largest one. Unsigned arithmetic,
-/// so that it is right for any two 64-bit numbers.
-using Key = std::uint64_t;
+// The sort deals with short keys: 32 bits that tell sizes up to 128 MiB apart and of larger ones at
+// least the first 27 bits. The few records that a key does not tell apart are put right afterwards.
 
-constexpr unsigned maxDigitBits = 11;
-constexpr std::size_t maxDigits = 6; // 64 bits in digits of 11
-using DigitCounts = std::array<std::uint32_t, std::size_t{1} << maxDigitBits>;
+constexpr unsigned exactBits = 26;
+constexpr std::int64_t exactEnd = std::int64_t{1} << (exactBits + 1);
 
-/// The keys' common split into digits, lowest first.
-struct Digits {
-    std::size_t count = 0;
-    unsigned bits = 0;
-
-    explicit Digits(Key largestKey)
-    {
-        const auto keyBits = static_cast<unsigned>(std::bit_width(largestKey));
-        count = (keyBits + maxDigitBits - 1) / maxDigitBits;
-        if (count > 0)
-            bits = (keyBits + static_cast<unsigned>(count) - 1) / static_cast<unsigned>(count);
-    }
-
-    std::size_t of(Key key, std::size_t digit) const
-    {
-        return key >> digit * bits & ((Key{1} << bits) - 1);
-    }
-};
-
-/// Turns how often each digit value occurs into where its first entry goes.
-void makeOffsets(DigitCounts& counts)
+/// A key that is no smaller for a smaller size: sizes in the manner of a floating-point number,
+/// counted down. Every negative size has the last key.
+std::uint32_t keyOf(std::int64_t size)
 {
-    std::exclusive_scan(counts.begin(), counts.end(), counts.begin(), std::uint32_t{0});
+    if (size < 0)
+        return ~std::uint32_t{0};
+    const auto value = static_cast<std::uint64_t>(size);
+    const auto shift
+        = static_cast<unsigned>(std::bit_width(value | (1U << exactBits))) - exactBits - 1;
+    const auto rank = (std::uint64_t{shift} << exactBits) + (value >> shift);
+    return ~static_cast<std::uint32_t>(rank + 1);
+}
+
+/// A record on its way to its place: the key above, the position below.
+using Entry = std::uint64_t;
+constexpr unsigned positionBits = 32;
+
+constexpr unsigned digitBits = 11;
+constexpr std::size_t digitCount = 3; // which 32 bits make
+using DigitCounts = std::array<std::uint32_t, std::size_t{1} << digitBits>;
+
+std::size_t digitOf(std::uint32_t key, std::size_t digit)
+{
+    return key >> digit * digitBits & ((1U << digitBits) - 1);
+}
+
+std::size_t digitOf(Entry entry, std::size_t digit)
+{
+    return digitOf(static_cast<std::uint32_t>(entry >> positionBits), digit);
 }
 
 void throwIfStopped(const std::stop_token& stop)
@@ -50,16 +55,28 @@ void throwIfStopped(const std::stop_token& stop)
         throw Cancelled{};
 }
 
-struct Entries {
-    Column<Key> keys;
-    Column<std::uint32_t> positions;
-
-    explicit Entries(std::size_t size)
-        : keys(size)
-        , positions(size)
-    {
+/// Puts right what keys do not tell apart: equal keys of large sizes, which come first, and of
+/// negative ones, which come last.
+void sortEqualKeys(Column<std::uint32_t>& order, std::span<const std::int64_t> sizes)
+{
+    const auto sortStably = [&](std::size_t first, std::size_t end) {
+        std::stable_sort(order.data() + first, order.data() + end,
+            [sizes](std::uint32_t a, std::uint32_t b) { return sizes[a] > sizes[b]; });
+    };
+    std::size_t first = 0;
+    while (first < order.size() && sizes[order[first]] >= exactEnd) {
+        const auto key = keyOf(sizes[order[first]]);
+        auto end = first + 1;
+        while (end < order.size() && keyOf(sizes[order[end]]) == key)
+            ++end;
+        sortStably(first, end);
+        first = end;
     }
-};
+    first = order.size();
+    while (first > 0 && sizes[order[first - 1]] < 0)
+        --first;
+    sortStably(first, order.size());
+}
 
 } // namespace
 
@@ -70,53 +87,30 @@ Column<std::uint32_t> largestFirst(const RecordList& records, const std::stop_to
 {
     const auto sizes = records.sizes();
     const auto size = sizes.size();
-    Column<std::uint32_t> order(size);
-    if (size == 0)
-        return order;
-    const auto [smallest, largest] = std::ranges::minmax(sizes);
-    const auto keyOf = [top = static_cast<Key>(largest)](
-                           std::int64_t value) { return top - static_cast<Key>(value); };
-    const Digits digits(keyOf(smallest));
-    if (digits.count == 0) {
-        std::iota(order.data(), order.data() + size, 0U);
-        return order;
-    }
-
-    std::array<DigitCounts, maxDigits> offsets{};
+    std::array<DigitCounts, digitCount> places{};
     for (const auto value : sizes) {
-        for (std::size_t digit = 0; digit < digits.count; ++digit)
-            ++offsets[digit][digits.of(keyOf(value), digit)];
+        const auto key = keyOf(value);
+        for (std::size_t digit = 0; digit < digitCount; ++digit)
+            ++places[digit][digitOf(key, digit)];
     }
-    for (std::size_t digit = 0; digit < digits.count; ++digit)
-        makeOffsets(offsets[digit]);
+    for (auto& counts : places) // from how many there are to where the first one goes
+        std::exclusive_scan(counts.begin(), counts.end(), counts.begin(), std::uint32_t{0});
     throwIfStopped(stop);
 
-    const auto last = digits.count - 1;
-    if (last == 0) {
-        for (std::size_t i = 0; i < size; ++i)
-            order[offsets[0][digits.of(keyOf(sizes[i]), 0)]++] = static_cast<std::uint32_t>(i);
-        return order;
-    }
-    Entries from(size);
+    Column<Entry> byLowest(size);
     for (std::size_t i = 0; i < size; ++i) {
         const auto key = keyOf(sizes[i]);
-        const auto to = offsets[0][digits.of(key, 0)]++;
-        from.keys[to] = key;
-        from.positions[to] = static_cast<std::uint32_t>(i);
-    }
-    Entries into(last > 1 ? size : 0);
-    for (std::size_t digit = 1; digit < last; ++digit) {
-        throwIfStopped(stop);
-        for (std::size_t i = 0; i < size; ++i) {
-            const auto to = offsets[digit][digits.of(from.keys[i], digit)]++;
-            into.keys[to] = from.keys[i];
-            into.positions[to] = from.positions[i];
-        }
-        std::swap(from, into);
+        byLowest[places[0][digitOf(key, 0)]++] = Entry{key} << positionBits | i;
     }
     throwIfStopped(stop);
-    for (std::size_t i = 0; i < size; ++i)
-        order[offsets[last][digits.of(from.keys[i], last)]++] = from.positions[i];
+    Column<Entry> byMiddle(size);
+    for (const auto entry : byLowest.span())
+        byMiddle[places[1][digitOf(entry, 1)]++] = entry;
+    throwIfStopped(stop);
+    Column<std::uint32_t> order(size);
+    for (const auto entry : byMiddle.span())
+        order[places[2][digitOf(entry, 2)]++] = static_cast<std::uint32_t>(entry);
+    sortEqualKeys(order, sizes);
     return order;
 }
 

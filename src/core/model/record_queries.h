@@ -9,7 +9,7 @@
 
 namespace kestavon {
 
-/// The positions of all records by size, largest first; equal sizes in record order. Takes 24 bytes
+/// The positions of all records by size, largest first; equal sizes in record order. Takes 16 bytes
 /// a record beside the result while it runs. Throws `Cancelled` once `stop` is requested.
 Column<std::uint32_t> largestFirst(const RecordList& records, const std::stop_token& stop = {});
 

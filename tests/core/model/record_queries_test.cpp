@@ -38,7 +38,7 @@ TEST(LargestFirst, OrdersAsAStableSortDoes)
     constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
     constexpr auto highest = std::numeric_limits<std::int64_t>::max();
     std::mt19937_64 random(3);
-    // Few bits give many ties; the widths around 11 and 22 are where another pass begins.
+    // Few bits give many ties.
     for (const unsigned bits : {0U, 1U, 3U, 10U, 11U, 12U, 22U, 23U, 33U, 34U, 40U, 63U, 64U}) {
         std::vector<std::int64_t> sizes(3'000);
         for (auto& size : sizes)
@@ -47,8 +47,15 @@ TEST(LargestFirst, OrdersAsAStableSortDoes)
         EXPECT_THAT(largestFirst(*records).span(), ElementsAreArray(stableOrder(*records)))
             << bits << " bits";
     }
+    // Large sizes next to each other, at and around the powers of two.
+    std::vector<std::int64_t> close;
+    for (unsigned power = 24; power < 63; ++power) {
+        for (int copy = 0; copy < 60; ++copy)
+            close.push_back((std::int64_t{1} << power) + static_cast<int>(random() % 7) - 3);
+    }
+    std::ranges::shuffle(close, random);
     for (const auto& sizes : std::vector<std::vector<std::int64_t>>{
-             {}, {7}, {0, 0, 0}, {lowest, highest, 0, -1, highest, lowest}, {-5, -3, -5}}) {
+             close, {}, {7}, {0, 0, 0}, {lowest, highest, 0, -1, highest, lowest}, {-5, -3, -5}}) {
         const auto records = listOf(sizes);
         EXPECT_THAT(largestFirst(*records).span(), ElementsAreArray(stableOrder(*records)));
     }
