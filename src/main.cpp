@@ -102,9 +102,6 @@ int runWindow(QApplication& application, const CommandLine& line)
     QObject::connect(&instance, &SingleInstance::requested, states.shell(), &ShellState::takeOver);
 
     useFonts();
-    // Our own controls have no style to look up; the folder dialog's do.
-    if (!qEnvironmentVariableIsSet("QT_QUICK_CONTROLS_STYLE"))
-        qputenv("QT_QUICK_CONTROLS_STYLE", "Basic");
     QQmlApplicationEngine engine;
     installAccessibleShim(engine);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));

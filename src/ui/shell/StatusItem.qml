@@ -7,6 +7,8 @@ import Kestavon.Ui
 T.AbstractButton {
     id: statusItem
 
+    objectName: "statusItem"
+
     required property UiStates ui
     readonly property StatusState status: ui.status
 

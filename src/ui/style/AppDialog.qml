@@ -16,32 +16,31 @@ Sheet {
         Accessible.name: dialog.title
         Accessible.description: dialog.message
 
-        AppText {
-            id: heading
+        Column {
+            id: texts
             x: 21
             y: 21
             width: parent.width - 42
-            text: dialog.title
-            role: AppText.Role.DialogTitle
-            wrapMode: Text.Wrap
-        }
-        AppText {
-            id: body
-            x: 21
-            anchors.top: heading.bottom
-            anchors.topMargin: visible ? 6 : 0
-            width: parent.width - 42
-            height: visible ? implicitHeight : 0
-            visible: text !== ""
-            text: dialog.message
-            color: Theme.text2
-            wrapMode: Text.Wrap
+            spacing: 6
+            AppText {
+                width: parent.width
+                text: dialog.title
+                role: AppText.Role.DialogTitle
+                wrapMode: Text.Wrap
+            }
+            AppText {
+                width: parent.width
+                visible: text !== ""
+                text: dialog.message
+                color: Theme.text2
+                wrapMode: Text.Wrap
+            }
         }
         Row {
             id: row
             anchors.right: parent.right
             anchors.rightMargin: 21
-            anchors.top: body.bottom
+            anchors.top: texts.bottom
             anchors.topMargin: 20
             spacing: 10
         }

@@ -1,0 +1,179 @@
+#include "support/event_loop.h"
+#include "ui/support/window_test.h"
+
+#include <QTest>
+
+namespace kestavon::test {
+
+namespace {
+
+using ShellWindowTest = WindowTest;
+
+constexpr auto shownKey = "kv.fda.onboardingShown";
+const auto sheetTitle = QStringLiteral("One Permission. No More Popups.");
+
+TEST_F(ShellWindowTest, EverySectionIsReachedByClick)
+{
+    open();
+    for (const auto& section : allCases<AppSection>()) {
+        const auto title = QString::fromUtf8(section.raw.data(), int(section.raw.size()));
+        click(title);
+        EXPECT_EQ(model->section(), section.value) << section.raw;
+    }
+}
+
+TEST_F(ShellWindowTest, TheSelectionFollowsTheModelAndTheKeyboard)
+{
+    open();
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focusedName(), QStringLiteral("Sections"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(model->section(), AppSection::storage);
+    press(Qt::Key_End);
+    EXPECT_EQ(model->section(), AppSection::settings);
+    press(Qt::Key_Down);
+    EXPECT_EQ(model->section(), AppSection::settings);
+    press(Qt::Key_PageUp, Qt::ControlModifier);
+    EXPECT_EQ(model->section(), AppSection::history);
+    press(Qt::Key_5, Qt::AltModifier);
+    EXPECT_EQ(model->section(), AppSection::smartClean);
+    press(Qt::Key_Home);
+    press(Qt::Key_Up);
+    EXPECT_EQ(model->section(), AppSection::dashboard);
+
+    model->setSection(AppSection::history);
+    const auto* selected = shown(QStringLiteral("History"));
+    const auto* other = shown(QStringLiteral("Storage"));
+    ASSERT_TRUE(selected && other);
+    EXPECT_GT(selected->property("weight").toInt(), other->property("weight").toInt());
+}
+
+TEST_F(ShellWindowTest, TheToolbarStartsAndStopsTheScan)
+{
+    open();
+    click(QStringLiteral("Scan"));
+    EXPECT_EQ(scanner->waitForScans(1), std::vector<std::string>{"/home/alice"});
+    EXPECT_FALSE(shown(QStringLiteral("Scan")));
+    click(QStringLiteral("Stop"));
+    EXPECT_EQ(model->scanPhase(), ScanPhase::idle());
+
+    press(Qt::Key_F5);
+    scanner->waitForScans(2);
+    waitFor(QStringLiteral("Stop"));
+    scanner->finishWith("/home/alice", {});
+    waitFor(QStringLiteral("Scan"));
+    EXPECT_EQ(model->scanPhase(), ScanPhase::finished());
+}
+
+TEST_F(ShellWindowTest, OnboardingIsOfferedOnceAndClosesWhenAccessIsThere)
+{
+    machine.files->listable.clear();
+    open();
+    waitFor(sheetTitle);
+    EXPECT_TRUE(machine.settings->flags.at(shownKey));
+    EXPECT_EQ(focusedName(), QStringLiteral("Open System Settings"));
+
+    press(Qt::Key_Return);
+    EXPECT_THAT(
+        machine.workspace->opened, testing::ElementsAre(testing::HasSubstr("Privacy_AllFiles")));
+    EXPECT_TRUE(shown(sheetTitle)) << "the sheet stays until access is there";
+
+    machine.files->listable.insert("/home/alice/Library/Messages");
+    waitUntilGone(sheetTitle);
+    EXPECT_TRUE(model->hasFullDiskAccess());
+}
+
+TEST_F(ShellWindowTest, OnboardingCanBeSkippedAndDoesNotComeBack)
+{
+    machine.files->listable.clear();
+    open();
+    click(QStringLiteral("Skip for Now"));
+    waitUntilGone(sheetTitle);
+    const auto probes = machine.files->asked.size();
+
+    window->close();
+    window->show();
+    EXPECT_TRUE(processEventsUntil([this] { return window->property("hasAppeared").toBool(); }));
+    processEvents();
+    EXPECT_FALSE(shown(sheetTitle));
+    EXPECT_EQ(machine.files->asked.size(), probes);
+}
+
+TEST_F(ShellWindowTest, WithAccessNobodyIsAskedAndNothingWritten)
+{
+    open();
+    EXPECT_FALSE(shown(sheetTitle));
+    EXPECT_TRUE(machine.settings->flags.empty());
+}
+
+TEST_F(ShellWindowTest, SettingsTellTheVersionAndLeadOut)
+{
+    open();
+    click(QStringLiteral("Settings"));
+    waitFor(QStringLiteral("Version 1.0.0 (build 1)"));
+    model->setSelectedRoot("/srv/data");
+    waitFor(QStringLiteral("/srv/data"));
+    click(QStringLiteral("Visit Website →"));
+    click(QStringLiteral("Contact Support"));
+    EXPECT_THAT(machine.workspace->opened,
+        testing::ElementsAre("https://kestavon.example", "mailto:support@kestavon.example"));
+
+    click(QStringLiteral("Check for Updates"));
+    waitFor(QStringLiteral("OK"));
+    press(Qt::Key_Escape);
+    waitUntilGone(QStringLiteral("OK"));
+}
+
+TEST_F(ShellWindowTest, SettingsOpenInAWindowOfTheirOwn)
+{
+    open();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    auto* settings = waitForWindow(QStringLiteral("Settings"));
+    ASSERT_TRUE(settings);
+    EXPECT_TRUE(shown(QStringLiteral("Scans stay local — no telemetry"), settings));
+    EXPECT_EQ(model->section(), AppSection::dashboard);
+    click(QStringLiteral("Check for Updates"), settings);
+    EXPECT_TRUE(waitFor(QStringLiteral("OK"), settings));
+}
+
+TEST_F(ShellWindowTest, TheStatusMenuShowsFreshFiguresAndLeadsToSmartClean)
+{
+    open();
+    machine.volumes->fallback = VolumeCapacity{1'000'000'000'000, 50'000'000'000};
+    machine.memory->value->freeBytes = 1'500'000'000;
+    auto* item = window->findChild<QQuickItem*>(QStringLiteral("statusItem"));
+    ASSERT_TRUE(item);
+    QTest::mouseClick(window, Qt::LeftButton, {}, item->mapToScene({20, 16}).toPoint());
+    waitFor(QStringLiteral("50 GB"));
+    EXPECT_TRUE(shown(QStringLiteral("1.5 GB")));
+    EXPECT_EQ(states->status()->symbol(), QStringLiteral("internaldrive.fill"));
+
+    click(QStringLiteral("Smart Clean…"));
+    EXPECT_EQ(model->section(), AppSection::smartClean);
+    waitUntilGone(QStringLiteral("50 GB"));
+}
+
+TEST_F(ShellWindowTest, WithoutAMemorySnapshotOnlyTheDiskIsShown)
+{
+    machine.memory->value.reset();
+    open();
+    auto* item = window->findChild<QQuickItem*>(QStringLiteral("statusItem"));
+    ASSERT_TRUE(item);
+    QTest::mouseClick(window, Qt::LeftButton, {}, item->mapToScene({20, 16}).toPoint());
+    waitFor(QStringLiteral("Disk"));
+    EXPECT_FALSE(shown(QStringLiteral("Memory")));
+}
+
+TEST_F(ShellWindowTest, TheFolderDialogOpensAndCanBeCancelled)
+{
+    open();
+    press(Qt::Key_O, Qt::ControlModifier);
+    waitFor(QStringLiteral("Cancel"));
+    press(Qt::Key_Escape);
+    waitUntilGone(QStringLiteral("Cancel"));
+    EXPECT_EQ(model->selectedRoot(), "/home/alice");
+}
+
+} // namespace
+
+} // namespace kestavon::test
