@@ -40,7 +40,8 @@ T.AbstractButton {
     }
 
     implicitHeight: small ? 26 : 32
-    implicitWidth: leftPadding + row.implicitWidth + rightPadding
+    // Whole pixels, or the edges of buttons in a row would blur.
+    implicitWidth: Math.ceil(leftPadding + row.implicitWidth + rightPadding)
     leftPadding: (small ? hasSymbol ? 7 : 9 : hasSymbol ? 10 : 12) + 1
     rightPadding: (small ? 9 : 12) + 1
     opacity: enabled ? 1 : 0.45
