@@ -7,6 +7,13 @@ UiStates::UiStates(AppModel& model)
     , m_status(model)
     , m_onboarding(model)
     , m_settings(model)
+    , m_liveCount(model)
+    , m_scanPanel(model, m_liveCount)
+    , m_diskBar(model)
+    , m_memoryBar(model)
+    , m_dashboard(model, m_liveCount)
+    , m_storage(model)
+    , m_largeFiles(model)
 {
 }
 

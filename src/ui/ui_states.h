@@ -1,10 +1,17 @@
 #pragma once
 
 #include "core/model/app_model.h"
+#include "ui/dashboard/dashboard_state.h"
+#include "ui/largefiles/large_files_state.h"
 #include "ui/shell/onboarding_state.h"
 #include "ui/shell/settings_state.h"
 #include "ui/shell/shell_state.h"
 #include "ui/shell/status_state.h"
+#include "ui/storage/storage_state.h"
+#include "ui/widgets/disk_bar_state.h"
+#include "ui/widgets/live_count.h"
+#include "ui/widgets/memory_bar_state.h"
+#include "ui/widgets/scan_panel_state.h"
 
 #include <QObject>
 
@@ -18,6 +25,12 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::StatusState* status READ status CONSTANT)
     Q_PROPERTY(kestavon::OnboardingState* onboarding READ onboarding CONSTANT)
     Q_PROPERTY(kestavon::SettingsState* settings READ settings CONSTANT)
+    Q_PROPERTY(kestavon::ScanPanelState* scanPanel READ scanPanel CONSTANT)
+    Q_PROPERTY(kestavon::DiskBarState* diskBar READ diskBar CONSTANT)
+    Q_PROPERTY(kestavon::MemoryBarState* memoryBar READ memoryBar CONSTANT)
+    Q_PROPERTY(kestavon::DashboardState* dashboard READ dashboard CONSTANT)
+    Q_PROPERTY(kestavon::StorageState* storage READ storage CONSTANT)
+    Q_PROPERTY(kestavon::LargeFilesState* largeFiles READ largeFiles CONSTANT)
 public:
     /// `model` must outlive this.
     explicit UiStates(AppModel& model);
@@ -26,12 +39,27 @@ public:
     StatusState* status() { return &m_status; }
     OnboardingState* onboarding() { return &m_onboarding; }
     SettingsState* settings() { return &m_settings; }
+    ScanPanelState* scanPanel() { return &m_scanPanel; }
+    DiskBarState* diskBar() { return &m_diskBar; }
+    MemoryBarState* memoryBar() { return &m_memoryBar; }
+    DashboardState* dashboard() { return &m_dashboard; }
+    StorageState* storage() { return &m_storage; }
+    LargeFilesState* largeFiles() { return &m_largeFiles; }
+    /// The live count that screens share.
+    LiveCount& liveCount() { return m_liveCount; }
 
 private:
     ShellState m_shell;
     StatusState m_status;
     OnboardingState m_onboarding;
     SettingsState m_settings;
+    LiveCount m_liveCount;
+    ScanPanelState m_scanPanel;
+    DiskBarState m_diskBar;
+    MemoryBarState m_memoryBar;
+    DashboardState m_dashboard;
+    StorageState m_storage;
+    LargeFilesState m_largeFiles;
 };
 
 } // namespace kestavon

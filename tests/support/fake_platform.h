@@ -101,7 +101,7 @@ struct FakeMachine {
     {
         Platform platform;
         platform.layout.home = home;
-        platform.layout.systemRoot = "/";
+        platform.layout.systemRoot = std::string("/");
         platform.layout.kind = HomeKind::mac;
         platform.layout.applicationSupport = home + "/Library/Application Support";
         platform.layout.fullDiskAccessProbes = {home + "/Library/Mail", home + "/Library/Messages"};

@@ -29,7 +29,7 @@ namespace kestavon {
 /// until the new ones are ready; a newer request replaces one that is still being worked on. Main
 /// thread only; no call takes time that grows with the number of records, except that selecting
 /// takes some nanoseconds for every row selected.
-class RecordTableModel final : public QObject {
+class RecordTableModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(std::shared_ptr<const kestavon::RecordList> records READ records WRITE setRecords
             NOTIFY recordsChanged)

@@ -1,0 +1,48 @@
+#include "ui/dashboard/dashboard_state.h"
+
+#include "ui/widgets/display_text.h"
+
+namespace kestavon {
+
+DashboardState::DashboardState(AppModel& model, LiveCount& liveCount, QObject* parent)
+    : QObject(parent)
+    , m_model(model)
+    , m_liveCount(liveCount)
+    , m_recentActivity(model, recentEvents)
+{
+    connect(&liveCount, &LiveCount::changed, this, &DashboardState::update);
+    connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
+        switch (field) {
+        case AppModel::Field::selectedRoot:
+        case AppModel::Field::scanPhase:
+        case AppModel::Field::records:
+        case AppModel::Field::duplicatePhase:
+        case AppModel::Field::securityPhase: update(); break;
+        default: break;
+        }
+    });
+    update();
+}
+
+void DashboardState::findDuplicates()
+{
+    m_model.setSection(AppSection::duplicates);
+}
+
+void DashboardState::reviewSecurity()
+{
+    m_model.setSection(AppSection::security);
+}
+
+void DashboardState::update()
+{
+    const auto& phase = m_model.scanPhase();
+    const bool hasRecords = !m_model.records()->empty();
+    m_folder = displayText(m_model.selectedRoot());
+    m_metrics = dashboardMetrics(phase, m_liveCount.shown(), m_model.storageSummary());
+    m_canFindDuplicates = analysisCanStart(hasRecords, phase, m_model.duplicatePhase());
+    m_canReviewSecurity = analysisCanStart(hasRecords, phase, m_model.securityPhase());
+    Q_EMIT changed();
+}
+
+} // namespace kestavon

@@ -1,0 +1,63 @@
+import QtQuick
+import Kestavon.Ui
+
+/// What the machine's memory is used for, as a card: a stacked bar and its legend.
+Card {
+    id: card
+
+    required property MemoryBarState memory
+
+    implicitHeight: 104
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: "Memory Pressure"
+    Accessible.description: memory.spokenText
+
+    AppText {
+        x: 19
+        y: 17
+        text: "Memory Pressure"
+        role: AppText.Role.SectionTitle
+        Accessible.ignored: true
+    }
+    // Free memory is the bare track.
+    Rectangle {
+        id: track
+        x: 19
+        y: 47
+        width: parent.width - 38
+        height: 14
+        radius: 4
+        color: Theme.track
+        clip: true
+        Row {
+            spacing: 2
+            Repeater {
+                model: [
+                    { share: card.memory.wiredShare, color: "red" },
+                    { share: card.memory.activeShare, color: "orange" },
+                    { share: card.memory.inactiveShare, color: "blue" }
+                ]
+                Rectangle {
+                    required property var modelData
+                    visible: modelData.share > 0
+                    width: Math.max(4, track.width * modelData.share - 2)
+                    height: 14
+                    radius: 4
+                    color: Theme.graphic(modelData.color)
+                    Behavior on width {
+                        NumberAnimation { duration: Theme.growTime; easing.type: Easing.InOutQuad }
+                    }
+                }
+            }
+        }
+    }
+    Row {
+        x: 19
+        y: 71
+        spacing: 20
+        LegendDot { colorName: "red"; label: card.memory.wired }
+        LegendDot { colorName: "orange"; label: card.memory.active }
+        LegendDot { colorName: "blue"; label: card.memory.inactive }
+        LegendDot { colorName: "green"; label: card.memory.free }
+    }
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import Kestavon.Ui
+
+/// A screen's title and the line below it; the controls given as children stand at the trailing
+/// side, in line with the second one.
+Item {
+    id: header
+
+    required property string title
+    property string subtitle
+    default property alias controls: row.data
+
+    implicitHeight: 54
+
+    AppText {
+        id: heading
+        width: Math.min(implicitWidth, row.x - 12)
+        text: header.title
+        role: AppText.Role.PageTitle
+        elide: Text.ElideRight
+        Accessible.role: Accessible.Heading
+    }
+    ElidedText {
+        anchors.top: heading.bottom
+        anchors.topMargin: 2
+        width: Math.min(implicitWidth, row.x - 12)
+        text: header.subtitle
+        color: Theme.text2
+    }
+    Row {
+        id: row
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        spacing: 8
+    }
+}

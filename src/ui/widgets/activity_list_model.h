@@ -1,0 +1,54 @@
+#pragma once
+
+#include "core/model/app_model.h"
+
+#include <QAbstractListModel>
+#include <QTimer>
+
+#include <limits>
+
+namespace kestavon {
+
+/// Milliseconds until the relative text of a moment may read differently: the next full second of
+/// its age in the first minute, the next full minute after that.
+std::int64_t millisecondsToNextAge(Timestamp moment, Timestamp now);
+
+/// The newest events of the activity history, each with how long ago it was; while `ticking`, that
+/// text is kept current. Main thread.
+class ActivityListModel final : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(bool empty READ empty NOTIFY emptyChanged)
+    Q_PROPERTY(bool ticking READ ticking WRITE setTicking NOTIFY tickingChanged)
+public:
+    enum Role { TitleRole = Qt::UserRole, DetailRole, AgeRole };
+
+    /// At most `limit` events of the model's history.
+    explicit ActivityListModel(
+        AppModel& model, int limit = std::numeric_limits<int>::max(), QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    bool empty() const { return rowCount() == 0; }
+    /// Whether a view is showing the events.
+    bool ticking() const { return m_ticking; }
+    void setTicking(bool ticking);
+
+Q_SIGNALS:
+    void emptyChanged();
+    void tickingChanged();
+
+private:
+    void reload();
+    void scheduleTick();
+    void tick();
+
+    AppModel& m_model;
+    int m_limit;
+    int m_count = 0; ///< rows announced to the views
+    bool m_ticking = false;
+    QTimer m_timer;
+};
+
+} // namespace kestavon

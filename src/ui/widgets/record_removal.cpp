@@ -1,0 +1,105 @@
+#include "ui/widgets/record_removal.h"
+
+#include "ui/widgets/display_text.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace kestavon {
+
+RemovalQuestion removalQuestion(RemovalKind kind, std::size_t count)
+{
+    if (kind == RemovalKind::trash) {
+        return {
+            .title = u"Move %1 files to Trash?"_s.arg(count),
+            .message = u"Files will be moved to the Trash. You can restore them from there."_s,
+            .action = u"Move to Trash"_s,
+        };
+    }
+    return {
+        .title = u"Permanently delete %1 files?"_s.arg(count),
+        .message = u"This cannot be undone. Files will be permanently removed from your Mac."_s,
+        .action = u"Delete Forever"_s,
+    };
+}
+
+RecordRemoval::RecordRemoval(std::function<SelectedRecords()> selected,
+    std::function<void()> clearSelection, QObject* parent)
+    : QObject(parent)
+    , m_selected(std::move(selected))
+    , m_clearSelection(std::move(clearSelection))
+{
+}
+
+void RecordRemoval::setRemove(Remove remove)
+{
+    m_remove = std::move(remove);
+    Q_EMIT availableChanged();
+}
+
+QString RecordRemoval::unavailableText() const
+{
+    return u"Removing files is not available in this version."_s;
+}
+
+void RecordRemoval::ask(RemovalKind kind)
+{
+    auto selected = m_selected();
+    if (!available() || m_asking || selected.positions.empty())
+        return;
+    m_kind = kind;
+    m_question = removalQuestion(kind, selected.positions.size());
+    m_asked = std::move(selected);
+    m_asking = true;
+    Q_EMIT askingChanged();
+}
+
+void RecordRemoval::selectionChanged()
+{
+    if (m_asking && m_selected() != m_asked)
+        cancel();
+}
+
+void RecordRemoval::confirm()
+{
+    if (!m_asking)
+        return;
+    auto asked = std::exchange(m_asked, {});
+    m_asking = false;
+    Q_EMIT askingChanged();
+    m_remove(
+        m_kind, std::move(asked), [self = QPointer<RecordRemoval>(this)](const QString& error) {
+            if (self)
+                self->finish(error);
+        });
+}
+
+void RecordRemoval::cancel()
+{
+    if (!m_asking)
+        return;
+    m_asked = {};
+    m_asking = false;
+    Q_EMIT askingChanged();
+}
+
+void RecordRemoval::finish(const QString& error)
+{
+    if (error.isEmpty()) {
+        m_clearSelection();
+        return;
+    }
+    m_errorMessage = error;
+    Q_EMIT errorMessageChanged();
+}
+
+void RecordRemoval::dismissError()
+{
+    if (m_errorMessage.isEmpty())
+        return;
+    m_errorMessage.clear();
+    Q_EMIT errorMessageChanged();
+}
+
+} // namespace kestavon

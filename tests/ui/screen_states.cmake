@@ -1,0 +1,12 @@
+kestavon_test(screen_state_tests
+    SOURCES
+        support/qt_main.cpp
+        ui/dashboard/dashboard_test.cpp
+        ui/storage/file_table_test.cpp
+        ui/storage/record_removal_test.cpp
+        ui/widgets/disk_bar_test.cpp
+        ui/widgets/scan_panel_test.cpp
+        ui/widgets/widget_rules_test.cpp
+    LINKS kestavon_ui_state)
+# Expected texts stand in the tests as plain literals.
+target_compile_options(screen_state_tests PRIVATE -UQT_NO_CAST_FROM_ASCII)
