@@ -1,8 +1,6 @@
 #include "ui/support/window_test.h"
 
 #include "support/event_loop.h"
-#include "ui/accessible_shim.h"
-#include "ui/style/symbol_provider.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -57,22 +55,7 @@ WindowTest::~WindowTest()
 
 void WindowTest::open()
 {
-    model = std::make_unique<AppModel>(scanner, machine.platform());
-    states = std::make_unique<UiStates>(*model);
-    engine = std::make_unique<QQmlApplicationEngine>();
-    installAccessibleShim(*engine);
-    engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine->addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-    engine->setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(states.get())},
-        {QStringLiteral("themeChoice"), QStringLiteral("light")},
-        {QStringLiteral("reducedMotion"), true}});
-    engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Kestavon/Ui/shell/Main.qml")));
-    ASSERT_EQ(engine->rootObjects().size(), 1);
-    window = qobject_cast<QQuickWindow*>(engine->rootObjects().constFirst());
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    window->requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    ASSERT_TRUE(processEventsUntil([this] { return window->property("hasAppeared").toBool(); }));
+    TestWindow::open({});
 }
 
 QQuickItem* WindowTest::shown(const QString& text, QQuickWindow* in) const

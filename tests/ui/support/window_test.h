@@ -1,25 +1,14 @@
 #pragma once
 
-#include "core/model/app_model.h"
-#include "support/fake_platform.h"
-#include "support/fake_scanner.h"
-#include "ui/ui_states.h"
-
-#include <QQmlApplicationEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-
-#include <functional>
-#include <memory>
+#include "ui/support/test_window.h"
 
 #include <gmock/gmock.h>
 
 namespace kestavon::test {
 
-/// The real main window over a machine and a scanner that exist only in memory, used as a person
-/// uses it: found by the texts it shows, clicked and typed into. Any warning from QML fails the
-/// test.
-class WindowTest : public testing::Test {
+/// The main window used as a person uses it: found by the texts it shows, clicked and typed into.
+/// Any warning from QML fails the test.
+class WindowTest : public testing::Test, protected TestWindow {
 protected:
     WindowTest();
     ~WindowTest() override;
@@ -40,13 +29,6 @@ protected:
     QQuickWindow* waitForWindow(const QString& title);
     /// The accessible name of what has the keyboard.
     QString focusedName() const;
-
-    FakeMachine machine;
-    std::shared_ptr<FakeScanner> scanner = std::make_shared<FakeScanner>();
-    std::unique_ptr<AppModel> model;
-    std::unique_ptr<UiStates> states;
-    std::unique_ptr<QQmlApplicationEngine> engine;
-    QQuickWindow* window = nullptr;
 };
 
 } // namespace kestavon::test

@@ -1,0 +1,197 @@
+// Draws every screen in its states, light and dark, as PNG files: kestavon_shots FOLDER [NAME-PART]
+#include "shots/shot_data.h"
+#include "support/event_loop.h"
+#include "support/records.h"
+#include "ui/support/test_window.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTest>
+
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+namespace {
+
+using namespace kestavon;
+using test::TestWindow;
+
+struct Shot {
+    const char* name;
+    AppSection section;
+    std::function<void(TestWindow&)> prepare = {};
+    bool alsoAtMinimumSize = false;
+    bool asksForAccess = false;
+};
+
+void scanHome(TestWindow& window)
+{
+    window.scan({.records = shots::livedInHome()});
+}
+
+/// Three scans, so that there is a history, at different times.
+void scanOften(TestWindow& window)
+{
+    for (const int minutes : {5, 4, 2}) {
+        scanHome(window);
+        window.machine.clock->time += std::chrono::minutes(minutes);
+    }
+    window.states->dashboard()->recentActivity()->setTicking(false);
+    window.states->dashboard()->recentActivity()->setTicking(true);
+}
+
+void startScan(TestWindow& window)
+{
+    window.model->startStorageScan();
+    window.scanner->waitForScans(1);
+    window.scanner->reportLiveCount(128'000);
+    test::processEventsUntil([&] { return window.states->liveCount().shown() == 128'000; });
+}
+
+/// Where the middle of a table row is.
+QPointF rowPoint(TestWindow& window, int row)
+{
+    const auto& body = window.need("tableBody");
+    return body.mapToScene({150, 34.0 * row + 17});
+}
+
+void selectThree(TestWindow& window)
+{
+    scanHome(window);
+    window.clickAt(rowPoint(window, 1));
+    window.clickAt(rowPoint(window, 3), Qt::ControlModifier);
+    window.clickAt(rowPoint(window, 7), Qt::ControlModifier);
+    window.press(Qt::Key_Up, Qt::ControlModifier);
+    window.press(Qt::Key_Down, Qt::ControlModifier);
+    QTest::mouseMove(window.window, rowPoint(window, 10).toPoint());
+    test::processEvents();
+}
+
+/// Lets the buttons of the bar work, as far as the picture shows.
+void allowRemoval(FileTableState& files)
+{
+    files.removal()->setRemove([](RemovalKind, SelectedRecords, const RecordRemoval::Done& done) {
+        done(QStringLiteral("“photos-2016-2024.tar” could not be moved to the Trash because you "
+                            "don’t have permission to access it."));
+    });
+}
+
+const std::vector<Shot> shotList{
+    {"dashboard-idle", AppSection::dashboard},
+    {"dashboard-scanning", AppSection::dashboard, startScan},
+    {"dashboard-finished", AppSection::dashboard, scanOften, true},
+    {"dashboard-partial", AppSection::dashboard,
+        [](TestWindow& window) {
+            window.scan({.records = shots::livedInHome(), .hitMemoryLimit = true});
+        }},
+    {"dashboard-failed", AppSection::dashboard,
+        [](TestWindow& window) {
+            window.model->startStorageScan();
+            window.scanner->failWith("The folder “/mnt/archive” could not be opened.");
+            test::processEventsUntil([&] { return !window.model->scanPhase().isScanning(); });
+        }},
+    {"dashboard-notice", AppSection::dashboard,
+        [](TestWindow& window) {
+            window.scan(
+                {.records = shots::livedInHome(), .rootProblem = {}, .unreadableFolders = 12});
+        }},
+    {"storage-empty", AppSection::storage},
+    {"storage-empty-scanning", AppSection::storage, startScan},
+    {"storage-filled", AppSection::storage, scanHome},
+    {"storage-selected", AppSection::storage,
+        [](TestWindow& window) {
+            allowRemoval(*window.states->storage());
+            selectThree(window);
+        },
+        true},
+    {"storage-filtered", AppSection::storage,
+        [](TestWindow& window) {
+            selectThree(window);
+            window.clickItem("filterField");
+            window.type(QStringLiteral("qcow"));
+            window.settle();
+        }},
+    {"storage-notice", AppSection::storage,
+        [](TestWindow& window) {
+            window.scan(
+                {.records = shots::livedInHome(), .rootProblem = {}, .unreadableFolders = 1});
+        }},
+    {"large-files", AppSection::largeFiles, scanHome, true},
+    {"large-files-empty", AppSection::largeFiles},
+    {"dialog-confirm", AppSection::storage,
+        [](TestWindow& window) {
+            allowRemoval(*window.states->storage());
+            selectThree(window);
+            window.states->storage()->removal()->askDelete();
+        }},
+    {"alert-error", AppSection::storage,
+        [](TestWindow& window) {
+            allowRemoval(*window.states->storage());
+            selectThree(window);
+            window.states->storage()->removal()->askTrash();
+            window.states->storage()->removal()->confirm();
+        }},
+    {"settings", AppSection::settings},
+    {"popover", AppSection::dashboard,
+        [](TestWindow& window) {
+            scanHome(window);
+            window.clickItem("statusItem");
+        }},
+    {"onboarding-sheet", AppSection::dashboard, {}, false, true},
+    {"placeholder", AppSection::processes},
+};
+
+void draw(const Shot& shot, const QString& theme, QSize size, const QString& file)
+{
+    TestWindow window;
+    window.machine.settings->setFlag("kv.fda.onboardingShown", !shot.asksForAccess);
+    window.machine.memory->value = MemorySnapshot{.freeBytes = 2'310'000'000,
+        .activeBytes = 6'000'000'000,
+        .inactiveBytes = 4'000'000'000,
+        .wiredBytes = 1'500'000'000};
+    window.open({.theme = theme, .size = size});
+    window.model->setSection(shot.section);
+    test::processEvents();
+    if (shot.prepare)
+        shot.prepare(window);
+    test::processEvents();
+    QTest::qWait(60); // the focus caret and hover fills come with their first frame
+    if (!window.window->grabWindow().save(file))
+        throw std::runtime_error("Cannot write " + file.toStdString());
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    const QApplication application(argc, argv);
+    if (argc < 2) {
+        std::fputs("usage: kestavon_shots FOLDER [PART OF A NAME]\n", stderr);
+        return 2;
+    }
+    const QDir folder(QString::fromLocal8Bit(argv[1]));
+    const std::string_view part = argc > 2 ? argv[2] : "";
+    if (!folder.mkpath(QStringLiteral("."))) {
+        std::fprintf(stderr, "Cannot make the folder %s\n", argv[1]);
+        return 1;
+    }
+    int drawn = 0;
+    for (const auto& shot : shotList) {
+        if (std::string_view(shot.name).find(part) == std::string_view::npos)
+            continue;
+        for (const auto& theme : {QStringLiteral("light"), QStringLiteral("dark")}) {
+            const auto name
+                = QLatin1String(shot.name) + QLatin1Char('-') + theme + QStringLiteral(".png");
+            draw(shot, theme, {1280, 820}, folder.filePath(name));
+            ++drawn;
+            if (shot.alsoAtMinimumSize) {
+                draw(shot, theme, {1180, 760}, folder.filePath(QStringLiteral("min-size-") + name));
+                ++drawn;
+            }
+        }
+    }
+    std::printf("%d pictures in %s\n", drawn, argv[1]);
+    return drawn == 0;
+}

@@ -1,0 +1,112 @@
+#include "shots/shot_data.h"
+
+#include "support/moments.h"
+#include "support/records.h"
+
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace kestavon::shots {
+
+namespace {
+
+using test::file;
+using test::utc;
+
+struct LargeFile {
+    const char* path; ///< below the home
+    double gigabytes;
+    std::optional<Timestamp> modifiedAt;
+};
+
+const std::array largeFiles{
+    LargeFile{"VirtualMachines/dev-machine.qcow2", 48.32, utc(2026, 11, 21, 18, 22)},
+    LargeFile{"Pictures/Archive/photos-2016-2024.tar", 31.08, utc(2025, 1, 3, 9, 41)},
+    LargeFile{"Videos/Projects/Coastline/Documentary/Masters/coastline-master-4k.mov", 22.47,
+        utc(2026, 10, 12, 23, 10)},
+    LargeFile{"VirtualMachines/snapshots/dev-machine-before-upgrade-2026-06.qcow2", 18.9,
+        utc(2026, 6, 14, 7, 55)},
+    LargeFile{"Projects/warehouse/dumps/nightly/warehouse-2026-09-30.sql.gz", 11.74,
+        utc(2026, 9, 30, 2, 15)},
+    LargeFile{"Videos/Projects/Coastline/Proxies/Day 04/A004_C012_1107XK.mov", 9.66,
+        utc(2026, 11, 7, 14, 5)},
+    LargeFile{
+        "Library/Caches/org.example.editor/index-v9/symbols.db", 8.21, utc(2026, 11, 22, 10, 31)},
+    LargeFile{"Downloads/openmaps-europe-2026-01.osm.pbf", 7.93, utc(2026, 1, 19, 20, 48)},
+    LargeFile{"Music/Sessions/Late Night Takes/late-night-takes-multitrack-96k.wav", 6.5,
+        utc(2026, 8, 2, 21, 17)},
+    LargeFile{"Library/Application Support/MobileSync/Backup/00008110-001A2D/Manifest.bundle", 6.12,
+        utc(2026, 3, 11, 8, 2)},
+    LargeFile{"Projects/vision/datasets/street-scenes/train-shard-00017-of-00032.tar", 5.37,
+        utc(2026, 5, 28, 16, 39)},
+    LargeFile{"Projects/vision/datasets/street-scenes/train-shard-00018-of-00032.tar", 5.37,
+        utc(2026, 5, 28, 16, 42)},
+    LargeFile{"Downloads/workshop-recording-1920x1080.mp4", 4.88, utc(2026, 7, 5, 12, 0)},
+    LargeFile{"Library/Containers/com.docker.docker/Data/vms/0/data/disk.raw", 4.61,
+        utc(2026, 11, 22, 9, 58)},
+    LargeFile{"Documents/Scans/Family Archive/family-archive-complete-1948-1999.pdf", 3.94,
+        utc(2024, 2, 17, 19, 26)},
+    LargeFile{
+        ".local/share/games/Skyline Racer/content/tracks_all.pak", 3.72, utc(2026, 10, 29, 22, 40)},
+    LargeFile{"Downloads/dataset-climate-1950-2020.nc", 3.41, std::nullopt},
+    LargeFile{"Projects/firmware/build/output/images/rootfs-release-with-debug-symbols.img", 2.98,
+        utc(2026, 9, 8, 17, 30)},
+    LargeFile{"Library/Mail/V10/9C2B71F0/All Mail.mbox/attachments-2019.store", 2.55,
+        utc(2026, 4, 1, 6, 12)},
+};
+
+constexpr std::size_t itemCount = 418'236;
+constexpr std::size_t hiddenCount = 100'000;
+constexpr std::int64_t totalBytes = 287'940'000'000;
+constexpr std::int64_t hiddenBytes = 41'370'000'000;
+
+/// Adds `count` files of `bytes` together, each a little different from the last.
+void addFiles(std::vector<FileRecord>& records, const std::string& stem, std::size_t count,
+    std::int64_t bytes)
+{
+    const auto date = utc(2026, 2, 3, 4, 5);
+    const bool hidden = stem.find("/.") != std::string::npos;
+    const auto share = bytes / static_cast<std::int64_t>(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto size = i + 1 < count ? share : bytes - share * static_cast<std::int64_t>(i);
+        auto path = stem;
+        path += std::to_string(i / 1000);
+        path += hidden ? "/.item-" : "/item-";
+        path += std::to_string(i);
+        records.push_back(file(std::move(path), size, date - std::chrono::minutes(i % 500'000)));
+    }
+}
+
+std::vector<FileRecord> makeRecords()
+{
+    const std::string home = "/home/alice/";
+    std::vector<FileRecord> records;
+    records.reserve(itemCount);
+    std::int64_t shownBytes = 0;
+    for (const auto& large : largeFiles) {
+        const auto size = static_cast<std::int64_t>(std::llround(large.gigabytes * 1e9));
+        records.push_back(file(home + large.path, size, large.modifiedAt));
+        shownBytes += size;
+    }
+    for (int i = 0; i < 90; ++i) {
+        const auto size = static_cast<std::int64_t>(1.4e9 * std::pow(0.95, i));
+        records.push_back(file(home + "Pictures/2026/roll-" + std::to_string(100 + i) + ".dng.zip",
+            size, utc(2026, 3, 1 + static_cast<unsigned>(i) % 28, 15, i % 60)));
+        shownBytes += size;
+    }
+    addFiles(records, home + ".cache/blobs/", hiddenCount, hiddenBytes);
+    addFiles(records, home + "Documents/notes/", itemCount - records.size(),
+        totalBytes - hiddenBytes - shownBytes);
+    return records;
+}
+
+} // namespace
+
+std::shared_ptr<const RecordList> livedInHome()
+{
+    static const auto list = RecordList::fromRecords("/home/alice", makeRecords());
+    return list;
+}
+
+} // namespace kestavon::shots

@@ -1,0 +1,13 @@
+kestavon_test(screen_window_tests
+    SOURCES
+        ui/dashboard/dashboard_window_test.cpp
+        ui/storage/file_table_window_test.cpp
+    LINKS kestavon_window_test_support)
+# Expected texts stand in the tests as plain literals.
+target_compile_options(screen_window_tests PRIVATE -UQT_NO_CAST_FROM_ASCII)
+
+add_executable(kestavon_shots EXCLUDE_FROM_ALL
+    ${CMAKE_SOURCE_DIR}/tests/shots/main.cpp
+    ${CMAKE_SOURCE_DIR}/tests/shots/shot_data.cpp)
+set_target_properties(kestavon_shots PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+target_link_libraries(kestavon_shots PRIVATE kestavon_test_window Qt6::Widgets kestavon_warnings)

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "support/fake_platform.h"
+#include "support/fake_scanner.h"
+#include "ui/ui_states.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kestavon::test {
+
+/// The real main window over a machine and a scanner that exist only in memory. Needs a
+/// QGuiApplication.
+class TestWindow {
+public:
+    struct Options {
+        QString theme = QStringLiteral("light");
+        QSize size = {1280, 820};
+    };
+
+    TestWindow() = default;
+    ~TestWindow();
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
+    /// Opens the window and waits until it is drawn; what is set on `machine` before counts. Throws
+    /// when it does not load.
+    void open(const Options& options);
+
+    /// The item below the window with this object name, first come; null when there is none.
+    QQuickItem* item(const char* objectName) const;
+    /// Like `item`, and fails loudly without it.
+    QQuickItem& need(const char* objectName) const;
+
+    void clickAt(const QPointF& point, Qt::KeyboardModifiers modifiers = {});
+    /// Clicks the middle of the item.
+    void clickItem(const char* objectName);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
+    void type(const QString& text);
+
+    /// Scans, with these records as the result, and waits until the tables show them.
+    void scan(const std::vector<FileRecord>& records);
+    void scan(ScanOutcome outcome);
+    /// Waits until the tables show the rows for the latest filter.
+    bool settle();
+
+    FakeMachine machine;
+    std::shared_ptr<FakeScanner> scanner = std::make_shared<FakeScanner>();
+    std::unique_ptr<AppModel> model;
+    std::unique_ptr<UiStates> states;
+    std::unique_ptr<QQmlApplicationEngine> engine;
+    QQuickWindow* window = nullptr;
+};
+
+} // namespace kestavon::test
