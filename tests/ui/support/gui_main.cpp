@@ -6,6 +6,9 @@
 
 int main(int argc, char** argv)
 {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv(
+            "QT_QPA_PLATFORM", "offscreen"); // tests are listed and run where there is no display
     testing::InitGoogleMock(&argc, argv);
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);
