@@ -1,6 +1,5 @@
 #include "platform/linux/removal/metadata.h"
 
-#include "platform/linux/file_descriptor.h"
 #include "platform/linux/removal/retry.h"
 
 #include <algorithm>
@@ -310,24 +309,54 @@ std::vector<FileMark> readMarks(int folder, const char* name, const std::string&
     return marks;
 }
 
+namespace {
+
+/// Opens an entry only to name it, whatever it is and whatever its permissions are.
+FileDescriptor openToName(int folder, const char* name)
+{
+    return FileDescriptor(
+        retrying([&] { return ::openat(folder, name, O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+}
+
+bool changePermissionsOf(int entry, mode_t permissions)
+{
+    constexpr long fchmodat2 = 452; // Since Linux 6.6, and newer than the headers of Debian 12.
+    if (::syscall(fchmodat2, entry, "", permissions, AT_EMPTY_PATH) == 0)
+        return true;
+    const auto path = "/proc/self/fd/" + std::to_string(entry);
+    return retrying([&] { return ::chmod(path.c_str(), permissions); }) == 0;
+}
+
+} // namespace
+
 bool changePermissions(int folder, const char* name, mode_t permissions)
 {
-    FileDescriptor opened(
-        retrying([&] { return ::openat(folder, name, O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
-    if (!opened)
-        return false;
+    const auto entry = openToName(folder, name);
     struct stat status { };
-    if (::fstat(opened.get(), &status) != 0)
+    if (!entry || ::fstat(entry.get(), &status) != 0)
         return false;
     if (S_ISLNK(status.st_mode)) {
         errno = ELOOP;
         return false;
     }
-    constexpr long fchmodat2 = 452; // Since Linux 6.6, and newer than the headers of Debian 12.
-    if (::syscall(fchmodat2, opened.get(), "", permissions, AT_EMPTY_PATH) == 0)
-        return true;
-    const auto path = "/proc/self/fd/" + std::to_string(opened.get());
-    return retrying([&] { return ::chmod(path.c_str(), permissions); }) == 0;
+    return changePermissionsOf(entry.get(), permissions);
+}
+
+BorrowedPermissions::BorrowedPermissions(int folder, const char* name, mode_t borrowed)
+    : m_entry(openToName(folder, name))
+{
+    struct stat status { };
+    if (!m_entry || ::fstat(m_entry.get(), &status) != 0 || S_ISLNK(status.st_mode))
+        return;
+    m_former = status.st_mode & 07777;
+    m_isChanged = changePermissionsOf(m_entry.get(), borrowed);
+}
+
+BorrowedPermissions::~BorrowedPermissions()
+{
+    // A disk that refuses once often does not refuse twice.
+    for (int attempt = 0; m_isChanged && attempt < 3; ++attempt)
+        m_isChanged = !changePermissionsOf(m_entry.get(), m_former);
 }
 
 } // namespace kestavon

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/file_mover.h"
+#include "platform/linux/file_descriptor.h"
 #include "platform/linux/removal/entry_status.h"
 
 #include <string>
@@ -31,5 +32,23 @@ std::vector<FileMark> readMarks(int folder, const char* name, const std::string&
 /// Changes the permissions of an entry without following a link, even of a folder that may not be
 /// read; false with `errno` when that fails.
 bool changePermissions(int folder, const char* name, mode_t permissions);
+
+/// The permissions of one entry, changed for a while: they come back with the end of this, whatever
+/// the entry is called by then.
+class BorrowedPermissions {
+public:
+    BorrowedPermissions(int folder, const char* name, mode_t borrowed);
+    ~BorrowedPermissions();
+    BorrowedPermissions(const BorrowedPermissions&) = delete;
+    BorrowedPermissions& operator=(const BorrowedPermissions&) = delete;
+
+    /// Whether they were changed.
+    explicit operator bool() const { return m_isChanged; }
+
+private:
+    FileDescriptor m_entry;
+    mode_t m_former = 0;
+    bool m_isChanged = false;
+};
 
 } // namespace kestavon

@@ -122,13 +122,8 @@ int renameWithoutReplacing(
     if (error != EACCES || !before->isFolder() || (before->mode & S_IWUSR)
         || before->owner != ::geteuid())
         return error;
-    if (!changePermissions(sourceFolder, source, before->permissions() | S_IWUSR))
-        return error;
-    const int second = renameOnce(names);
-    const bool isMoved = second == 0;
-    changePermissions(
-        isMoved ? targetFolder : sourceFolder, isMoved ? target : source, before->permissions());
-    return second;
+    const BorrowedPermissions writable(sourceFolder, source, before->permissions() | S_IWUSR);
+    return writable ? renameOnce(names) : error;
 }
 
 } // namespace kestavon
