@@ -3,9 +3,11 @@
 #include "support/event_loop.h"
 #include "support/records.h"
 #include "ui/support/test_window.h"
+#include "ui/widgets/threat_badge_rules.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QQmlComponent>
 #include <QTest>
 
 #include <cstdio>
@@ -161,6 +163,39 @@ void draw(const Shot& shot, const QString& theme, QSize size, const QString& fil
         throw std::runtime_error("Cannot write " + file.toStdString());
 }
 
+/// The shared parts, in a window of their own that the main window's engine draws.
+void drawComponents(const QString& theme, const QString& file)
+{
+    TestWindow window;
+    window.machine.memory->value = MemorySnapshot{.freeBytes = 2'310'000'000,
+        .activeBytes = 6'000'000'000,
+        .inactiveBytes = 4'000'000'000,
+        .wiredBytes = 1'500'000'000};
+    window.machine.settings->setFlag("kv.fda.onboardingShown", true);
+    window.open({.theme = theme});
+
+    QVariantList badges;
+    for (const auto& level : allCases<ThreatLevel>()) {
+        const auto badge = threatBadge(level.value);
+        badges.append(QVariantMap{{QStringLiteral("label"), badge.label},
+            {QStringLiteral("symbol"), badge.symbol}, {QStringLiteral("color"), badge.color}});
+    }
+    QQmlComponent component(window.engine.get(), QUrl(QStringLiteral("qrc:/shots/Components.qml")));
+    const std::unique_ptr<QObject> gallery(component.createWithInitialProperties(
+        {{QStringLiteral("ui"), QVariant::fromValue(window.states.get())},
+            {QStringLiteral("themeChoice"), theme}, {QStringLiteral("badges"), badges}}));
+    auto* item = qobject_cast<QQuickItem*>(gallery.get());
+    if (!item)
+        throw std::runtime_error(component.errorString().toStdString());
+    QQuickWindow frame;
+    frame.resize(QSizeF(item->width(), item->height()).toSize());
+    item->setParentItem(frame.contentItem());
+    frame.show();
+    QTest::qWait(100);
+    if (!frame.grabWindow().save(file))
+        throw std::runtime_error("Cannot write " + file.toStdString());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -190,6 +225,12 @@ int main(int argc, char** argv)
                 draw(shot, theme, {1180, 760}, folder.filePath(QStringLiteral("min-size-") + name));
                 ++drawn;
             }
+        }
+    }
+    if (std::string_view("components").find(part) != std::string_view::npos) {
+        for (const auto& theme : {QStringLiteral("light"), QStringLiteral("dark")}) {
+            drawComponents(theme, folder.filePath(QStringLiteral("components-%1.png").arg(theme)));
+            ++drawn;
         }
     }
     std::printf("%d pictures in %s\n", drawn, argv[1]);

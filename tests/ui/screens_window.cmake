@@ -11,3 +11,5 @@ add_executable(kestavon_shots EXCLUDE_FROM_ALL
     ${CMAKE_SOURCE_DIR}/tests/shots/shot_data.cpp)
 set_target_properties(kestavon_shots PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 target_link_libraries(kestavon_shots PRIVATE kestavon_test_window Qt6::Widgets kestavon_warnings)
+qt_add_resources(kestavon_shots shots PREFIX /shots BASE ${CMAKE_SOURCE_DIR}/tests/shots
+    FILES ${CMAKE_SOURCE_DIR}/tests/shots/Components.qml)

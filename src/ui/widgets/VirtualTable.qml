@@ -64,6 +64,20 @@ Item {
 
     onMaxOffsetChanged: scrollTo(offset)
 
+    /// The rows of another filter are on their way; they are shown from the top.
+    property bool otherFilter: false
+    Connections {
+        target: table.rows
+        function onFilterChanged() {
+            table.otherFilter = true;
+        }
+        function onRowsChanged() {
+            if (table.otherFilter)
+                table.scrollTo(0);
+            table.otherFilter = false;
+        }
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.surface
