@@ -206,13 +206,20 @@ std::vector<DepthFirstStitch::SlicedEntry> DepthFirstStitch::mergedSlices(
         count += slice->count;
     std::vector<SlicedEntry> entries;
     entries.reserve(count);
+    // Names in huge folders mostly begin alike: only what follows tells them apart.
+    const char* pattern = slices->names;
+    std::size_t alike = std::strlen(pattern);
     for (auto* slice = slices; slice; slice = slice->otherSlices) {
         const char* name = slice->names;
         for (const auto& row : slice->entries()) {
-            entries.push_back({.key = orderKey(name, row.nameLength), .name = name, .row = &row});
+            entries.push_back({.key = 0, .name = name, .row = &row});
+            const auto differing = std::mismatch(pattern, pattern + alike, name).first;
+            alike = static_cast<std::size_t>(differing - pattern);
             name += row.nameLength + 1;
         }
     }
+    for (auto& entry : entries)
+        entry.key = orderKey(entry.name + alike, entry.row->nameLength - alike);
     std::ranges::sort(entries, [](const SlicedEntry& a, const SlicedEntry& b) {
         return a.key != b.key ? a.key < b.key : std::strcmp(a.name, b.name) < 0;
     });

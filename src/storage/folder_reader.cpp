@@ -155,7 +155,7 @@ void sortByBytes(std::vector<ListedName>& names)
 
 std::optional<EntryFacts> lookAt(int folder, const char* name)
 {
-    struct statx facts { };
+    struct statx facts; // The system fills it in; clearing it first would show in the profile.
     const int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT
         | (*name == '\0' ? AT_EMPTY_PATH : 0);
     if (::statx(folder, name, flags, STATX_TYPE | STATX_SIZE | STATX_MTIME, &facts) != 0)

@@ -27,7 +27,9 @@ constexpr unsigned waitingSlicesPerThread = 4;
 // a name of any length the path stays below PATH_MAX.
 constexpr std::size_t longestOpenedPath = 3000;
 
-// A thread that has not left this long after a stop is stuck in a read.
+// How long after a stop some thread must have met an entry (a walk without any ends as it should),
+// and how long after that the others may take to leave: who has not is stuck in a read.
+constexpr auto patienceForAnEntry = std::chrono::seconds(1);
 constexpr auto patienceWithThreads = std::chrono::milliseconds(30);
 
 constexpr std::int64_t recordsBetweenPosts = 1000;
@@ -396,8 +398,11 @@ void TreeWalk::wait()
 {
     const auto allLeft = [this] { return m_working == 0; };
     std::unique_lock lock(m_leaveMutex);
-    if (!m_left.wait(lock, m_order.stop, allLeft))
+    if (!m_left.wait(lock, m_order.stop, allLeft)) {
+        const auto isDecided = [&] { return m_sawStop || allLeft(); };
+        m_left.wait_for(lock, patienceForAnEntry, isDecided);
         m_left.wait_for(lock, patienceWithThreads, allLeft);
+    }
     if (m_working == 0 && !m_sawStop)
         return;
     lock.unlock();
@@ -431,8 +436,10 @@ void TreeWalk::noteUnreadable(Folder& folder)
 
 void TreeWalk::stopForGood()
 {
-    m_sawStop = true;
     m_queues.close();
+    const std::lock_guard lock(m_leaveMutex);
+    m_sawStop = true;
+    m_left.notify_all();
 }
 
 } // namespace kestavon

@@ -103,7 +103,6 @@ private:
     std::atomic<std::uint32_t> m_folderCount = 1; // the root is number 0
     std::atomic<std::uint64_t> m_unreadableFolders = 0;
     std::atomic<unsigned> m_waitingSlices = 0;
-    std::atomic<bool> m_sawStop = false;
 
     std::mutex m_reportMutex;
     bool m_abandoned = false; // guarded by m_reportMutex
@@ -111,6 +110,7 @@ private:
     std::mutex m_leaveMutex;
     std::condition_variable_any m_left;
     unsigned m_working = 0; // guarded by m_leaveMutex
+    bool m_sawStop = false; // guarded by m_leaveMutex
 };
 
 } // namespace kestavon
