@@ -48,7 +48,11 @@ public:
         sumSubtrees();
         allocateColumns();
         placeFolders();
-        copyStores(threads);
+        // The names first, on their own: their store is gone before the other columns take memory.
+        copySlicedNames();
+        inEveryStore(threads, &DepthFirstStitch::copyNamesOf);
+        copySlicedFacts();
+        inEveryStore(threads, &DepthFirstStitch::copyFactsOf);
         m_columns.names = std::move(m_names);
         return std::move(m_columns);
     }
@@ -67,16 +71,24 @@ private:
         const EntryRow* row;
     };
 
+    struct SlicedFolder {
+        std::uint32_t folder;
+        std::vector<SlicedEntry> entries; ///< in byte order
+    };
+
     void gatherRuns();
     void sumSubtrees();
     void allocateColumns();
     void placeFolders();
-    void putSlicesInPlace(std::uint32_t folder);
+    void placeSlicedFolder(std::uint32_t number);
+    void copySlicedNames() const;
+    void copySlicedFacts();
     std::vector<SlicedEntry> mergedSlices(const EntryRun* slices) const;
-    void copyStores(unsigned threads);
-    void copyStore(RecordStore& store);
-    void copyRun(const EntryRun& run);
-    void copyEntry(const EntryRow& row, const char* name, const Place& at, std::uint32_t folder);
+    void inEveryStore(unsigned threads, void (DepthFirstStitch::*copy)(RecordStore&));
+    void copyNamesOf(RecordStore& store);
+    void copyFactsOf(RecordStore& store);
+    void copyName(const EntryRow& row, const char* name, const Place& at) const;
+    void copyFacts(const EntryRow& row, const Place& at, std::uint32_t folder);
     Place firstEntryOf(const WalkedFolder& folder) const;
     void placeSubfolder(const EntryRow& row, const Place& at, std::uint32_t parent);
     void pass(const EntryRow& row, Place& at) const;
@@ -85,6 +97,7 @@ private:
     std::vector<RecordStore>& m_stores;
     const std::stop_token& m_stop;
     std::vector<WalkedFolder> m_folders; // by the numbers that the walk gave
+    std::vector<SlicedFolder> m_slicedFolders;
     std::shared_ptr<RecordNames> m_names;
     RecordColumns m_columns;
 };
@@ -132,7 +145,7 @@ void DepthFirstStitch::allocateColumns()
     m_names->folderNames[0] = 0;
 }
 
-/// Gives every folder its start, parents first, and puts those that were read in slices in place.
+/// Gives every folder its start, parents first.
 void DepthFirstStitch::placeFolders()
 {
     for (std::uint32_t number = 0; number < m_folders.size(); ++number) {
@@ -142,7 +155,7 @@ void DepthFirstStitch::placeFolders()
         if (!folder.run)
             continue;
         if (folder.run->otherSlices) {
-            putSlicesInPlace(number);
+            placeSlicedFolder(number);
             continue;
         }
         if (!folder.run->hasSubfolders)
@@ -182,20 +195,44 @@ void DepthFirstStitch::placeSubfolder(const EntryRow& row, const Place& at, std:
     m_names->folderNames[at.folder] = at.nameByte;
 }
 
-void DepthFirstStitch::putSlicesInPlace(std::uint32_t number)
+/// Puts the slices of a folder in order and gives the folders among its entries their starts.
+void DepthFirstStitch::placeSlicedFolder(std::uint32_t number)
 {
     const auto& folder = m_folders[number];
+    m_slicedFolders.push_back({.folder = number, .entries = mergedSlices(folder.run)});
     auto at = firstEntryOf(folder);
-    for (const auto& entry : mergedSlices(folder.run)) {
-        if (at.record % 65536 == 0)
-            throwIfStopped();
-        copyEntry(*entry.row, entry.name, at, folder.start.folder);
+    for (const auto& entry : m_slicedFolders.back().entries) {
         if (entry.row->subfolder != 0)
             placeSubfolder(*entry.row, at, folder.start.folder);
         pass(*entry.row, at);
     }
+    // Whoever copies run by run is to pass over them.
     for (auto* slice = folder.run; slice; slice = slice->otherSlices)
         slice->count = 0;
+}
+
+void DepthFirstStitch::copySlicedNames() const
+{
+    for (const auto& sliced : m_slicedFolders) {
+        auto at = firstEntryOf(m_folders[sliced.folder]);
+        for (const auto& entry : sliced.entries) {
+            copyName(*entry.row, entry.name, at);
+            pass(*entry.row, at);
+        }
+    }
+}
+
+void DepthFirstStitch::copySlicedFacts()
+{
+    for (const auto& sliced : m_slicedFolders) {
+        const auto& folder = m_folders[sliced.folder];
+        auto at = firstEntryOf(folder);
+        for (const auto& entry : sliced.entries) {
+            copyFacts(*entry.row, at, folder.start.folder);
+            pass(*entry.row, at);
+        }
+    }
+    m_slicedFolders.clear();
 }
 
 std::vector<DepthFirstStitch::SlicedEntry> DepthFirstStitch::mergedSlices(
@@ -226,13 +263,13 @@ std::vector<DepthFirstStitch::SlicedEntry> DepthFirstStitch::mergedSlices(
     return entries;
 }
 
-void DepthFirstStitch::copyStores(unsigned threads)
+/// Each store takes one thread at a time; the places in the table do not overlap.
+void DepthFirstStitch::inEveryStore(unsigned threads, void (DepthFirstStitch::*copy)(RecordStore&))
 {
-    // Each store takes one thread; the places in the table do not overlap.
     std::atomic<std::size_t> next = 0;
     const auto copyNext = [&] {
         for (auto i = next++; i < m_stores.size(); i = next++)
-            copyStore(m_stores[i]);
+            (this->*copy)(m_stores[i]);
     };
     std::vector<std::jthread> helpers;
     try {
@@ -246,45 +283,51 @@ void DepthFirstStitch::copyStores(unsigned threads)
     throwIfStopped();
 }
 
-void DepthFirstStitch::copyStore(RecordStore& store)
+void DepthFirstStitch::copyNamesOf(RecordStore& store)
 {
-    for (std::size_t i = 0; i < store.runs.chunkCount(); ++i) {
-        std::uint32_t copied = 0;
+    for (std::size_t i = 0; i < store.runs.chunkCount() && !m_stop.stop_requested(); ++i) {
         for (const auto& run : store.runs.chunk(i)) {
-            if (++copied % 1024 == 0) {
-                if (m_stop.stop_requested())
-                    return;
-                store.rows.releaseBefore(run.rows);
-                store.names.releaseBefore(run.names);
+            store.names.releaseBefore(run.names);
+            auto at = firstEntryOf(m_folders[run.folder]);
+            const char* name = run.names;
+            for (const auto& row : run.entries()) {
+                copyName(row, name, at);
+                name += row.nameLength + 1;
+                pass(row, at);
             }
-            copyRun(run);
         }
     }
-    store.rows.releaseAll();
     store.names.releaseAll();
 }
 
-void DepthFirstStitch::copyRun(const EntryRun& run)
+void DepthFirstStitch::copyFactsOf(RecordStore& store)
 {
-    const auto& folder = m_folders[run.folder];
-    auto at = firstEntryOf(folder);
-    const char* name = run.names;
-    for (const auto& row : run.entries()) {
-        copyEntry(row, name, at, folder.start.folder);
-        name += row.nameLength + 1;
-        pass(row, at);
+    for (std::size_t i = 0; i < store.runs.chunkCount() && !m_stop.stop_requested(); ++i) {
+        for (const auto& run : store.runs.chunk(i)) {
+            store.rows.releaseBefore(run.rows);
+            const auto& folder = m_folders[run.folder];
+            auto at = firstEntryOf(folder);
+            for (const auto& row : run.entries()) {
+                copyFacts(row, at, folder.start.folder);
+                pass(row, at);
+            }
+        }
     }
+    store.rows.releaseAll();
 }
 
-void DepthFirstStitch::copyEntry(
-    const EntryRow& row, const char* name, const Place& at, std::uint32_t folder)
+void DepthFirstStitch::copyName(const EntryRow& row, const char* name, const Place& at) const
+{
+    std::memcpy(m_names->bytes.data() + at.nameByte, name, row.nameLength + 1u);
+}
+
+void DepthFirstStitch::copyFacts(const EntryRow& row, const Place& at, std::uint32_t folder)
 {
     m_columns.sizes[at.record] = row.size;
     m_columns.modifiedAt[at.record] = row.modifiedAt;
     m_columns.folders[at.record] = folder;
     m_columns.nameOffsets[at.record] = at.nameByte;
     m_columns.flags[at.record] = row.flags;
-    std::memcpy(m_names->bytes.data() + at.nameByte, name, row.nameLength + 1u);
 }
 
 void DepthFirstStitch::throwIfStopped() const
