@@ -33,6 +33,7 @@ Q_IMPORT_QML_PLUGIN(Kestavon_UiPlugin)
 
 namespace {
 
+// NOLINTNEXTLINE(google-build-using-namespace): the program's own file, included by nobody
 using namespace kestavon;
 
 constexpr std::uint64_t scanMemoryLimit = 1'073'741'824;

@@ -96,7 +96,8 @@ private:
 
     std::optional<Task> tryTake(unsigned worker)
     {
-        if (auto& own = m_queues[worker]; true) {
+        {
+            auto& own = m_queues[worker];
             const std::lock_guard lock(own.mutex);
             if (!own.tasks.empty()) {
                 std::optional<Task> task(std::move(own.tasks.back()));

@@ -14,6 +14,7 @@
 
 int main(int argc, char** argv)
 {
+    // NOLINTNEXTLINE(google-build-using-namespace): the program's own file, included by nobody
     using namespace kestavon::probe;
     const std::string name = argc > 1 ? argv[1] : "verbs";
     if (name == "verbs") {

@@ -13,7 +13,6 @@ namespace kestavon {
 namespace {
 
 using test::noLimit;
-using test::plainScanner;
 using test::scannedNames;
 using test::scanOf;
 using test::TemporaryTree;

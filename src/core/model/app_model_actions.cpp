@@ -204,6 +204,7 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
             return cleaned;
         }
         std::vector<RemovalRequest> requests;
+        requests.reserve(selected.size());
         for (const auto& item : selected) {
             requests.push_back({.path = item.record.path,
                 .bytes = item.estimatedBytes,

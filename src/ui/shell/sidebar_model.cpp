@@ -38,14 +38,14 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
     const auto& row = m_rows[static_cast<std::size_t>(index.row())];
     const auto title = text(rawValue(row.section));
     switch (role) {
-    case GroupRole: return text(row.group);
+    case groupRole: return text(row.group);
     case Qt::DisplayRole:
-    case TitleRole: return title;
-    case SymbolRole: return text(lookOf(row.section).symbol);
-    case BadgeRole: return text(row.badge);
-    case BadgeColorRole: return text(lookOf(row.section).badgeColor);
-    case SelectedRole: return row.section == m_model.section();
-    case NameRole:
+    case titleRole: return title;
+    case symbolRole: return text(lookOf(row.section).symbol);
+    case badgeRole: return text(row.badge);
+    case badgeColorRole: return text(lookOf(row.section).badgeColor);
+    case selectedRole: return row.section == m_model.section();
+    case nameRole:
         return row.badge.empty() ? title : title + QStringLiteral(", ") + text(row.badge);
     default: return {};
     }
@@ -53,9 +53,9 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> SidebarModel::roleNames() const
 {
-    return {{GroupRole, "group"}, {TitleRole, "title"}, {SymbolRole, "symbol"},
-        {BadgeRole, "badge"}, {BadgeColorRole, "badgeColor"}, {SelectedRole, "selected"},
-        {NameRole, "accessibleName"}};
+    return {{groupRole, "group"}, {titleRole, "title"}, {symbolRole, "symbol"},
+        {badgeRole, "badge"}, {badgeColorRole, "badgeColor"}, {selectedRole, "selected"},
+        {nameRole, "accessibleName"}};
 }
 
 int SidebarModel::rowOf(AppSection section) const
@@ -67,7 +67,7 @@ void SidebarModel::follow(AppModel::Field field)
 {
     using Field = AppModel::Field;
     switch (field) {
-    case Field::section: Q_EMIT dataChanged(index(0), index(rowCount() - 1), {SelectedRole}); break;
+    case Field::section: Q_EMIT dataChanged(index(0), index(rowCount() - 1), {selectedRole}); break;
     case Field::junkGroups: refreshBadge(AppSection::smartClean); break;
     case Field::duplicates: refreshBadge(AppSection::duplicates); break;
     case Field::cleanupCandidates: refreshBadge(AppSection::cleaner); break;
@@ -84,7 +84,7 @@ void SidebarModel::refreshBadge(AppSection section)
     auto& shown = m_rows[static_cast<std::size_t>(row)].badge;
     if (auto badge = badgeText(sidebarBadge(m_model, section)); badge != shown) {
         shown = std::move(badge);
-        Q_EMIT dataChanged(index(row), index(row), {BadgeRole, NameRole});
+        Q_EMIT dataChanged(index(row), index(row), {badgeRole, nameRole});
     }
 }
 

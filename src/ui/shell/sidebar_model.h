@@ -13,13 +13,13 @@ class SidebarModel final : public QAbstractListModel {
     Q_OBJECT
 public:
     enum Role {
-        GroupRole = Qt::UserRole + 1, ///< the group's title on its first row, else empty
-        TitleRole,
-        SymbolRole,
-        BadgeRole, ///< text of the capsule; empty for none
-        BadgeColorRole, ///< a colour's name
-        SelectedRole,
-        NameRole, ///< title and badge, as a screen reader says them
+        groupRole = Qt::UserRole + 1, ///< the group's title on its first row, else empty
+        titleRole,
+        symbolRole,
+        badgeRole, ///< text of the capsule; empty for none
+        badgeColorRole, ///< a colour's name
+        selectedRole,
+        nameRole, ///< title and badge, as a screen reader says them
     };
 
     explicit SidebarModel(AppModel& model);

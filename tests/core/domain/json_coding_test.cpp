@@ -77,7 +77,7 @@ TEST(JsonCoding, ReadsBackWhatItWrote)
     EXPECT_EQ(throughText(record), record);
     record.size = std::numeric_limits<std::int64_t>::min();
     record.isDirectory = true;
-    record.path = std::string("/\0\xEF\xBE\x80\xEE\xBE\x80\n\"\\", 12);
+    record.path = std::string("/\0\xEF\xBE\x80\xEE\xBE\x80\n\"\\", 11);
     EXPECT_EQ(throughText(record), record);
 
     const CleanupCandidate candidate{
@@ -149,7 +149,7 @@ TEST(DateText, HasAsManyDecimalsAsTheMomentNeeds)
 {
     const struct {
         Timestamp date;
-        const char* text;
+        const char* text = nullptr;
     } rows[] = {
         {utc(2026, 11, 16, 13, 5, 9), "2026-11-16T13:05:09Z"},
         {utc(2026, 11, 16, 13, 5, 10), "2026-11-16T13:05:10Z"},

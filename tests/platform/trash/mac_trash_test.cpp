@@ -9,8 +9,6 @@ using test::isThere;
 using test::modeOf;
 using test::namesIn;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using Kind = FileError::Kind;
 
 class MacTrashTest : public ::testing::Test {

@@ -18,9 +18,9 @@ TEST(SidebarModel, RowsStandInTheirGroups)
         const auto text = [&](int role) {
             return sidebar.data(sidebar.index(row), role).toString().toStdString();
         };
-        if (const auto group = text(SidebarModel::GroupRole); !group.empty())
+        if (const auto group = text(SidebarModel::groupRole); !group.empty())
             rows += "[" + group + "] ";
-        rows += text(SidebarModel::TitleRole) + "; ";
+        rows += text(SidebarModel::titleRole) + "; ";
     }
     EXPECT_EQ(rows,
         "[Analyze] Dashboard; Storage; Large Files; Duplicates; "
@@ -36,7 +36,7 @@ TEST(SidebarModel, BadgesFollowAScan)
     AppModel model(scanner, machine.platform());
     SidebarModel sidebar(model);
     const auto cleaner = sidebar.index(sidebar.rowOf(AppSection::cleaner));
-    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::NameRole), QStringLiteral("Cleaner"));
+    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::nameRole), QStringLiteral("Cleaner"));
 
     FileRecord cached;
     cached.path = "/home/alice/Library/Caches/a.db";
@@ -44,12 +44,12 @@ TEST(SidebarModel, BadgesFollowAScan)
     model.startStorageScan();
     scanner->finishWith("/home/alice", {cached});
     ASSERT_TRUE(processEventsUntil([&] { return !model.scanPhase().isScanning(); }));
-    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::BadgeRole), QStringLiteral("1"));
-    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::BadgeColorRole), QStringLiteral("blue"));
-    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::NameRole), QStringLiteral("Cleaner, 1"));
+    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::badgeRole), QStringLiteral("1"));
+    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::badgeColorRole), QStringLiteral("blue"));
+    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::nameRole), QStringLiteral("Cleaner, 1"));
 
     model.startStorageScan();
-    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::BadgeRole), QString());
+    EXPECT_EQ(sidebar.data(cleaner, SidebarModel::badgeRole), QString());
     model.stopStorageScan();
 }
 

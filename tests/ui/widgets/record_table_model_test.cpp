@@ -11,7 +11,6 @@ namespace kestavon {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr int noKey = Qt::NoModifier;
 constexpr int shift = Qt::ShiftModifier;

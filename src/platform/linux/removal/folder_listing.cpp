@@ -21,7 +21,9 @@ void FolderListing::sortByInode()
 Result<FolderListing, int> listFolder(int folder)
 {
     // getdents64(2) itself: the library's readdir would allocate a stream for every folder.
-    alignas(dirent64) std::array<char, 32768> buffer;
+    // Left unset, because the kernel fills what is read of it.
+    alignas(dirent64) std::array<char, 32768>
+        buffer; // NOLINT(cppcoreguidelines-pro-type-member-init)
     FolderListing listing;
     if (::lseek(folder, 0, SEEK_SET) < 0)
         return errno;
