@@ -7,6 +7,7 @@ UiStates::UiStates(AppModel& model)
     , m_status(model)
     , m_onboarding(model)
     , m_settings(model)
+    , m_pathActions(model)
     , m_liveCount(model)
     , m_scanPanel(model, m_liveCount)
     , m_diskBar(model)
@@ -15,6 +16,7 @@ UiStates::UiStates(AppModel& model)
     , m_storage(model)
     , m_largeFiles(model)
 {
+    connect(&m_pathActions, &PathActions::failed, &m_shell, &ShellState::failed);
 }
 
 } // namespace kestavon

@@ -11,6 +11,7 @@
 #include "ui/widgets/disk_bar_state.h"
 #include "ui/widgets/live_count.h"
 #include "ui/widgets/memory_bar_state.h"
+#include "ui/widgets/path_actions.h"
 #include "ui/widgets/scan_panel_state.h"
 
 #include <QObject>
@@ -25,6 +26,7 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::StatusState* status READ status CONSTANT)
     Q_PROPERTY(kestavon::OnboardingState* onboarding READ onboarding CONSTANT)
     Q_PROPERTY(kestavon::SettingsState* settings READ settings CONSTANT)
+    Q_PROPERTY(kestavon::PathActions* pathActions READ pathActions CONSTANT)
     Q_PROPERTY(kestavon::ScanPanelState* scanPanel READ scanPanel CONSTANT)
     Q_PROPERTY(kestavon::DiskBarState* diskBar READ diskBar CONSTANT)
     Q_PROPERTY(kestavon::MemoryBarState* memoryBar READ memoryBar CONSTANT)
@@ -39,6 +41,7 @@ public:
     StatusState* status() { return &m_status; }
     OnboardingState* onboarding() { return &m_onboarding; }
     SettingsState* settings() { return &m_settings; }
+    PathActions* pathActions() { return &m_pathActions; }
     ScanPanelState* scanPanel() { return &m_scanPanel; }
     DiskBarState* diskBar() { return &m_diskBar; }
     MemoryBarState* memoryBar() { return &m_memoryBar; }
@@ -53,6 +56,7 @@ private:
     StatusState m_status;
     OnboardingState m_onboarding;
     SettingsState m_settings;
+    PathActions m_pathActions;
     LiveCount m_liveCount;
     ScanPanelState m_scanPanel;
     DiskBarState m_diskBar;

@@ -145,10 +145,49 @@ TEST_F(Workspaces, RefuseWhatIsNoUrl)
     EXPECT_FALSE(std::filesystem::exists(folder / "given"));
 }
 
-TEST_F(Workspaces, TellWhenThereIsNoHandler)
+TEST_F(Workspaces, OpenItemsByEveryByteOfTheirPaths)
 {
-    const ScopedVariable emptyPath("PATH", folder / "bin");
-    EXPECT_FALSE(DesktopWorkspace().openUrl("https://example.org/"));
+    installOpener();
+    const auto path = folder.writeFile("100% caf\xE9 #1?\n", "");
+    EXPECT_TRUE(DesktopWorkspace().openItem(path));
+    EXPECT_EQ(given(), "file://" + folder.path() + "/100%25%20caf%E9%20%231%3F%0A|");
+}
+
+TEST_F(Workspaces, SayWhyNothingOpened)
+{
+    const ScopedVariable onlyOurs("PATH", folder / "bin");
+    const auto url = DesktopWorkspace().openUrl("https://example.org/");
+    ASSERT_FALSE(url);
+    EXPECT_EQ(url.error(),
+        "“https://example.org/” couldn’t be opened because xdg-open is not installed.");
+
+    const auto opener = folder.writeFile("bin/xdg-open", "#!/bin/sh\nexit 3\n");
+    ASSERT_EQ(::chmod(opener.c_str(), 0700), 0);
+    const auto item = DesktopWorkspace().openItem(folder.writeFile("a.xyz", ""));
+    ASSERT_FALSE(item);
+    EXPECT_EQ(
+        item.error(), "“a.xyz” couldn’t be opened because no program on this computer opens it.");
+
+    const auto missing = DesktopWorkspace().openItem(folder / "gone");
+    ASSERT_FALSE(missing);
+    EXPECT_EQ(missing.error(), "“gone” couldn’t be opened because it doesn’t exist.");
+}
+
+TEST_F(Workspaces, GiveUnusualLinksOnlyToAProgramThatAskedForThem)
+{
+    installOpener();
+    const auto answers = folder.writeFile("bin/xdg-mime",
+        "#!/bin/sh\n[ \"$*\" = 'query default x-scheme-handler/x-known' ] && echo known.desktop\n"
+        "exit 0\n");
+    ASSERT_EQ(::chmod(answers.c_str(), 0700), 0);
+
+    const auto refused = DesktopWorkspace().openUrl("x-unknown:settings");
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error(), "No program on this computer opens “x-unknown” links.");
+    EXPECT_FALSE(std::filesystem::exists(folder / "given"));
+
+    EXPECT_TRUE(DesktopWorkspace().openUrl("X-Known:settings"));
+    EXPECT_EQ(given(), "X-Known:settings|");
 }
 
 TEST(SystemPlatform, KeepsItsSettingsInTheConfigurationFolder)

@@ -96,6 +96,8 @@ Rectangle {
                 title: "An event whose title is so long that it cannot possibly fit beside the time that stands at the end of the very same row"
                 detail: "1 items scanned"
                 age: "5 minutes ago"
+                path: null
+                pathActions: null
             }
         }
     }

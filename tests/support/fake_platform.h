@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -55,14 +56,38 @@ public:
     std::map<std::string, bool> flags;
 };
 
+/// A desktop that writes down what it is asked to open. Any thread.
 class FakeWorkspace final : public Workspace {
 public:
-    bool openUrl(const std::string& url) override
+    Opened openUrl(const std::string& url) override { return open(url); }
+    Opened openItem(const std::string& path) override { return open(path); }
+
+    /// URLs and paths, in order.
+    std::vector<std::string> opened() const
     {
-        opened.push_back(url);
-        return true;
+        const std::lock_guard lock(m_mutex);
+        return m_opened;
     }
-    std::vector<std::string> opened;
+    /// Nothing opens any more, and this is why; empty: everything opens.
+    void refuse(const std::string& reason)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_refusal = reason;
+    }
+
+private:
+    Opened open(const std::string& what)
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_refusal.empty())
+            return m_refusal;
+        m_opened.push_back(what);
+        return Done{};
+    }
+
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_opened; // guarded by m_mutex
+    std::string m_refusal; // guarded by m_mutex
 };
 
 /// A Trash that writes down what is put into it. Worker threads may use it one at a time.

@@ -2,6 +2,7 @@ kestavon_test(screen_window_tests
     SOURCES
         ui/dashboard/dashboard_window_test.cpp
         ui/storage/file_table_window_test.cpp
+        ui/widgets/path_menu_window_test.cpp
     LINKS kestavon_window_test_support)
 # Expected texts stand in the tests as plain literals.
 target_compile_options(screen_window_tests PRIVATE -UQT_NO_CAST_FROM_ASCII)

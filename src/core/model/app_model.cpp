@@ -1,5 +1,6 @@
 #include "core/model/app_model.h"
 
+#include "core/model/background.h"
 #include "core/model/main_queue.h"
 
 #include <QPointer>
@@ -90,10 +91,33 @@ void AppModel::refreshFullDiskAccess()
     publish(Field::hasFullDiskAccess, m_hasFullDiskAccess, probeFullDiskAccess());
 }
 
-void AppModel::openFullDiskAccessSettings()
+void AppModel::openUrl(const std::string& url, Finished finished)
 {
-    m_platform.workspace->openUrl(
-        "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?Privacy_AllFiles");
+    openWith([workspace = m_platform.workspace, url] { return workspace->openUrl(url); },
+        std::move(finished));
+}
+
+void AppModel::openItem(const std::string& path, Finished finished)
+{
+    openWith([workspace = m_platform.workspace, path] { return workspace->openItem(path); },
+        std::move(finished));
+}
+
+void AppModel::openWith(std::function<Workspace::Opened()> open, Finished finished)
+{
+    runInBackground(m_desktopQueue, this, std::move(open),
+        [finished = std::move(finished)](const Outcome<Workspace::Opened>& outcome) {
+            if (!outcome.value)
+                return report(finished, outcome.error);
+            report(finished, *outcome.value ? std::string() : outcome.value->error());
+        });
+}
+
+void AppModel::openFullDiskAccessSettings(Finished finished)
+{
+    openUrl(
+        "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?Privacy_AllFiles",
+        std::move(finished));
 }
 
 void AppModel::report(const Finished& finished, const std::string& error)

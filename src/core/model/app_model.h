@@ -183,12 +183,20 @@ public:
     void deselectAllCleanup();
     /// @}
 
+    /// @name The desktop
+    /// What opens these is found out off the main thread; an error says why nothing did.
+    /// @{
+    void openUrl(const std::string& url, Finished finished = {});
+    /// Opens the file or folder at this path, byte for byte.
+    void openItem(const std::string& path, Finished finished = {});
+    /// @}
+
     /// @name Access to protected folders
     /// @{
     /// Probes again. At most a dozen folders are looked at.
     void refreshFullDiskAccess();
-    /// Opens the system's privacy settings where there are any; nothing is reported.
-    void openFullDiskAccessSettings();
+    /// Opens the system's privacy settings where there are any.
+    void openFullDiskAccessSettings(Finished finished = {});
     /// @}
 
 Q_SIGNALS:
@@ -226,6 +234,7 @@ private:
         m_disposalQueue.post(
             [value = std::make_shared<T>(std::move(value))]() mutable { value.reset(); });
     }
+    void openWith(std::function<Workspace::Opened()> open, Finished finished);
     void recordEvent(std::string title, std::string detail);
     static void report(const Finished& finished, const std::string& error);
     bool probeFullDiskAccess() const;
@@ -274,6 +283,7 @@ private:
     SerialQueue m_scanQueue; // the scanner's own thread
     SerialQueue m_quarantineQueue; // the Safe Area store's own thread
     SerialQueue m_removalQueue; // Trash and deletion
+    SerialQueue m_desktopQueue; // asks the desktop to open things
     SerialQueue m_disposalQueue; // frees what takes long to free
 };
 

@@ -1,90 +1,104 @@
 #include "platform/workspace.h"
 
+#include "core/domain/removal_guard.h"
+#include "platform/linux/desktop_program.h"
+
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
-#include <csignal>
 #include <string_view>
-#include <thread>
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 namespace kestavon {
 
 namespace {
 
-/// The part before the colon (RFC 3986); empty when the text has none, or is no URL.
-std::string_view schemeOf(std::string_view url)
+bool isAlphanumeric(char c)
 {
-    const auto isSchemeCharacter = [](char c) {
-        return std::isalnum(static_cast<unsigned char>(c)) || c == '+' || c == '-' || c == '.';
-    };
+    return std::isalnum(static_cast<unsigned char>(c)) != 0;
+}
+
+/// The part before the colon (RFC 3986), in lower case; empty when the text has none, or is no URL.
+std::string schemeOf(std::string_view url)
+{
+    const auto isSchemeCharacter
+        = [](char c) { return isAlphanumeric(c) || c == '+' || c == '-' || c == '.'; };
     const auto isPlain = [](char c) { return c > ' ' && c != '\x7F'; };
     const auto colon = url.find(':');
     if (colon == std::string_view::npos || colon + 1 == url.size())
         return {};
-    const auto scheme = url.substr(0, colon);
+    std::string scheme(url.substr(0, colon));
     const bool isUrl = !scheme.empty() && std::isalpha(static_cast<unsigned char>(scheme.front()))
         && std::ranges::all_of(scheme, isSchemeCharacter) && std::ranges::all_of(url, isPlain);
-    return isUrl ? scheme : std::string_view();
+    if (!isUrl)
+        return {};
+    std::ranges::transform(scheme, scheme.begin(),
+        [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
+    return scheme;
 }
 
-/// How a program is started that has nothing to do with this one any more.
-class DetachedStart {
-public:
-    DetachedStart()
-    {
-        ::posix_spawn_file_actions_init(&m_files);
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-            ::posix_spawn_file_actions_addopen(&m_files, stream, "/dev/null", O_RDWR, 0);
-
-        ::posix_spawnattr_init(&m_attributes);
-        sigset_t signals;
-        ::sigemptyset(&signals);
-        ::posix_spawnattr_setsigmask(&m_attributes, &signals);
-        ::sigaddset(&signals, SIGPIPE);
-        ::sigaddset(&signals, SIGCHLD);
-        ::posix_spawnattr_setsigdefault(&m_attributes, &signals);
-        ::posix_spawnattr_setflags(
-            &m_attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    }
-    ~DetachedStart()
-    {
-        ::posix_spawn_file_actions_destroy(&m_files);
-        ::posix_spawnattr_destroy(&m_attributes);
-    }
-    DetachedStart(const DetachedStart&) = delete;
-    DetachedStart& operator=(const DetachedStart&) = delete;
-
-    /// Whether the program was found and started.
-    bool run(std::string program, std::string argument) const
-    {
-        char* const arguments[] = {program.data(), argument.data(), nullptr};
-        ::pid_t child = 0;
-        if (::posix_spawnp(&child, program.c_str(), &m_files, &m_attributes, arguments, ::environ)
-            != 0)
-            return false;
-        // Someone must take the exit status, or the child stays as a zombie. It may run for as long
-        // as the browser it became.
-        std::thread([child] {
-            while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) { }
-        }).detach();
+/// Whether a program has said that it opens such URLs. xdg-open must not be asked: what nobody
+/// opens it gives to a web browser, which makes a search of it.
+bool hasHandler(const std::string& scheme)
+{
+    constexpr std::array<std::string_view, 4> always{"file", "http", "https", "mailto"};
+    if (std::ranges::find(always, scheme) != always.end())
         return true;
-    }
+    const auto handler
+        = outputOfProgram("xdg-mime", {"query", "default", "x-scheme-handler/" + scheme});
+    return handler && handler->find_first_not_of(" \t\r\n") != std::string::npos;
+}
 
-private:
-    ::posix_spawn_file_actions_t m_files{};
-    ::posix_spawnattr_t m_attributes{};
-};
+Workspace::Opened handOver(const std::string& url, std::string_view name)
+{
+    const auto quoted = "“" + std::string(name) + "” couldn’t be opened because ";
+    switch (startDetached("xdg-open", url)) {
+    case Start::running:
+    case Start::succeeded: break;
+    case Start::failed: return quoted + "no program on this computer opens it.";
+    case Start::missing: return quoted + "xdg-open is not installed.";
+    }
+    return Done{};
+}
 
 } // namespace
 
-bool DesktopWorkspace::openUrl(const std::string& url)
+Workspace::Opened DesktopWorkspace::openUrl(const std::string& url)
 {
-    return !schemeOf(url).empty() && DetachedStart().run("xdg-open", url);
+    const auto scheme = schemeOf(url);
+    if (scheme.empty())
+        return "“" + url + "” is not a link.";
+    if (!hasHandler(scheme))
+        return "No program on this computer opens “" + scheme + "” links.";
+    return handOver(url, url);
+}
+
+Workspace::Opened DesktopWorkspace::openItem(const std::string& path)
+{
+    const std::string name(lastComponent(path));
+    struct stat status { };
+    if (::stat(path.c_str(), &status) != 0) {
+        return "“" + name + "” couldn’t be opened because "
+            + (errno == EACCES ? "you don’t have permission to access it." : "it doesn’t exist.");
+    }
+    return handOver(fileUrl(path), name);
+}
+
+std::string fileUrl(const std::string& path)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (const char c : path) {
+        if (isAlphanumeric(c) || std::string_view("/-._~").find(c) != std::string_view::npos) {
+            url += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        url += {'%', digits[byte >> 4], digits[byte & 15]};
+    }
+    return url;
 }
 
 } // namespace kestavon

@@ -29,6 +29,8 @@ SectionScreen {
                 width: parent.width
                 title: "Your Mac, Understood."
                 subtitle: screen.dashboard.folder
+                subtitlePath: screen.dashboard.folderPath
+                pathActions: screen.ui.pathActions
             }
             Item { // the cards stand a little further from the title
                 width: parent.width
@@ -130,6 +132,7 @@ SectionScreen {
                         ActivityRow {
                             required property int index
                             width: events.width
+                            pathActions: screen.ui.pathActions
                             Hairline {
                                 visible: parent.index > 0
                                 width: parent.width

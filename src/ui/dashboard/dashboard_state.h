@@ -13,6 +13,7 @@ namespace kestavon {
 class DashboardState final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString folder READ folder NOTIFY changed)
+    Q_PROPERTY(kestavon::FilePath folderPath READ folderPath NOTIFY changed)
     Q_PROPERTY(QString itemsScanned READ itemsScanned NOTIFY changed)
     Q_PROPERTY(QString totalStorage READ totalStorage NOTIFY changed)
     Q_PROPERTY(QString hiddenFiles READ hiddenFiles NOTIFY changed)
@@ -27,6 +28,7 @@ public:
 
     /// The path of the folder that is scanned.
     const QString& folder() const { return m_folder; }
+    FilePath folderPath() const { return {m_model.selectedRoot()}; }
     const QString& itemsScanned() const { return m_metrics.itemsScanned; }
     const QString& totalStorage() const { return m_metrics.totalStorage; }
     const QString& hiddenFiles() const { return m_metrics.hiddenFiles; }

@@ -11,6 +11,7 @@ SectionScreen {
         anchors.fill: parent
         files: screen.largeFiles
         scan: screen.ui.scanPanel
+        pathActions: screen.ui.pathActions
         title: "Large Files"
         subtitle: "Top 100 files by size"
         emptyMessage: "Scan your Mac to find the largest files eating up your storage."

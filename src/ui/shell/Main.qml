@@ -145,5 +145,17 @@ T.ApplicationWindow {
         function onRaiseRequested() {
             window.bringToFront();
         }
+        function onFailed(reason) {
+            failure.active = true;
+            (failure.item as AlertDialog).message = reason;
+            (failure.item as AlertDialog).open();
+        }
+    }
+    Loader {
+        id: failure
+        active: false
+        sourceComponent: AlertDialog {
+            title: "Error"
+        }
     }
 }

@@ -191,6 +191,10 @@ SectionScreen {
                             width: Math.min(implicitWidth, parent.width - rootLabel.width - 20)
                             text: view.settings.scannedRoot
                             color: Theme.text2
+                            PathMenuArea {
+                                actions: view.ui.pathActions
+                                path: view.settings.scannedRootPath
+                            }
                         }
                     }
                     Link {
@@ -223,5 +227,16 @@ SectionScreen {
     AlertDialog {
         id: updates
         title: "Check for Updates"
+    }
+    AlertDialog {
+        id: linkError
+        title: "Error"
+    }
+    Connections {
+        target: view.settings
+        function onLinkFailed(reason) {
+            linkError.message = reason;
+            linkError.open();
+        }
     }
 }

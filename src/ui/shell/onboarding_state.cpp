@@ -2,6 +2,8 @@
 
 #include "ui/shell/shell_rules.h"
 
+#include <QPointer>
+
 namespace kestavon {
 
 namespace {
@@ -35,6 +37,17 @@ void OnboardingState::skip()
 {
     rememberShown();
     present(false);
+}
+
+void OnboardingState::openSystemSettings()
+{
+    m_model.openFullDiskAccessSettings(
+        [self = QPointer<OnboardingState>(this)](const std::string& error) {
+            if (!self)
+                return;
+            self->m_openError = QString::fromStdString(error);
+            Q_EMIT self->openErrorChanged();
+        });
 }
 
 void OnboardingState::dismiss()

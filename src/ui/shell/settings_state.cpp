@@ -2,6 +2,8 @@
 
 #include "ui/shell/product_links.h"
 
+#include <QPointer>
+
 #include <string>
 
 namespace kestavon {
@@ -26,6 +28,11 @@ QString SettingsState::scannedRoot() const
     return QString::fromStdString(m_model.selectedRoot());
 }
 
+FilePath SettingsState::scannedRootPath() const
+{
+    return {m_model.selectedRoot()};
+}
+
 QString SettingsState::supportAddressText() const
 {
     return QString::fromUtf8(supportAddress);
@@ -38,12 +45,20 @@ QString SettingsState::checkForUpdates()
 
 void SettingsState::visitWebsite()
 {
-    m_model.platform().workspace->openUrl(websiteUrl);
+    openUrl(websiteUrl);
 }
 
 void SettingsState::contactSupport()
 {
-    m_model.platform().workspace->openUrl(std::string("mailto:") + supportAddress);
+    openUrl(std::string("mailto:") + supportAddress);
+}
+
+void SettingsState::openUrl(const std::string& url)
+{
+    m_model.openUrl(url, [self = QPointer<SettingsState>(this)](const std::string& error) {
+        if (self && !error.empty())
+            Q_EMIT self->linkFailed(QString::fromStdString(error));
+    });
 }
 
 } // namespace kestavon

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/app_model.h"
+#include "ui/widgets/file_path.h"
 
 #include <QObject>
 #include <QString>
@@ -13,12 +14,14 @@ class SettingsState final : public QObject {
     /// "Version 1.0.0 (build 1)".
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QString scannedRoot READ scannedRoot NOTIFY scannedRootChanged)
+    Q_PROPERTY(kestavon::FilePath scannedRootPath READ scannedRootPath NOTIFY scannedRootChanged)
     Q_PROPERTY(QString supportAddress READ supportAddressText CONSTANT)
 public:
     explicit SettingsState(AppModel& model);
 
     QString version() const;
     QString scannedRoot() const;
+    FilePath scannedRootPath() const;
     QString supportAddressText() const;
 
     /// Looks for a newer version and returns what to tell the user.
@@ -28,8 +31,12 @@ public:
 
 Q_SIGNALS:
     void scannedRootChanged();
+    /// Nothing opened; `reason` is a sentence for a person.
+    void linkFailed(const QString& reason);
 
 private:
+    void openUrl(const std::string& url);
+
     AppModel& m_model;
 };
 

@@ -3,6 +3,7 @@
 #include "ui/shell/shell_rules.h"
 
 #include <QFile>
+#include <QPointer>
 
 namespace kestavon {
 
@@ -45,6 +46,15 @@ void ShellState::showRow(int row)
 {
     if (row >= 0 && row < m_sidebar.rowCount())
         m_model.setSection(m_sidebar.sectionAt(row));
+}
+
+void ShellState::openFullDiskAccessSettings()
+{
+    m_model.openFullDiskAccessSettings(
+        [self = QPointer<ShellState>(this)](const std::string& error) {
+            if (self && !error.empty())
+                Q_EMIT self->failed(text(error));
+        });
 }
 
 void ShellState::takeOver(const std::string& folder)

@@ -43,7 +43,7 @@ public:
     Q_INVOKABLE void chooseFolder() { m_model.chooseScanFolder(m_folderPicker); }
     Q_INVOKABLE void scan() { m_model.startStorageScan(); }
     Q_INVOKABLE void stop() { m_model.stopStorageScan(); }
-    Q_INVOKABLE void openFullDiskAccessSettings() { m_model.openFullDiskAccessSettings(); }
+    Q_INVOKABLE void openFullDiskAccessSettings();
     Q_INVOKABLE void refreshFullDiskAccess() { m_model.refreshFullDiskAccess(); }
     /// Asks the window to come to the front.
     Q_INVOKABLE void raise() { Q_EMIT raiseRequested(); }
@@ -57,6 +57,8 @@ Q_SIGNALS:
     void isScanningChanged();
     void hasFullDiskAccessChanged();
     void raiseRequested();
+    /// Something the user asked for could not be done; `reason` is a sentence for a person.
+    void failed(const QString& reason);
 
 private:
     void follow(AppModel::Field field);

@@ -17,6 +17,7 @@ SectionScreen {
         anchors.fill: parent
         files: screen.storage
         scan: screen.ui.scanPanel
+        pathActions: screen.ui.pathActions
         title: "Storage"
         subtitle: screen.storage.subtitle
         emptyMessage: "Scan your Mac to see every file and folder sorted by size."

@@ -9,6 +9,9 @@ Item {
     required property string detail
     /// "5 minutes ago"
     required property string age
+    /// A FilePath, where the detail is a path.
+    required property var path
+    required property PathActions pathActions
 
     implicitHeight: 50
     Accessible.role: Accessible.ListItem
@@ -46,5 +49,9 @@ Item {
         role: AppText.Role.Caption
         color: Theme.text3
         Accessible.ignored: true
+    }
+    PathMenuArea {
+        actions: row.pathActions
+        path: row.path
     }
 }

@@ -8,6 +8,7 @@ Item {
 
     required property FileTableState files
     required property ScanPanelState scan
+    required property PathActions pathActions
     required property string title
     required property string subtitle
     /// Shown while there is nothing to list.
@@ -59,6 +60,7 @@ Item {
         width: parent.width
         visible: !page.files.empty
         rows: page.files.rows
+        pathActions: page.pathActions
     }
     FileActionBar {
         id: bar

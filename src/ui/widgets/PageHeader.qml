@@ -8,6 +8,9 @@ Item {
 
     required property string title
     property string subtitle
+    /// A FilePath, where the subtitle is a path.
+    property var subtitlePath
+    property PathActions pathActions
     default property alias controls: row.data
 
     implicitHeight: 54
@@ -26,6 +29,10 @@ Item {
         width: Math.min(implicitWidth, row.x - 12)
         text: header.subtitle
         color: Theme.text2
+        PathMenuArea {
+            actions: header.pathActions
+            path: header.subtitlePath
+        }
     }
     Row {
         id: row

@@ -12,6 +12,7 @@ Item {
 
     required property RecordTableModel rows
     required property list<TableColumn> columns
+    required property PathActions pathActions
     /// What the table holds, for screen readers.
     property string name: "Files"
     property real rowHeight: 34
@@ -179,6 +180,7 @@ Item {
                 rows: table.rows
                 columns: table.columns
                 cells: table.cells
+                pathActions: table.pathActions
                 tableFocused: body.activeFocus
                 ringShown: table.keyboardUsed && body.activeFocus
                 width: body.width

@@ -9,6 +9,7 @@ Item {
     required property list<TableColumn> columns
     /// Left edge and width of each column.
     required property var cells
+    required property PathActions pathActions
     required property int row
     /// The table has the keyboard, and whether it was used.
     required property bool tableFocused
@@ -119,7 +120,7 @@ Item {
         }
     }
     FocusRing {
-        visible: line.current && line.ringShown
+        visible: line.current && line.ringShown || pathMenu.open
         anchors.fill: parent
         anchors.margins: 0
         anchors.leftMargin: 3
@@ -129,6 +130,15 @@ Item {
     }
     HoverHandler {
         id: hover
+    }
+    PathMenuArea {
+        id: pathMenu
+        actions: line.pathActions
+        path: {
+            line.rows.contentRevision;
+            return line.exists ? line.rows.filePath(line.row) : null;
+        }
+        focused: line.current && line.tableFocused
     }
     TapHandler {
         acceptedModifiers: Qt.KeyboardModifierMask

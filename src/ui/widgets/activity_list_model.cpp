@@ -17,6 +17,12 @@ std::int64_t millisecondsToNextAge(Timestamp moment, Timestamp now)
     return (step - age % step).count();
 }
 
+FilePath pathOf(const ActivityEvent& event)
+{
+    // Only restored items are told by their whole path.
+    return {event.detail.starts_with('/') ? event.detail : std::string()};
+}
+
 ActivityListModel::ActivityListModel(AppModel& model, int limit, QObject* parent)
     : QAbstractListModel(parent)
     , m_model(model)
@@ -45,13 +51,14 @@ QVariant ActivityListModel::data(const QModelIndex& index, int role) const
     case TitleRole: return displayText(event.title);
     case DetailRole: return displayText(event.detail);
     case AgeRole: return displayText(relativeDateText(event.date, m_model.platform().clock->now()));
+    case PathRole: return QVariant::fromValue(pathOf(event));
     default: return {};
     }
 }
 
 QHash<int, QByteArray> ActivityListModel::roleNames() const
 {
-    return {{TitleRole, "title"}, {DetailRole, "detail"}, {AgeRole, "age"}};
+    return {{TitleRole, "title"}, {DetailRole, "detail"}, {AgeRole, "age"}, {PathRole, "path"}};
 }
 
 void ActivityListModel::setTicking(bool ticking)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/app_model.h"
+#include "ui/widgets/file_path.h"
 
 #include <QAbstractListModel>
 #include <QTimer>
@@ -13,6 +14,9 @@ namespace kestavon {
 /// its age in the first minute, the next full minute after that.
 std::int64_t millisecondsToNextAge(Timestamp moment, Timestamp now);
 
+/// The path that an event's detail is; empty when it is something else.
+FilePath pathOf(const ActivityEvent& event);
+
 /// The newest events of the activity history, each with how long ago it was; while `ticking`, that
 /// text is kept current. Main thread.
 class ActivityListModel final : public QAbstractListModel {
@@ -20,7 +24,7 @@ class ActivityListModel final : public QAbstractListModel {
     Q_PROPERTY(bool empty READ empty NOTIFY emptyChanged)
     Q_PROPERTY(bool ticking READ ticking WRITE setTicking NOTIFY tickingChanged)
 public:
-    enum Role { TitleRole = Qt::UserRole, DetailRole, AgeRole };
+    enum Role { TitleRole = Qt::UserRole, DetailRole, AgeRole, PathRole };
 
     /// At most `limit` events of the model's history.
     explicit ActivityListModel(

@@ -4,9 +4,11 @@ list(APPEND ui_state_sources
     widgets/disk_bar_state.cpp widgets/disk_bar_state.h
     widgets/display_text.h
     widgets/file_table_state.cpp widgets/file_table_state.h
+    widgets/file_path.h
     widgets/live_count.cpp widgets/live_count.h
     widgets/memory_bar_rules.cpp widgets/memory_bar_rules.h
     widgets/memory_bar_state.cpp widgets/memory_bar_state.h
+    widgets/path_actions.cpp widgets/path_actions.h
     widgets/record_removal.cpp widgets/record_removal.h
     widgets/scan_panel_rules.cpp widgets/scan_panel_rules.h
     widgets/scan_panel_state.cpp widgets/scan_panel_state.h
@@ -21,6 +23,8 @@ list(APPEND ui_qml_files
     widgets/MetricCard.qml
     widgets/NeedsScanView.qml
     widgets/PageHeader.qml
+    widgets/PathMenu.qml
+    widgets/PathMenuArea.qml
     widgets/PulsingDot.qml
     widgets/RemovalDialogs.qml
     widgets/ScanLivePanel.qml

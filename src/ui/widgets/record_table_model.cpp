@@ -191,6 +191,12 @@ bool RecordTableModel::isFolder(int row) const
     return position && shownRecords()->isDirectory(*position);
 }
 
+FilePath RecordTableModel::filePath(int row) const
+{
+    const auto position = positionAt(row);
+    return {position ? shownRecords()->path(*position) : std::string()};
+}
+
 bool RecordTableModel::isSelected(int row) const
 {
     return row >= 0 && m_selection.isSelected(static_cast<std::size_t>(row));

@@ -5,6 +5,7 @@
 #include "core/model/record_selection.h"
 #include "core/model/record_view.h"
 #include "platform/calendar.h"
+#include "ui/widgets/file_path.h"
 
 #include <QObject>
 #include <QString>
@@ -82,6 +83,8 @@ public:
     /// The size as a share of the first row's, 0 to 1: for a bar beside it.
     Q_INVOKABLE double sizeShare(int row) const;
     Q_INVOKABLE bool isFolder(int row) const;
+    /// The full path's bytes, to do something with.
+    Q_INVOKABLE kestavon::FilePath filePath(int row) const;
     /// @}
 
     /// @name Selecting

@@ -2,8 +2,10 @@
 
 #include "ui/widgets/activity_list_model.h"
 #include "ui/widgets/disk_bar_state.h"
+#include "ui/widgets/file_path.h"
 #include "ui/widgets/file_table_state.h"
 #include "ui/widgets/memory_bar_state.h"
+#include "ui/widgets/path_actions.h"
 #include "ui/widgets/record_removal.h"
 #include "ui/widgets/record_table_model.h"
 #include "ui/widgets/scan_panel_state.h"
@@ -26,6 +28,12 @@ struct DiskBarStateType {
     QML_UNCREATABLE("made by C++")
 };
 
+struct FilePathType {
+    Q_GADGET
+    QML_FOREIGN(kestavon::FilePath)
+    QML_VALUE_TYPE(filePath)
+};
+
 struct FileTableStateType {
     Q_GADGET
     QML_FOREIGN(kestavon::FileTableState)
@@ -37,6 +45,13 @@ struct MemoryBarStateType {
     Q_GADGET
     QML_FOREIGN(kestavon::MemoryBarState)
     QML_NAMED_ELEMENT(MemoryBarState)
+    QML_UNCREATABLE("made by C++")
+};
+
+struct PathActionsType {
+    Q_GADGET
+    QML_FOREIGN(kestavon::PathActions)
+    QML_NAMED_ELEMENT(PathActions)
     QML_UNCREATABLE("made by C++")
 };
 

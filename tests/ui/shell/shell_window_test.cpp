@@ -74,9 +74,15 @@ TEST_F(ShellWindowTest, OnboardingIsOfferedOnceAndClosesWhenAccessIsThere)
     EXPECT_EQ(focusedName(), QStringLiteral("Open System Settings"));
 
     press(Qt::Key_Return);
+    EXPECT_TRUE(processEventsUntil([this] { return !machine.workspace->opened().empty(); }));
     EXPECT_THAT(
-        machine.workspace->opened, testing::ElementsAre(testing::HasSubstr("Privacy_AllFiles")));
+        machine.workspace->opened(), testing::ElementsAre(testing::HasSubstr("Privacy_AllFiles")));
     EXPECT_TRUE(shown(sheetTitle)) << "the sheet stays until access is there";
+
+    const auto reason = QStringLiteral("Nothing opens such links.");
+    machine.workspace->refuse(reason.toStdString());
+    press(Qt::Key_Return);
+    waitFor(reason);
 
     machine.files->listable.insert("/home/alice/Library/Messages");
     waitUntilGone(sheetTitle);
@@ -115,8 +121,16 @@ TEST_F(ShellWindowTest, SettingsTellTheVersionAndLeadOut)
     waitFor(QStringLiteral("/srv/data"));
     click(QStringLiteral("Visit Website →"));
     click(QStringLiteral("Contact Support"));
-    EXPECT_THAT(machine.workspace->opened,
+    EXPECT_TRUE(processEventsUntil([this] { return machine.workspace->opened().size() == 2; }));
+    EXPECT_THAT(machine.workspace->opened(),
         testing::ElementsAre("https://kestavon.example", "mailto:support@kestavon.example"));
+
+    const auto reason = QStringLiteral("There is no web browser.");
+    machine.workspace->refuse(reason.toStdString());
+    click(QStringLiteral("Visit Website →"));
+    waitFor(reason);
+    click(QStringLiteral("OK"));
+    waitUntilGone(reason);
 
     click(QStringLiteral("Check for Updates"));
     waitFor(QStringLiteral("OK"));

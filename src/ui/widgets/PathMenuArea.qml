@@ -1,0 +1,50 @@
+import QtQuick
+import Kestavon.Ui
+
+/// Makes the item it is put into offer what can be done with the path that it shows: a right click
+/// anywhere on the item, or the Menu key or Shift+F10 while the item has the keyboard.
+///
+///     PathMenuArea { actions: screen.ui.pathActions; path: row.path }
+Item {
+    id: area
+
+    required property PathActions actions
+    /// A FilePath; without one there is nothing to offer.
+    property var path
+    /// The keys are meant for this item. A list that keeps the keyboard says so for its current row.
+    property bool focused: parent !== null && parent.activeFocus
+    readonly property bool offered: path !== undefined && path !== null && !path.empty
+    /// The menu is open: the item may show that it is the one meant.
+    readonly property bool open: loader.item !== null && (loader.item as PathMenu).visible
+
+    function openAt(x: real, y: real) {
+        if (!offered)
+            return;
+        loader.active = true;
+        const menu = loader.item as PathMenu;
+        menu.path = path;
+        menu.popup(area, x, y);
+    }
+
+    anchors.fill: parent
+
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        acceptedModifiers: Qt.KeyboardModifierMask
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        enabled: area.offered
+        onTapped: area.openAt(point.position.x, point.position.y)
+    }
+    Shortcut {
+        sequences: ["Menu", "Shift+F10"]
+        enabled: area.focused && area.offered && area.visible
+        onActivated: area.openAt(28, area.height)
+    }
+    Loader {
+        id: loader
+        active: false
+        sourceComponent: PathMenu {
+            actions: area.actions
+        }
+    }
+}
