@@ -15,6 +15,9 @@ UiStates::UiStates(AppModel& model)
     , m_dashboard(model, m_liveCount)
     , m_storage(model)
     , m_largeFiles(model)
+    , m_cleaner(model)
+    , m_safeArea(model)
+    , m_history(model)
 {
     connect(&m_pathActions, &PathActions::failed, &m_shell, &ShellState::failed);
 }

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "core/model/app_model.h"
+#include "ui/cleaner/cleaner_state.h"
 #include "ui/dashboard/dashboard_state.h"
+#include "ui/history/history_state.h"
 #include "ui/largefiles/large_files_state.h"
+#include "ui/safearea/safe_area_state.h"
 #include "ui/shell/onboarding_state.h"
 #include "ui/shell/settings_state.h"
 #include "ui/shell/shell_state.h"
@@ -33,6 +36,9 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::DashboardState* dashboard READ dashboard CONSTANT)
     Q_PROPERTY(kestavon::StorageState* storage READ storage CONSTANT)
     Q_PROPERTY(kestavon::LargeFilesState* largeFiles READ largeFiles CONSTANT)
+    Q_PROPERTY(kestavon::CleanerState* cleaner READ cleaner CONSTANT)
+    Q_PROPERTY(kestavon::SafeAreaState* safeArea READ safeArea CONSTANT)
+    Q_PROPERTY(kestavon::HistoryState* history READ history CONSTANT)
 public:
     /// `model` must outlive this.
     explicit UiStates(AppModel& model);
@@ -48,6 +54,9 @@ public:
     DashboardState* dashboard() { return &m_dashboard; }
     StorageState* storage() { return &m_storage; }
     LargeFilesState* largeFiles() { return &m_largeFiles; }
+    CleanerState* cleaner() { return &m_cleaner; }
+    SafeAreaState* safeArea() { return &m_safeArea; }
+    HistoryState* history() { return &m_history; }
     /// The live count that screens share.
     LiveCount& liveCount() { return m_liveCount; }
 
@@ -64,6 +73,9 @@ private:
     DashboardState m_dashboard;
     StorageState m_storage;
     LargeFilesState m_largeFiles;
+    CleanerState m_cleaner;
+    SafeAreaState m_safeArea;
+    HistoryState m_history;
 };
 
 } // namespace kestavon

@@ -1,6 +1,8 @@
 // Draws every screen in its states, light and dark, as PNG files: kestavon_shots FOLDER [NAME-PART]
+#include "shots/paper_disk.h"
 #include "shots/shot_data.h"
 #include "support/event_loop.h"
+#include "support/moments.h"
 #include "support/records.h"
 #include "ui/support/test_window.h"
 #include "ui/widgets/threat_badge_rules.h"
@@ -79,6 +81,51 @@ void allowRemoval(FileTableState& files)
     });
 }
 
+/// Suggestions, the first of which are ticked but for two.
+void suggest(TestWindow& window)
+{
+    window.machine.clock->time = test::utc(2026, 11, 22, 14, 5);
+    window.scan({.records = shots::homeToClean()});
+    window.model->deselectAllCleanup();
+    for (int row = 0; row < 10; ++row) {
+        if (row != 1 && row != 4)
+            window.states->cleaner()->toggle(row);
+    }
+    window.clickAt(window.need("suggestions").mapToScene({25, 3 * 52 + 26}));
+    window.press(Qt::Key_Down);
+    window.states->cleaner()->toggle(3);
+}
+
+/// Moves things to the Safe Area at different times.
+void hold(TestWindow& window)
+{
+    for (const auto& held : shots::itemsToHold()) {
+        window.machine.clock->time = held.movedAt;
+        JunkGroup group;
+        group.items.push_back(held.candidate);
+        bool done = false;
+        window.model->cleanJunkItems(group, {held.candidate.id}, ActionKind::safeArea, {},
+            [&done](const std::string&) { done = true; });
+        test::processEventsUntil([&done] { return done; });
+    }
+}
+
+/// A day's history of scans, moves and restores.
+void makeHistory(TestWindow& window)
+{
+    window.scan({.records = shots::livedInHome(), .hitMemoryLimit = true});
+    window.machine.clock->time = test::utc(2026, 11, 22, 12, 10);
+    hold(window);
+    for (const int minutes : {9, 7, 11, 5}) {
+        window.machine.clock->time += std::chrono::minutes(minutes);
+        window.states->safeArea()->restore(3);
+        test::processEventsUntil([&] { return !window.states->safeArea()->items()->isBusy(3); });
+    }
+    scanOften(window);
+    window.states->history()->events()->setTicking(false);
+    window.states->history()->events()->setTicking(true);
+}
+
 const std::vector<Shot> shotList{
     {"dashboard-idle", AppSection::dashboard},
     {"dashboard-scanning", AppSection::dashboard, startScan},
@@ -134,6 +181,39 @@ const std::vector<Shot> shotList{
             window.states->storage()->removal()->askTrash();
             window.states->storage()->removal()->confirm();
         }},
+    {"cleaner", AppSection::cleaner, suggest, true},
+    {"cleaner-empty", AppSection::cleaner},
+    {"cleaner-few", AppSection::cleaner,
+        [](TestWindow& window) {
+            window.scan({.records = RecordList::fromRecords("/home/alice",
+                             std::vector{test::file("/home/alice/Library/Caches/a/one.db", 1'000),
+                                 test::file("/home/alice/Library/Caches/a/two.db", 2'000)})});
+        }},
+    {"dialog-cleaner", AppSection::cleaner,
+        [](TestWindow& window) {
+            suggest(window);
+            window.clickItem("moveToSafeArea");
+        }},
+    {"safe-area", AppSection::quarantine, hold, true},
+    {"safe-area-empty", AppSection::quarantine},
+    {"safe-area-keyboard", AppSection::quarantine,
+        [](TestWindow& window) {
+            hold(window);
+            window.need("Held items").forceActiveFocus(Qt::TabFocusReason);
+            window.press(Qt::Key_Down);
+        }},
+    {"dialog-restore-all", AppSection::quarantine,
+        [](TestWindow& window) {
+            hold(window);
+            window.clickItem("restoreAll");
+        }},
+    {"dialog-delete-all", AppSection::quarantine,
+        [](TestWindow& window) {
+            hold(window);
+            window.clickItem("deleteAll");
+        }},
+    {"history", AppSection::history, makeHistory, true},
+    {"history-empty", AppSection::history},
     {"settings", AppSection::settings},
     {"popover", AppSection::dashboard,
         [](TestWindow& window) {
@@ -147,6 +227,9 @@ const std::vector<Shot> shotList{
 void draw(const Shot& shot, const QString& theme, QSize size, const QString& file)
 {
     TestWindow window;
+    const auto moved = std::make_shared<std::set<std::string>>();
+    window.machine.mover = std::make_shared<shots::PaperMover>(moved);
+    window.machine.places = std::make_shared<shots::PaperPlaces>(moved);
     window.machine.settings->setFlag("kv.fda.onboardingShown", !shot.asksForAccess);
     window.machine.memory->value = MemorySnapshot{.freeBytes = 2'310'000'000,
         .activeBytes = 6'000'000'000,

@@ -103,6 +103,74 @@ std::vector<FileRecord> makeRecords()
 
 } // namespace
 
+std::shared_ptr<const RecordList> homeToClean()
+{
+    struct Old {
+        const char* path; ///< below the home
+        std::int64_t bytes;
+        Timestamp modifiedAt;
+    };
+    const std::array named{
+        Old{"Library/Caches/org.example.editor/index-v9/symbols.db", 8'210'000'000,
+            utc(2026, 11, 22, 10, 31)},
+        Old{"Downloads/openmaps-europe-2026-01.osm.pbf", 7'930'000'000, utc(2026, 1, 19, 20, 48)},
+        Old{"Downloads/workshop-recording-1920x1080.mp4", 4'880'000'000, utc(2026, 7, 5, 12, 0)},
+        Old{"Library/Caches/org.example.maps/tile-atlas-0007.bin", 512'400'000,
+            utc(2026, 11, 18, 8, 12)},
+        Old{"Downloads/skyline-racer-setup.run", 498'700'000, utc(2026, 4, 30, 21, 5)},
+        Old{"Library/Caches/org.example.browser/data_3", 274'900'000, utc(2026, 11, 22, 11, 2)},
+        Old{"Library/Caches/org.example.photos/thumbs-large.sqlite", 231'600'000,
+            utc(2026, 11, 21, 19, 40)},
+        Old{"Downloads/conference-slides-all.zip", 188'300'000, utc(2026, 3, 11, 9, 27)},
+        Old{"Library/Caches/org.example.editor/journal-00000000000318.cache", 64'100'000,
+            utc(2026, 11, 20, 23, 58)},
+        Old{"Library/Caches/org.example.editor/startup-snapshot.blob", 31'800'000,
+            utc(2026, 11, 22, 7, 44)},
+        Old{"Library/Caches/org.example.mail/index.db-wal", 18'200'000, utc(2026, 11, 22, 9, 3)},
+    };
+    static const auto list = [&] {
+        std::vector<FileRecord> records;
+        for (const auto& old : named)
+            records.push_back(
+                file(std::string("/home/alice/") + old.path, old.bytes, old.modifiedAt));
+        addFiles(records, "/home/alice/Library/Caches/org.example.web/", 115, 51'000'000);
+        return RecordList::fromRecords("/home/alice", records);
+    }();
+    return list;
+}
+
+std::vector<Held> itemsToHold()
+{
+    struct Row {
+        const char* path;
+        const char* reason;
+        Timestamp movedAt;
+    };
+    const std::array rows{
+        Row{"Library/Application Support/MobileSync/Backup/00008110-001A2D", "iOS/iPadOS backup",
+            utc(2026, 11, 22, 12, 17)},
+        Row{"Library/Application Support/com.gone.timelapse", "Orphaned app support data",
+            utc(2026, 11, 22, 13, 31)},
+        Row{"Library/Preferences/com.gone.timelapse.plist", "Orphaned preference file",
+            utc(2026, 11, 22, 13, 31)},
+        Row{"Downloads/travel-photos-export.zip", "Old download", utc(2026, 11, 22, 13, 48)},
+        Row{"Library/Logs/nightly-tools.log", "System log", utc(2026, 11, 22, 14, 2)},
+        Row{"Library/Caches/org.example.weather", "Application cache", utc(2026, 11, 22, 14, 5)},
+        Row{"Library/Caches/com.example.games.launcher", "Application cache",
+            utc(2026, 11, 22, 14, 5)},
+    };
+    std::vector<Held> held;
+    for (const auto& row : rows) {
+        Held item{.candidate = {}, .movedAt = row.movedAt};
+        item.candidate.id = Uuid::random();
+        item.candidate.record = file(std::string("/home/alice/") + row.path, 1000);
+        item.candidate.reason = row.reason;
+        item.candidate.estimatedBytes = 1000;
+        held.push_back(std::move(item));
+    }
+    return held;
+}
+
 std::shared_ptr<const RecordList> livedInHome()
 {
     static const auto list = RecordList::fromRecords("/home/alice", makeRecords());

@@ -1,13 +1,25 @@
 #pragma once
 
+#include "core/domain/cleanup_candidate.h"
 #include "core/domain/record_list.h"
 
 #include <memory>
+#include <vector>
 
 namespace kestavon::shots {
 
 /// What a scan of a lived-in home finds: 418236 files and folders of 287.94 GB, 41.37 GB of it
 /// hidden. The same list on every call.
 std::shared_ptr<const RecordList> livedInHome();
+
+/// What a scan finds that leads to 126 suggestions. The same list on every call.
+std::shared_ptr<const RecordList> homeToClean();
+
+/// Items to be held in the Safe Area, the oldest first, and when each is moved there.
+struct Held {
+    CleanupCandidate candidate;
+    Timestamp movedAt;
+};
+std::vector<Held> itemsToHold();
 
 } // namespace kestavon::shots

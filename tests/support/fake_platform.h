@@ -120,6 +120,8 @@ struct FakeMachine {
     std::shared_ptr<FakeSettings> settings = std::make_shared<FakeSettings>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
+    std::shared_ptr<FileMover> mover = std::make_shared<SystemFileMover>();
+    std::shared_ptr<FilePlaces> places = std::make_shared<SystemFilePlaces>();
     std::string home = "/home/alice";
 
     Platform platform() const
@@ -138,9 +140,9 @@ struct FakeMachine {
         platform.clock = clock;
         platform.calendar = std::make_shared<SystemCalendar>();
         platform.settings = settings;
-        platform.mover = std::make_shared<SystemFileMover>();
+        platform.mover = mover;
         platform.remover = std::make_shared<SystemFileRemover>();
-        platform.places = std::make_shared<SystemFilePlaces>();
+        platform.places = places;
         platform.protectedPlaces
             = std::make_shared<const ProtectedPlaces>(ProtectedPlaces::Lists());
         platform.trash = trash;

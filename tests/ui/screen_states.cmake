@@ -1,7 +1,9 @@
 kestavon_test(screen_state_tests
     SOURCES
         support/qt_main.cpp
+        ui/cleaner/cleaner_rules_test.cpp
         ui/dashboard/dashboard_test.cpp
+        ui/safearea/safe_area_rules_test.cpp
         ui/storage/file_table_test.cpp
         ui/storage/record_removal_test.cpp
         ui/widgets/disk_bar_test.cpp

@@ -1,6 +1,7 @@
 #include "ui/widgets/activity_list_model.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <algorithm>
 #include <chrono>
@@ -49,7 +50,7 @@ QVariant ActivityListModel::data(const QModelIndex& index, int role) const
     const auto& event = m_model.history()[static_cast<std::size_t>(index.row())];
     switch (role) {
     case TitleRole: return displayText(event.title);
-    case DetailRole: return displayText(event.detail);
+    case DetailRole: return fileNameText(event.detail); // it may be a path
     case AgeRole: return displayText(relativeDateText(event.date, m_model.platform().clock->now()));
     case PathRole: return QVariant::fromValue(pathOf(event));
     default: return {};
@@ -80,6 +81,8 @@ void ActivityListModel::reload()
     m_count
         = static_cast<int>(std::min(m_model.history().size(), static_cast<std::size_t>(m_limit)));
     endResetModel();
+    ++m_revision;
+    Q_EMIT contentChanged();
     scheduleTick();
     if (wasEmpty != empty())
         Q_EMIT emptyChanged();
@@ -104,6 +107,8 @@ void ActivityListModel::tick()
 {
     if (m_count > 0)
         Q_EMIT dataChanged(index(0), index(m_count - 1), {AgeRole});
+    ++m_revision;
+    Q_EMIT contentChanged();
     scheduleTick();
 }
 

@@ -22,6 +22,8 @@ FilePath pathOf(const ActivityEvent& event);
 class ActivityListModel final : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(bool empty READ empty NOTIFY emptyChanged)
+    Q_PROPERTY(int count READ count NOTIFY contentChanged)
+    Q_PROPERTY(int revision READ revision NOTIFY contentChanged)
     Q_PROPERTY(bool ticking READ ticking WRITE setTicking NOTIFY tickingChanged)
 public:
     enum Role { TitleRole = Qt::UserRole, DetailRole, AgeRole, PathRole };
@@ -34,16 +36,29 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    bool empty() const { return rowCount() == 0; }
+    bool empty() const { return m_count == 0; }
+
+    /// @name The same for a list that asks for each row by its number
+    /// A row that does not exist is blank. Ask again whenever the revision has changed.
+    /// @{
+    int count() const { return m_count; }
+    int revision() const { return m_revision; }
+    Q_INVOKABLE QString titleText(int row) const { return text(row, TitleRole); }
+    Q_INVOKABLE QString detailText(int row) const { return text(row, DetailRole); }
+    Q_INVOKABLE QString ageText(int row) const { return text(row, AgeRole); }
+    /// @}
+
     /// Whether a view is showing the events.
     bool ticking() const { return m_ticking; }
     void setTicking(bool ticking);
 
 Q_SIGNALS:
     void emptyChanged();
+    void contentChanged();
     void tickingChanged();
 
 private:
+    QString text(int row, int role) const { return data(index(row), role).toString(); }
     void reload();
     void scheduleTick();
     void tick();
@@ -51,6 +66,7 @@ private:
     AppModel& m_model;
     int m_limit;
     int m_count = 0; ///< rows announced to the views
+    int m_revision = 0;
     bool m_ticking = false;
     QTimer m_timer;
 };

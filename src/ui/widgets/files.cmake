@@ -1,5 +1,6 @@
 list(APPEND ui_state_sources
     widgets/activity_list_model.cpp widgets/activity_list_model.h
+    widgets/confirmation.cpp widgets/confirmation.h
     widgets/disk_bar_rules.cpp widgets/disk_bar_rules.h
     widgets/disk_bar_state.cpp widgets/disk_bar_state.h
     widgets/display_text.h
@@ -16,6 +17,7 @@ list(APPEND ui_state_sources
 list(APPEND ui_module_sources widgets/widgets_types.h)
 list(APPEND ui_qml_files
     widgets/ActivityRow.qml
+    widgets/ConfirmationDialogs.qml
     widgets/FileActionBar.qml
     widgets/FileTablePage.qml
     widgets/LegendDot.qml
@@ -33,6 +35,8 @@ list(APPEND ui_qml_files
     widgets/StorageBar.qml
     widgets/TableColumn.qml
     widgets/ThreatBadge.qml
+    widgets/VirtualList.qml
+    widgets/VirtualListRow.qml
     widgets/VirtualTable.qml
     widgets/VirtualTableRow.qml)
 include(widgets/record_table.cmake)

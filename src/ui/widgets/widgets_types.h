@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/widgets/activity_list_model.h"
+#include "ui/widgets/confirmation.h"
 #include "ui/widgets/disk_bar_state.h"
 #include "ui/widgets/file_path.h"
 #include "ui/widgets/file_table_state.h"
@@ -18,6 +19,13 @@ struct ActivityListModelType {
     Q_GADGET
     QML_FOREIGN(kestavon::ActivityListModel)
     QML_NAMED_ELEMENT(ActivityListModel)
+    QML_UNCREATABLE("made by C++")
+};
+
+struct ConfirmationType {
+    Q_GADGET
+    QML_FOREIGN(kestavon::Confirmation)
+    QML_NAMED_ELEMENT(Confirmation)
     QML_UNCREATABLE("made by C++")
 };
 

@@ -1,0 +1,76 @@
+#include "ui/safearea/held_items.h"
+
+#include "core/domain/removal_guard.h"
+#include "ui/safearea/safe_area_rules.h"
+#include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
+
+namespace kestavon {
+
+HeldItems::HeldItems(Source source, std::shared_ptr<const Calendar> calendar)
+    : m_source(std::move(source))
+    , m_calendar(std::move(calendar))
+{
+}
+
+const QuarantineItem* HeldItems::at(int row) const
+{
+    const auto& items = m_source();
+    const auto i = static_cast<std::size_t>(row);
+    return row >= 0 && i < items.size() ? &items[i] : nullptr;
+}
+
+std::optional<QuarantineItem> HeldItems::itemAt(int row) const
+{
+    const auto* item = at(row);
+    return item ? std::optional(*item) : std::nullopt;
+}
+
+QString HeldItems::nameText(int row) const
+{
+    const auto* item = at(row);
+    return item ? fileNameText(lastComponent(item->originalPath)) : QString();
+}
+
+QString HeldItems::pathText(int row) const
+{
+    const auto* item = at(row);
+    return item ? fileNameText(item->originalPath) : QString();
+}
+
+QString HeldItems::reasonText(int row) const
+{
+    const auto* item = at(row);
+    return item ? fileNameText(item->reason) : QString();
+}
+
+QString HeldItems::movedText(int row) const
+{
+    const auto* item = at(row);
+    return item ? kestavon::movedText(item->date, *m_calendar) : QString();
+}
+
+bool HeldItems::isBusy(int row) const
+{
+    const auto* item = at(row);
+    return item && m_busy.contains(item->id);
+}
+
+void HeldItems::reload()
+{
+    ++m_revision;
+    Q_EMIT rowsChanged();
+    Q_EMIT changed();
+}
+
+void HeldItems::setBusy(const Uuid& id, bool busy)
+{
+    if (busy)
+        m_busy.insert(id);
+    else
+        m_busy.erase(id);
+    ++m_revision;
+    Q_EMIT changed();
+}
+
+} // namespace kestavon

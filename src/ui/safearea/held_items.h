@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/domain/quarantine_item.h"
+#include "platform/calendar.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <vector>
+
+namespace kestavon {
+
+/// Items of the Safe Area as rows from 0; a row that does not exist is blank. Ask again whenever
+/// the revision has changed. Main thread.
+class HeldItems final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(int rowCount READ rowCount NOTIFY rowsChanged)
+    Q_PROPERTY(int revision READ revision NOTIFY changed)
+public:
+    using Source = std::function<const std::vector<QuarantineItem>&()>;
+
+    /// `source` gives the items as they are now, and is asked anew after `reload`.
+    HeldItems(Source source, std::shared_ptr<const Calendar> calendar);
+
+    int rowCount() const { return static_cast<int>(m_source().size()); }
+    int revision() const { return m_revision; }
+    Q_INVOKABLE QString nameText(int row) const;
+    Q_INVOKABLE QString pathText(int row) const; ///< where restoring puts the item
+    Q_INVOKABLE QString reasonText(int row) const;
+    Q_INVOKABLE QString movedText(int row) const;
+    /// Whether the item is being restored or deleted.
+    Q_INVOKABLE bool isBusy(int row) const;
+
+    std::optional<QuarantineItem> itemAt(int row) const;
+    void reload();
+    void setBusy(const Uuid& id, bool busy);
+
+Q_SIGNALS:
+    /// Other items stand in the rows.
+    void rowsChanged();
+    /// A row may show something else than before.
+    void changed();
+
+private:
+    const QuarantineItem* at(int row) const;
+
+    Source m_source;
+    std::shared_ptr<const Calendar> m_calendar;
+    std::unordered_set<Uuid> m_busy;
+    int m_revision = 0;
+};
+
+} // namespace kestavon

@@ -1,0 +1,39 @@
+#include "ui/widgets/confirmation.h"
+
+#include <utility>
+
+namespace kestavon {
+
+void Confirmation::ask(ConfirmationTexts texts, std::function<void()> deed)
+{
+    if (asking() || !deed)
+        return;
+    m_texts = std::move(texts);
+    m_deed = std::move(deed);
+    Q_EMIT askingChanged();
+}
+
+void Confirmation::confirm()
+{
+    if (!asking())
+        return;
+    const auto deed = std::exchange(m_deed, nullptr);
+    Q_EMIT askingChanged();
+    deed();
+}
+
+void Confirmation::cancel()
+{
+    if (std::exchange(m_deed, nullptr))
+        Q_EMIT askingChanged();
+}
+
+void Confirmation::setErrorMessage(const QString& message)
+{
+    if (message == m_errorMessage)
+        return;
+    m_errorMessage = message;
+    Q_EMIT errorMessageChanged();
+}
+
+} // namespace kestavon

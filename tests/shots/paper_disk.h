@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/file_mover.h"
+#include "platform/file_places.h"
+
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kestavon::shots {
+
+/// What was moved away. Used on the Safe Area's thread only.
+using MovedPaths = std::shared_ptr<std::set<std::string>>;
+
+/// Says that every move went well: pictures of the Safe Area need no files.
+class PaperMover final : public FileMover {
+public:
+    explicit PaperMover(MovedPaths moved)
+        : m_moved(std::move(moved))
+    {
+    }
+    FileResult<MoveReport> move(
+        const std::string& source, const std::string& destination, const MoveOptions&) override
+    {
+        m_moved->insert(source);
+        m_moved->erase(destination);
+        return MoveReport{};
+    }
+    void clearUnfinishedMoves(const std::string&) override { }
+
+private:
+    MovedPaths m_moved;
+};
+
+/// Places at which there is whatever is asked for, unless it was moved away.
+class PaperPlaces final : public FilePlaces {
+public:
+    explicit PaperPlaces(MovedPaths moved)
+        : m_moved(std::move(moved))
+    {
+    }
+    std::optional<EntryKind> kindOf(const std::string& path) const override
+    {
+        return m_moved->contains(path) ? std::nullopt : std::optional(EntryKind::file);
+    }
+    FileResult<std::vector<std::string>> makeFolder(const std::string&, unsigned) override
+    {
+        return std::vector<std::string>();
+    }
+    void removeMadeFolders(const std::vector<std::string>&) override { }
+    std::vector<std::string> namesIn(const std::string&) const override { return {}; }
+    std::vector<FileMark> marksOf(const std::string&, const std::string&) const override
+    {
+        return {};
+    }
+    bool setMarks(const std::string&, const std::vector<FileMark>&) override { return true; }
+    bool removeMarks(const std::string&, const std::string&) override { return true; }
+
+private:
+    MovedPaths m_moved;
+};
+
+} // namespace kestavon::shots
