@@ -12,7 +12,8 @@ VirtualListRow {
         cleaner.contentRevision;
         return {
             name: cleaner.nameText(row),
-            path: cleaner.pathText(row),
+            pathText: cleaner.pathText(row),
+            path: cleaner.filePath(row),
             reason: cleaner.reasonText(row),
             modified: cleaner.modifiedText(row),
             size: cleaner.sizeText(row),
@@ -21,6 +22,7 @@ VirtualListRow {
         };
     }
 
+    path: shown.path
     label: [shown.name, shown.reason, shown.modified, shown.size].join(", ")
 
     HoverFill {
@@ -39,7 +41,7 @@ VirtualListRow {
         anchors.verticalCenterOffset: -0.5
         focusPolicy: Qt.NoFocus // the row has the keyboard
         Accessible.name: line.shown.name
-        Accessible.description: line.shown.path
+        Accessible.description: line.shown.pathText
         checked: {
             line.cleaner.selectionRevision;
             line.cleaner.contentRevision;
@@ -115,7 +117,7 @@ VirtualListRow {
         sourceComponent: AppToolTip {
             parent: name
             x: 0
-            text: line.shown.path
+            text: line.shown.pathText
             visible: true
         }
     }

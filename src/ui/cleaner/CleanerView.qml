@@ -78,6 +78,7 @@ SectionScreen {
             room: screen.height - card.y - 28 - 49 - 61
             height: Math.max(rowHeight, Math.min(contentLength, room))
             name: "Suggestions"
+            pathActions: screen.ui.pathActions
             count: screen.cleaner.rowCount
             onToggled: row => screen.cleaner.toggle(row)
             onAllRequested: screen.cleaner.selectAll()

@@ -41,9 +41,13 @@ QString CleanerState::nameText(int row) const
 
 QString CleanerState::pathText(int row) const
 {
+    return fileNameText(filePath(row).bytes);
+}
+
+FilePath CleanerState::filePath(int row) const
+{
     const auto i = positionOf(row);
-    return i ? fileNameText(candidates().records()->path(candidates().recordPosition(*i)))
-             : QString();
+    return {i ? candidates().records()->path(candidates().recordPosition(*i)) : std::string()};
 }
 
 QString CleanerState::reasonText(int row) const

@@ -2,6 +2,7 @@
 
 #include "core/model/app_model.h"
 #include "ui/widgets/confirmation.h"
+#include "ui/widgets/file_path.h"
 
 #include <QObject>
 #include <QString>
@@ -36,6 +37,7 @@ public:
     int selectionRevision() const { return m_selectionRevision; }
     Q_INVOKABLE QString nameText(int row) const;
     Q_INVOKABLE QString pathText(int row) const;
+    Q_INVOKABLE kestavon::FilePath filePath(int row) const;
     Q_INVOKABLE QString reasonText(int row) const;
     Q_INVOKABLE QString modifiedText(int row) const;
     Q_INVOKABLE QString sizeText(int row) const;

@@ -47,6 +47,7 @@ SectionScreen {
             anchors.margins: 1
             room: screen.height - parent.y - 28 - 2
             name: "History"
+            pathActions: screen.ui.pathActions
             count: screen.events.count
             delegate: VirtualListRow {
                 id: line
@@ -56,9 +57,11 @@ SectionScreen {
                     return {
                         title: screen.events.titleText(row),
                         detail: screen.events.detailText(row),
-                        age: screen.events.ageText(row)
+                        age: screen.events.ageText(row),
+                        path: screen.events.filePath(row)
                     };
                 }
+                path: shown.path
                 label: [shown.title, shown.detail, shown.age].join(", ")
                 ActivityRow {
                     x: 18
@@ -67,6 +70,8 @@ SectionScreen {
                     title: line.shown.title
                     detail: line.shown.detail
                     age: line.shown.age
+                    path: null // the line offers it
+                    pathActions: screen.ui.pathActions
                     Accessible.ignored: true
                 }
                 FocusRing {

@@ -7,6 +7,7 @@ Card {
 
     required property HeldItems items
     required property string name
+    required property PathActions pathActions
     required property real room
     /// The buttons may be pressed.
     property bool available: true
@@ -37,6 +38,7 @@ Card {
         room: card.room
         rowHeight: 78
         name: card.name
+        pathActions: card.pathActions
         count: card.items.rowCount
         delegate: HeldItemRow {
             list: rows

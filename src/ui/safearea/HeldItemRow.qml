@@ -19,11 +19,15 @@ VirtualListRow {
             name: items.nameText(row),
             reason: items.reasonText(row),
             path: items.pathText(row),
+            originalPath: items.originalPath(row),
+            heldPath: items.heldPath(row),
             moved: items.movedText(row),
             busy: items.isBusy(row)
         };
     }
 
+    path: shown.originalPath
+    itemPath: shown.heldPath // a look at it before it goes
     label: [shown.name, shown.reason, shown.path, shown.moved].join(", ")
 
     SymbolIcon {
@@ -75,7 +79,7 @@ VirtualListRow {
         y: 49
         text: line.shown.moved
         role: AppText.Role.Caption
-        color: Theme.text2
+        color: Theme.text3
         Accessible.ignored: true
     }
     Row {

@@ -54,6 +54,7 @@ SectionScreen {
         room: screen.height - y - 28
         visible: screen.filled
         name: "Held items"
+        pathActions: screen.ui.pathActions
         items: screen.safeArea.items
         available: !screen.safeArea.working
         onRestore: row => screen.safeArea.restore(row)

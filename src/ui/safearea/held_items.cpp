@@ -38,6 +38,18 @@ QString HeldItems::pathText(int row) const
     return item ? fileNameText(item->originalPath) : QString();
 }
 
+FilePath HeldItems::originalPath(int row) const
+{
+    const auto* item = at(row);
+    return {item ? item->originalPath : std::string()};
+}
+
+FilePath HeldItems::heldPath(int row) const
+{
+    const auto* item = at(row);
+    return {item ? item->quarantinedPath : std::string()};
+}
+
 QString HeldItems::reasonText(int row) const
 {
     const auto* item = at(row);

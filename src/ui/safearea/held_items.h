@@ -2,6 +2,7 @@
 
 #include "core/domain/quarantine_item.h"
 #include "platform/calendar.h"
+#include "ui/widgets/file_path.h"
 
 #include <QObject>
 #include <QString>
@@ -30,6 +31,8 @@ public:
     int revision() const { return m_revision; }
     Q_INVOKABLE QString nameText(int row) const;
     Q_INVOKABLE QString pathText(int row) const; ///< where restoring puts the item
+    Q_INVOKABLE kestavon::FilePath originalPath(int row) const;
+    Q_INVOKABLE kestavon::FilePath heldPath(int row) const; ///< where the item lies now
     Q_INVOKABLE QString reasonText(int row) const;
     Q_INVOKABLE QString movedText(int row) const;
     /// Whether the item is being restored or deleted.

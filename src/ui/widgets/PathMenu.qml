@@ -9,6 +9,7 @@ T.Menu {
 
     required property PathActions actions
     property var path // a FilePath
+    property var itemPath // what "Open" opens
 
     implicitWidth: 200
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
@@ -39,7 +40,7 @@ T.Menu {
     Choice {
         objectName: "openPath"
         text: "Open"
-        onTriggered: menu.actions.open(menu.path)
+        onTriggered: menu.actions.open(menu.itemPath)
     }
     Choice {
         objectName: "openPathFolder"

@@ -11,6 +11,8 @@ Item {
     required property PathActions actions
     /// A FilePath; without one there is nothing to offer.
     property var path
+    /// Where what the path names lies at the moment: it is what "Open" opens.
+    property var itemPath: path
     /// The keys are meant for this item. A list that keeps the keyboard says so for its current row.
     property bool focused: parent !== null && parent.activeFocus
     readonly property bool offered: path !== undefined && path !== null && !path.empty
@@ -23,6 +25,7 @@ Item {
         loader.active = true;
         const menu = loader.item as PathMenu;
         menu.path = path;
+        menu.itemPath = itemPath;
         menu.popup(area, x, y);
     }
 

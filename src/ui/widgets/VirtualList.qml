@@ -16,6 +16,7 @@ T.Control {
     property real rowHeight: 52
     /// The most height that the list may get: rows for it are made once and kept.
     property real room: height
+    required property PathActions pathActions
     /// What the list holds, for screen readers.
     required property string name
 

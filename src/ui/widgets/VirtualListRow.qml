@@ -9,12 +9,15 @@ FocusScope {
     required property int index
     /// What the row shows, for screen readers.
     required property string label
+    /// A FilePath, where the row shows one, and where what it names lies now, if elsewhere.
+    property var path
+    property var itemPath: path
 
     readonly property int row: list.firstRow + (index - list.firstRow % list.slots + list.slots) % list.slots
     readonly property bool exists: row < list.count
     readonly property bool current: exists && list.currentRow === row
-    /// The keyboard is on the row.
-    readonly property bool ringShown: current && list.visualFocus
+    /// The keyboard is on the row, or its menu is open.
+    readonly property bool ringShown: current && list.visualFocus || pathMenu.open
 
     visible: exists
     width: list.width
@@ -32,6 +35,13 @@ FocusScope {
             list.forceActiveFocus(Qt.OtherFocusReason);
     }
 
+    PathMenuArea {
+        id: pathMenu
+        actions: line.list.pathActions
+        path: line.path
+        itemPath: line.itemPath
+        focused: line.current && line.list.activeFocus
+    }
     Hairline {
         x: 18
         anchors.bottom: parent.bottom

@@ -57,6 +57,11 @@ QVariant ActivityListModel::data(const QModelIndex& index, int role) const
     }
 }
 
+FilePath ActivityListModel::filePath(int row) const
+{
+    return data(index(row), PathRole).value<FilePath>();
+}
+
 QHash<int, QByteArray> ActivityListModel::roleNames() const
 {
     return {{TitleRole, "title"}, {DetailRole, "detail"}, {AgeRole, "age"}, {PathRole, "path"}};

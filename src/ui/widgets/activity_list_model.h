@@ -46,6 +46,7 @@ public:
     Q_INVOKABLE QString titleText(int row) const { return text(row, TitleRole); }
     Q_INVOKABLE QString detailText(int row) const { return text(row, DetailRole); }
     Q_INVOKABLE QString ageText(int row) const { return text(row, AgeRole); }
+    Q_INVOKABLE kestavon::FilePath filePath(int row) const;
     /// @}
 
     /// Whether a view is showing the events.

@@ -4,6 +4,7 @@
 #include "support/temporary_folder.h"
 #include "ui/support/window_test.h"
 
+#include <QClipboard>
 #include <QTest>
 
 #include <filesystem>
@@ -179,6 +180,20 @@ TEST_F(SafeAreaWindow, SaysWhyOneItemCouldNotBeRestored)
     EXPECT_THAT(held(), ElementsAre("a"));
     EXPECT_EQ(folder.readFile(pathOf("a")), "came meanwhile");
     EXPECT_TRUE(need("restore0").isEnabled());
+}
+
+TEST_F(SafeAreaWindow, OpensTheHeldItemButCopiesWhereItCameFrom)
+{
+    hold({"a"});
+    need("Held items").forceActiveFocus(Qt::TabFocusReason);
+    for (const auto* choice : {"Open", "Open Folder", "Copy Path"}) {
+        press(Qt::Key_Menu);
+        click(choice);
+    }
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), folder / pathOf("a"));
+    ASSERT_TRUE(processEventsUntil([&] { return machine.workspace->opened().size() == 2; }));
+    EXPECT_THAT(machine.workspace->opened(),
+        ElementsAre(model->quarantine().front().quarantinedPath, folder / "Library/Caches"));
 }
 
 TEST_F(SafeAreaWindow, WorksFromTheKeyboard)
