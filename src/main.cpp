@@ -3,6 +3,7 @@
 #include "core/model/updater_controller.h"
 #include "platform/host_layout.h"
 #include "platform/platform.h"
+#include "platform/process_age.h"
 #include "platform/resident_memory.h"
 #include "storage/file_scanner.h"
 #include "ui/accessible_shim.h"
@@ -68,27 +69,6 @@ void useFonts()
     QGuiApplication::setFont(font);
 }
 
-/// Milliseconds since the kernel started this process, for KESTAVON_PRINT_FIRST_FRAME.
-long millisecondsSinceStart()
-{
-    FILE* stat = std::fopen("/proc/self/stat", "re");
-    unsigned long long ticks = 0; // field 22, since boot
-    const bool known = stat
-        && std::fscanf(stat,
-               "%*d (%*[^)]) %*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d "
-               "%*d %*d %llu",
-               &ticks)
-            == 1;
-    if (stat)
-        std::fclose(stat);
-    timespec now{};
-    ::clock_gettime(CLOCK_BOOTTIME, &now);
-    const auto ticksPerSecond = static_cast<unsigned long long>(::sysconf(_SC_CLK_TCK));
-    return known ? now.tv_sec * 1000 + now.tv_nsec / 1'000'000
-            - static_cast<long>(ticks * 1000 / ticksPerSecond)
-                 : -1;
-}
-
 int runWindow(QApplication& application, const CommandLine& line)
 {
     const auto folder = line.folder.empty() ? std::string() : normalisedPath(line.folder);
@@ -119,7 +99,7 @@ int runWindow(QApplication& application, const CommandLine& line)
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
     const auto whenShown = [&] {
         if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME"))
-            std::cerr << millisecondsSinceStart() << std::endl;
+            std::cerr << processAgeMilliseconds() << std::endl;
         if (QSystemTrayIcon::isSystemTrayAvailable())
             tray.emplace(states);
         // With an icon in the tray the program stays when its window is closed.

@@ -59,6 +59,7 @@ T.ApplicationWindow {
     onFrameSwapped: {
         if (hasAppeared)
             return;
+        detail.begin();
         hasAppeared = true;
         ui.onboarding.windowAppeared();
     }

@@ -48,7 +48,8 @@ QQuickItem* findItem(QQuickItem* item, const QString& objectName)
 void TestWindow::open(const Options& options)
 {
     useFonts();
-    model = std::make_unique<AppModel>(scanner, machine.platform());
+    model = std::make_unique<AppModel>(
+        options.otherScanner ? options.otherScanner : scanner, machine.platform());
     states = std::make_unique<UiStates>(*model);
     engine = std::make_unique<QQmlApplicationEngine>();
     installAccessibleShim(*engine);

@@ -21,6 +21,8 @@ public:
     struct Options {
         QString theme = QStringLiteral("light");
         QSize size = {1280, 820};
+        /// Scans in place of `scanner`, such as one that reads the disk.
+        std::shared_ptr<FileScanning> otherScanner = nullptr;
     };
 
     TestWindow() = default;
