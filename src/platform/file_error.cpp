@@ -73,6 +73,23 @@ FileError removalError(FileError::Kind kind, std::string_view name)
     return {kind, failure + "."};
 }
 
+FileError readError(FileError::Kind kind, std::string_view name)
+{
+    using Kind = FileError::Kind;
+    const auto failure = quoted(name) + " couldn’t be read";
+    switch (kind) {
+    case Kind::noSuchFile: return {kind, failure + " because it doesn’t exist."};
+    case Kind::permission:
+        return {kind, failure + " because you don’t have permission to access it."};
+    case Kind::changed: return {kind, failure + " because it changed meanwhile."};
+    case Kind::cancelled: return {kind, failure + " because the reading was cancelled."};
+    case Kind::fileExists:
+    case Kind::noSpace:
+    case Kind::other: break;
+    }
+    return {kind, failure + "."};
+}
+
 FileError folderError(FileError::Kind kind, std::string_view name)
 {
     using Kind = FileError::Kind;

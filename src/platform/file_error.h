@@ -34,6 +34,8 @@ FileError::Kind fileErrorKind(int errorNumber);
 FileError moveError(FileError::Kind kind, std::string_view name, std::string_view folderName);
 /// The sentence for an item that could not be removed.
 FileError removalError(FileError::Kind kind, std::string_view name);
+/// The sentence for a file that could not be read.
+FileError readError(FileError::Kind kind, std::string_view name);
 /// The sentence for a folder that could not be made or opened.
 FileError folderError(FileError::Kind kind, std::string_view name);
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "core/domain/duplicate_list.h"
+#include "core/domain/file_identity.h"
+#include "platform/file_error.h"
+
+#include <stop_token>
+#include <string>
+
+namespace kestavon {
+
+/// A file of a group as the search saw it.
+struct KnownFile {
+    std::string path;
+    FileIdentity identity;
+};
+
+/// How sure one has to be that a copy is one.
+enum class CopyProof {
+    identity, ///< a file that has not changed since the search has its content still
+    content, ///< both files are read again, side by side
+};
+
+/// Whether the file at `copy` can go without anything being lost: it is a regular file with the
+/// content of this digest, and `kept` is another one. When not, the error says that one of the two
+/// is gone or changed; two names of one file count as such. With `CopyProof::identity`, only what
+/// changed since the search is read. Any thread but the main one.
+FileResult<Done> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
+    const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop = {});
+
+} // namespace kestavon

@@ -1,0 +1,56 @@
+#include "duplicates/duplicate_finder.h"
+
+#include "concurrency/cancelled.h"
+#include "concurrency/thread_crew.h"
+#include "duplicates/duplicate_search.h"
+#include "duplicates/large_files.h"
+#include "duplicates/small_files.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+namespace kestavon {
+
+namespace {
+
+unsigned threadsForThisMachine()
+{
+    // Beyond these a disk, or the memory, is what is waited for.
+    constexpr unsigned most = 16;
+    return std::clamp(std::thread::hardware_concurrency(), 1U, most);
+}
+
+} // namespace
+
+std::shared_ptr<const DuplicateList> findDuplicates(std::shared_ptr<const RecordList> records,
+    const DuplicateSearchOptions& options, const std::stop_token& stop)
+{
+    const auto threads = options.threads > 0 ? options.threads : threadsForThisMachine();
+    auto candidates
+        = lookAtCandidates(records, sharingTheirSize(*records, options.leaveOut), threads, stop);
+    const auto search = std::make_shared<DuplicateSearch>(
+        std::move(records), std::move(candidates), options.progress, stop);
+
+    // By the present sizes: equal contents have equal ones, whatever the scan had recorded.
+    const auto& files = search->files();
+    const auto firstLarge = static_cast<std::uint32_t>(
+        std::ranges::upper_bound(files, largestSmallFile, {},
+            [](const CandidateFile& file) { return file.identity.size; })
+        - files.begin());
+    const auto sameSize = [](const CandidateFile& a, const CandidateFile& b) {
+        return a.identity.size == b.identity.size;
+    };
+    const auto small = setsOf(files, 0, firstLarge, sameSize);
+    const auto large
+        = setsOf(files, firstLarge, static_cast<std::uint32_t>(files.size()), sameSize);
+    search->expect(small);
+    search->expect(large);
+    compareSmallFiles(search, small, threads, stop);
+    compareLargeFiles(search, large, threads, stop);
+    runOnThreads(
+        threads, [search] { search->hashLateNames(); }, stop);
+    return search->groups();
+}
+
+} // namespace kestavon

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "duplicates/candidate_files.h"
+#include "duplicates/duplicate_finder.h"
+#include "platform/linux/file_descriptor.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <stop_token>
+#include <vector>
+
+namespace kestavon {
+
+/// What the threads of one search share. Each candidate is worked on by one thread at a time.
+class DuplicateSearch {
+public:
+    DuplicateSearch(std::shared_ptr<const RecordList> records, CandidateFiles candidates,
+        std::function<void(const DuplicateProgress&)> progress, std::stop_token stop);
+
+    CandidateFile& file(std::uint32_t i) { return m_candidates.files[i]; }
+    std::vector<CandidateFile>& files() { return m_candidates.files; }
+    bool isStopped() const { return m_stop.stop_requested(); }
+
+    /// Opens the file by the first of its names that still leads to it, and forgets the names
+    /// before. Gives no descriptor when none does; then the file has left the search.
+    FileDescriptor open(CandidateFile& file);
+
+    /// The file's content has this digest.
+    void settle(const CandidateFile& file, const Sha256Digest& digest);
+
+    /// The file is not what it was when it was looked at: its names are hashed one by one, at the
+    /// end, as what they lead to then.
+    void hashLater(CandidateFile& file);
+
+    /// Hashes what was left for later. Several threads may call it.
+    void hashLateNames();
+
+    /// The files of these sets are to be compared; before the threads begin.
+    void expect(const std::vector<CandidateSet>& sets);
+
+    /// Bytes that need no reading any more.
+    void countDone(std::int64_t bytes);
+
+    /// The groups of all that was settled, when every thread is done.
+    std::shared_ptr<const DuplicateList> groups();
+
+private:
+    struct Settled {
+        Sha256Digest digest;
+        DuplicateList::Member member;
+    };
+    using Clock = std::chrono::steady_clock;
+
+    // Fixed at construction.
+    std::shared_ptr<const RecordList> m_records;
+    std::function<void(const DuplicateProgress&)> m_progress;
+    std::stop_token m_stop;
+
+    std::int64_t m_bytesToDo = 0; // fixed before the threads begin
+    CandidateFiles m_candidates;
+    std::atomic<std::int64_t> m_bytesDone = 0;
+    std::atomic<Clock::rep> m_nextReport = 0;
+
+    std::mutex m_mutex;
+    std::vector<Settled> m_settled; // guarded by m_mutex
+    std::vector<std::uint32_t> m_lateNames; // guarded by m_mutex
+};
+
+} // namespace kestavon

@@ -1,0 +1,120 @@
+#include "duplicates/file_reading.h"
+
+#include "platform/linux/removal/item_place.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+namespace kestavon {
+
+namespace {
+
+// O_NONBLOCK, because a pipe may have taken the file's place since it was looked at.
+constexpr int readingFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+constexpr int lookingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+
+// How far a disk is kept ahead of the reader.
+constexpr std::size_t readAheadBytes = std::size_t{2} << 20;
+
+std::int64_t nanoseconds(const timespec& time)
+{
+    return time.tv_sec * 1'000'000'000 + time.tv_nsec;
+}
+
+int openPath(const std::string& path, int flags)
+{
+    const int file = ::open(path.c_str(), flags);
+    if (file >= 0 || errno != ENAMETOOLONG || path.size() < PATH_MAX)
+        return file;
+    const auto place = openItemPlace(path);
+    if (!place) {
+        errno = place.error();
+        return -1;
+    }
+    return ::openat(place->folder.get(), place->name.c_str(), flags);
+}
+
+} // namespace
+
+FileIdentity identityOf(const struct stat& status)
+{
+    return {.device = status.st_dev,
+        .inode = status.st_ino,
+        .size = status.st_size,
+        .modifiedAt = nanoseconds(status.st_mtim),
+        .changedAt = nanoseconds(status.st_ctim)};
+}
+
+Result<OpenedFile, int> openRegularFile(const std::string& path)
+{
+    FileDescriptor file(openPath(path, readingFlags));
+    struct stat status { };
+    if (!file || ::fstat(file.get(), &status) != 0)
+        return errno;
+    if (!S_ISREG(status.st_mode))
+        return EINVAL;
+    return OpenedFile{.file = std::move(file), .identity = identityOf(status)};
+}
+
+std::optional<FileIdentity> lookAtRegularFile(int folder, const char* name)
+{
+    struct stat status { };
+    if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0
+        || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return identityOf(status);
+}
+
+FileDescriptor openFolderToLookAt(const std::string& path)
+{
+    return FileDescriptor(openPath(path, lookingFlags));
+}
+
+ReadResult readPiece(int file, std::int64_t offset, std::span<char> into)
+{
+    auto got = readWithoutWaiting(file, offset, into);
+    if (got < into.size())
+        readAhead(file, offset + static_cast<std::int64_t>(got), readAheadBytes);
+    while (got < into.size()) {
+        const auto count = ::pread(
+            file, into.data() + got, into.size() - got, offset + static_cast<std::int64_t>(got));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return count < 0 ? ReadResult::failed : ReadResult::shorter;
+        got += static_cast<std::size_t>(count);
+    }
+    return ReadResult::complete;
+}
+
+std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> into)
+{
+    iovec piece{.iov_base = into.data(), .iov_len = into.size()};
+    const auto count = ::preadv2(file, &piece, 1, offset, RWF_NOWAIT);
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+void readAhead(int file, std::int64_t offset, std::size_t bytes)
+{
+    ::posix_fadvise(file, offset, static_cast<off_t>(bytes), POSIX_FADV_WILLNEED);
+}
+
+std::size_t openFilesPerThread(unsigned threads)
+{
+    constexpr std::size_t fewest = 4;
+    constexpr std::size_t most = 64;
+    constexpr std::size_t restOfTheProcess = 128;
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur <= restOfTheProcess)
+        return fewest;
+    return std::clamp<std::size_t>((limit.rlim_cur - restOfTheProcess) / threads, fewest, most);
+}
+
+} // namespace kestavon

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/domain/file_identity.h"
+#include "core/domain/result.h"
+#include "platform/linux/file_descriptor.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+struct stat;
+
+namespace kestavon {
+
+/// A regular file that is open for reading.
+struct OpenedFile {
+    FileDescriptor file;
+    FileIdentity identity; ///< as it was when it was opened
+};
+
+FileIdentity identityOf(const struct stat& status);
+
+/// Opens the file at an absolute path of any length, or gives the system's error number. Only a
+/// regular file will do: a link in the last place is not followed (ELOOP), and anything else is
+/// refused (EINVAL) without waiting for whoever is at the other end of it.
+Result<OpenedFile, int> openRegularFile(const std::string& path);
+
+/// Looks at the entry `name` of an open folder, links not followed; nothing unless it is a regular
+/// file.
+std::optional<FileIdentity> lookAtRegularFile(int folder, const char* name);
+
+/// Opens the folder at an absolute path of any length, to look at its entries.
+FileDescriptor openFolderToLookAt(const std::string& path);
+
+/// How reading a piece of a file went.
+enum class ReadResult {
+    complete,
+    shorter, ///< the file ends before the piece does
+    failed,
+};
+
+/// Reads exactly the piece of the file that begins at `offset` and is as long as `into`. When it
+/// has to come from a disk, what follows is asked for at once.
+ReadResult readPiece(int file, std::int64_t offset, std::span<char> into);
+
+/// The number of the piece's first bytes that lie in memory, after reading those.
+std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> into);
+
+/// Asks the disk for a piece of the file without waiting for it.
+void readAhead(int file, std::int64_t offset, std::size_t bytes);
+
+/// How many files each of `threads` threads may hold open, so that neither they nor the rest of the
+/// process run out of descriptors.
+std::size_t openFilesPerThread(unsigned threads);
+
+} // namespace kestavon

@@ -1,0 +1,149 @@
+#include "duplicates/small_files.h"
+
+#include "concurrency/thread_crew.h"
+#include "duplicates/batch_reader.h"
+#include "duplicates/file_reading.h"
+#include "duplicates/sha256.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <span>
+#include <utility>
+
+namespace kestavon {
+
+namespace {
+
+// What one thread reads at a time: about as much as a core's own cache holds.
+constexpr std::size_t batchBytes = std::size_t{1} << 20;
+constexpr std::size_t batchFiles = 256;
+
+/// The sets that are read together.
+struct Batch {
+    std::vector<CandidateSet> sets;
+    std::size_t bytes = 0;
+    std::size_t files = 0;
+};
+
+/// Shares the sets out. One that is too large for a batch is cut up; its parts are hashed each by
+/// itself, and the digests bring them together.
+std::vector<Batch> batchesOf(DuplicateSearch& search, const std::vector<CandidateSet>& sets)
+{
+    std::vector<Batch> batches;
+    for (const auto& set : sets) {
+        const auto fileBytes = static_cast<std::size_t>(
+            std::max<std::int64_t>(search.file(set.begin).identity.size, 1));
+        const auto most = static_cast<std::uint32_t>(
+            std::clamp(batchBytes / fileBytes, std::size_t{1}, batchFiles));
+        const bool isCut = set.size() > most;
+        for (auto begin = set.begin; begin < set.end; begin += most) {
+            const CandidateSet part{.begin = begin,
+                .end = std::min(begin + most, set.end),
+                .isComplete = set.isComplete && !isCut};
+            const auto bytes = fileBytes * part.size();
+            if (batches.empty() || batches.back().bytes + bytes > batchBytes
+                || batches.back().files + part.size() > batchFiles)
+                batches.emplace_back();
+            batches.back().sets.push_back(part);
+            batches.back().bytes += bytes;
+            batches.back().files += part.size();
+        }
+    }
+    return batches;
+}
+
+/// One thread's part of the work.
+class Comparer {
+public:
+    Comparer(DuplicateSearch& search, std::size_t openFiles)
+        : m_search(search)
+        , m_openFiles(openFiles)
+        , m_contents(batchBytes)
+    {
+    }
+
+    void compare(const Batch& batch)
+    {
+        m_reads.clear();
+        auto room = std::span(m_contents);
+        for (const auto& set : batch.sets) {
+            for (auto i = set.begin; i < set.end; ++i) {
+                const auto size = static_cast<std::size_t>(m_search.file(i).identity.size);
+                m_reads.push_back({.file = i, .start = room.first(size)});
+                room = room.subspan(size);
+            }
+        }
+        readBatch(m_search, m_reads, m_openFiles);
+        if (m_search.isStopped())
+            return;
+        auto reads = std::span(m_reads);
+        for (const auto& set : batch.sets) {
+            settle(set, reads.first(set.size()));
+            reads = reads.subspan(set.size());
+        }
+        m_search.countDone(static_cast<std::int64_t>(batch.bytes));
+    }
+
+private:
+    /// Finds the equal ones among the read files of a set.
+    void settle(const CandidateSet& set, std::span<PlannedRead> reads)
+    {
+        const auto unread = std::ranges::partition(reads, &PlannedRead::isRead);
+        reads = reads.first(reads.size() - unread.size());
+        const auto compare = [](const PlannedRead& a, const PlannedRead& b) {
+            return std::memcmp(a.start.data(), b.start.data(), a.start.size());
+        };
+        std::ranges::sort(
+            reads, [compare](const auto& a, const auto& b) { return compare(a, b) < 0; });
+        while (!reads.empty()) {
+            std::size_t count = 1;
+            auto names = m_search.file(reads.front().file).nameCount;
+            while (count < reads.size() && compare(reads.front(), reads[count]) == 0)
+                names += m_search.file(reads[count++].file).nameCount;
+            if (names > 1 || !set.isComplete)
+                settleEqual(reads.first(count));
+            reads = reads.subspan(count);
+        }
+    }
+
+    void settleEqual(std::span<const PlannedRead> reads)
+    {
+        m_sha256.update(reads.front().start);
+        const auto digest = m_sha256.finish();
+        for (const auto& read : reads)
+            m_search.settle(m_search.file(read.file), digest);
+    }
+
+    DuplicateSearch& m_search;
+    std::size_t m_openFiles;
+    std::vector<char> m_contents;
+    std::vector<PlannedRead> m_reads;
+    Sha256 m_sha256;
+};
+
+} // namespace
+
+void compareSmallFiles(const std::shared_ptr<DuplicateSearch>& search,
+    const std::vector<CandidateSet>& sets, unsigned threads, const std::stop_token& stop)
+{
+    struct Work {
+        std::vector<Batch> batches;
+        std::atomic<std::size_t> next = 0;
+    };
+    const auto work = std::make_shared<Work>();
+    work->batches = batchesOf(*search, sets);
+    if (work->batches.empty())
+        return;
+    runOnThreads(
+        threads,
+        [search, work, openFiles = openFilesPerThread(threads)] {
+            Comparer comparer(*search, openFiles);
+            for (auto i = work->next++; i < work->batches.size() && !search->isStopped();
+                 i = work->next++)
+                comparer.compare(work->batches[i]);
+        },
+        stop);
+}
+
+} // namespace kestavon

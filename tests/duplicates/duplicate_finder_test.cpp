@@ -1,0 +1,183 @@
+#include "concurrency/cancelled.h"
+#include "duplicates/searches.h"
+#include "support/temporary_tree.h"
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+namespace kestavon {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST(DuplicateFinder, GroupsThatFreeMostComeFirstAndTiesByTheirFirstFile)
+{
+    const test::TemporaryFolder folder;
+    const std::string thousand(1000, 'a');
+    const auto a1 = folder.writeFile("1", thousand);
+    const auto b1 = folder.writeFile("2", std::string(5000, 'b'));
+    const auto a2 = folder.writeFile("3", thousand);
+    const auto c1 = folder.writeFile("4", std::string(2000, 'c'));
+    const auto b2 = folder.writeFile("5", std::string(5000, 'b'));
+    const auto a3 = folder.writeFile("6", thousand);
+    const auto c2 = folder.writeFile("7", std::string(2000, 'c'));
+    const auto list = test::search(folder.path(), test::recordsOf({c1, a1, b1, a2, b2, a3, c2}));
+    ASSERT_EQ(list->size(), 3U);
+    EXPECT_THAT(test::groupsIn(*list)[0].paths, ElementsAre(b1, b2));
+    EXPECT_THAT(test::groupsIn(*list)[1].paths, ElementsAre(c1, c2));
+    EXPECT_THAT(test::groupsIn(*list)[2].paths, ElementsAre(a1, a2, a3));
+    EXPECT_EQ(list->reclaimableBytes(0), 5000);
+    EXPECT_EQ(list->reclaimableBytes(2), 2000);
+    EXPECT_EQ(list->reclaimableBytes(), 9000);
+    EXPECT_NE(list->id(0), list->id(1));
+}
+
+TEST(DuplicateFinder, FoldersAndEmptyFilesFormNoGroup)
+{
+    const test::TemporaryFolder folder;
+    auto records = test::recordsOf({folder.writeFile("empty"), folder.writeFile("empty too"),
+        folder.makeFolder("folder"), folder.writeFile("five", "12345")});
+    records[2].size = 5; // as a program that counts folders may have recorded
+    EXPECT_THAT(test::groupsIn(*test::search(folder.path(), records)), IsEmpty());
+    EXPECT_THAT(*test::search("/nowhere", {}), IsEmpty());
+}
+
+TEST(DuplicateFinder, AFileThatShrankCountsByWhatItHoldsNow)
+{
+    const test::TemporaryFolder folder;
+    const auto a = folder.writeFile("a", "same");
+    const auto b = folder.writeFile("b", "same, and more");
+    const auto records = test::recordsOf(
+        {a, b, folder.writeFile("like a", "ABCD"), folder.writeFile("like b", "same, not more")});
+    std::filesystem::resize_file(b, 4);
+    const auto groups = test::groupsIn(*test::search(folder.path(), records));
+    ASSERT_THAT(groups, SizeIs(1));
+    EXPECT_THAT(groups[0].paths, ElementsAre(a, b));
+}
+
+TEST(DuplicateFinder, LeavesOutWhatLiesInTheFoldersItIsTold)
+{
+    const test::TemporaryFolder folder;
+    const auto a = folder.writeFile("a/x", "same");
+    const auto b = folder.writeFile("b/x", "same");
+    const auto trashed = folder.writeFile("a/.Trash/deep/x", "same");
+    const auto beside = folder.writeFile("a/.Trash-not/x", "same");
+    const auto records = test::recordsOf({a, b, trashed, beside});
+    const auto found = [&](std::vector<std::string> leaveOut) {
+        return test::groupsIn(
+            *test::search(folder.path(), records, {.leaveOut = std::move(leaveOut)}));
+    };
+    EXPECT_THAT(found({folder / "a/.Trash", "/elsewhere"}).at(0).paths, ElementsAre(a, b, beside));
+    EXPECT_THAT(found({folder.path()}), IsEmpty());
+}
+
+TEST(DuplicateFinder, ReadsFilesDeeperThanAnyPathCanName)
+{
+    const test::TemporaryTree tree;
+    const std::string name(200, 'n');
+    tree.chain(name, 30); // six thousand bytes, with an empty file at the bottom
+    std::string bottom = tree.path();
+    for (int i = 0; i < 30; ++i)
+        bottom += '/' + name;
+    // Written by way of the working folder: no path leads there.
+    const auto workingFolder = std::filesystem::current_path();
+    std::filesystem::current_path(tree.path());
+    for (int i = 0; i < 30; ++i)
+        std::filesystem::current_path(name);
+    std::ofstream("bottom") << "same";
+    std::filesystem::current_path(workingFolder);
+    const auto top = tree.writeFile("top", "same");
+    const auto groups = test::groupsIn(
+        *test::search(tree.path(), {test::file(top, 4), test::file(bottom + "/bottom", 4)}));
+    ASSERT_THAT(groups, SizeIs(1));
+    EXPECT_THAT(groups[0].paths, ElementsAre(top, bottom + "/bottom"));
+}
+
+TEST(DuplicateFinder, StopsAtOnceInTheMidstOfEndlessFiles)
+{
+    const test::TemporaryTree tree;
+    constexpr std::int64_t terabyte = std::int64_t{1} << 40; // a hole: hours of reading
+    std::vector<FileRecord> records;
+    for (const auto* name : {"a", "b", "c"}) {
+        tree.file(name, terabyte);
+        records.push_back(test::file(tree / name, terabyte));
+    }
+    std::stop_source stop;
+    std::atomic<int> reports = 0;
+    std::chrono::steady_clock::time_point stopped;
+    std::jthread stopper([&] {
+        while (reports < 2)
+            std::this_thread::sleep_for(1ms);
+        stopped = std::chrono::steady_clock::now();
+        stop.request_stop();
+    });
+    EXPECT_THROW(
+        findDuplicates(RecordList::fromRecords(tree.path(), records),
+            {.progress = [&reports](const DuplicateProgress&) { ++reports; }}, stop.get_token()),
+        Cancelled);
+    stopper.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - stopped, 1s);
+}
+
+TEST(DuplicateFinder, TellsHowManyBytesAreDone)
+{
+    const test::TemporaryTree tree;
+    std::vector<FileRecord> records;
+    for (const auto* name : {"a", "b", "c"}) {
+        tree.file(name, 300'000'000);
+        records.push_back(test::file(tree / name, 300'000'000));
+    }
+    tree.writeFile("d", "alone in its size");
+    records.push_back(test::recordOf(tree / "d"));
+    std::mutex mutex;
+    std::vector<DuplicateProgress> reports;
+    test::search(tree.path(), records, {.progress = [&](const DuplicateProgress& progress) {
+        const std::lock_guard lock(mutex);
+        reports.push_back(progress);
+    }});
+    ASSERT_FALSE(reports.empty());
+    for (const auto& progress : reports) {
+        EXPECT_EQ(progress.bytesToDo, 900'000'000);
+        EXPECT_GT(progress.bytesDone, 0);
+        EXPECT_LE(progress.bytesDone, 900'000'000);
+    }
+}
+
+TEST(DuplicateFinder, FilesThatChangeAllTheTimeDisturbNobodyElse)
+{
+    const test::TemporaryFolder folder;
+    const std::string large(500'000, 'x');
+    const auto a = folder.writeFile("a", large);
+    const auto b = folder.writeFile("b", large);
+    const auto small = folder.writeFile("small", "12345");
+    const auto small2 = folder.writeFile("small2", "12345");
+    const auto restless = folder.writeFile("restless", large);
+    const auto records = test::recordsOf({a, b, restless, small, small2});
+    std::jthread writer([&restless](const std::stop_token& stop) {
+        for (int i = 0; !stop.stop_requested(); ++i) {
+            if (i % 3 == 2)
+                std::filesystem::remove(restless);
+            std::ofstream(restless).seekp(i % 2 == 0 ? 499'999 : 2'000) << 'x';
+        }
+    });
+    for (int round = 0; round < 100; ++round) {
+        const auto groups = test::groupsIn(*test::search(folder.path(), records));
+        ASSERT_THAT(groups, SizeIs(2));
+        // The restless one begins with zeros: it equals nobody, whenever it is looked at.
+        EXPECT_THAT(groups[0].paths, ElementsAre(a, b));
+        EXPECT_THAT(groups[1].paths, ElementsAre(small, small2));
+    }
+}
+
+} // namespace
+} // namespace kestavon
