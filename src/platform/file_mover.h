@@ -57,8 +57,10 @@ public:
         const std::string& source, const std::string& destination, const MoveOptions& options = {})
         = 0;
 
-    /// Removes what moves that were cut short by a crash left in `folder`; what a running move is
-    /// working on stays. Nothing is reported: the next call tries again.
+    /// Ends what moves to `folder` that were cut short by a crash left there and where they came
+    /// from: half copies go, and of a source that was being removed all that its copy holds byte
+    /// for byte. What a running move is working on stays. Nothing is reported: the next call tries
+    /// again.
     virtual void clearUnfinishedMoves(const std::string& folder) = 0;
 };
 

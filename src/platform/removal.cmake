@@ -5,6 +5,7 @@ target_sources(kestavon_platform PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/linux/file_places.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/file_remover.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/protected_places.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/removal/copied_remainder.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/entry_status.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/file_copy.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/folder_listing.cpp

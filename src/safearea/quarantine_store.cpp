@@ -19,7 +19,7 @@ const std::string markPrefix = "user.kestavon.";
 const std::string originMark = markPrefix + "original-path";
 const std::string reasonMark = markPrefix + "reason";
 const std::string dateMark = markPrefix + "date"; ///< nanoseconds since 1970, decimal
-/// The other folder of a move that has not ended: after a crash, its remains lie there.
+/// The folder that a held item is being given back to: after a crash, remains may lie there.
 const std::string underWayMark = markPrefix + "under-way";
 
 std::string folderOf(const std::string& path)
@@ -90,17 +90,12 @@ std::optional<QuarantineItem> QuarantineStore::hold(
     item.reason = candidate.reason;
     item.date = m_tools.clock->now();
     MoveOptions move;
-    move.marks = {{originMark, path}, {dateMark, textOf(item.date)}, {reasonMark, item.reason},
-        {underWayMark, folderOf(path)}};
+    move.marks = {{originMark, path}, {dateMark, textOf(item.date)}, {reasonMark, item.reason}};
     move.noLinksBelow = options.noLinksBelow;
     move.stop = options.stop;
     move.progress = options.progress;
-    const auto moved = m_tools.mover->move(path, item.quarantinedPath, move);
-    if (!moved)
+    if (!m_tools.mover->move(path, item.quarantinedPath, move))
         return std::nullopt;
-    // What the disk refused to give up is tried again when the program starts the next time.
-    if (!moved->remainsAtSource)
-        m_tools.places->removeMarks(item.quarantinedPath, underWayMark);
     return item;
 }
 
@@ -168,8 +163,6 @@ void QuarantineStore::clearUnfinishedMovesOnce()
     std::set<std::string> folders;
     std::vector<std::string> marked;
     for (const auto& name : m_tools.places->namesIn(m_root)) {
-        if (!idOfHeldName(name))
-            continue;
         const auto path = m_root + '/' + name;
         for (const auto& mark : m_tools.places->marksOf(path, underWayMark)) {
             folders.insert(mark.value);

@@ -264,6 +264,16 @@ TEST_F(InterruptedCopyTest, KeepsASourceThatChanges)
         [this] { m_home.setMode("from/tree/a", 0400); },
         [this] { fs::rename(m_home / "from/tree/a", m_home / "from/tree/b"); },
         [this] { fs::create_symlink("/", m_home / "from/tree/link"); },
+        [this] { // The same size and date as before: only the time of change tells.
+            const auto former = fs::last_write_time(m_home / "from/tree/a");
+            m_home.writeFile("from/tree/a", std::string(3'000'000, 'b'));
+            fs::last_write_time(m_home / "from/tree/a", former);
+        },
+        [this] { // The same with another name elsewhere, through which it is written to.
+            const auto former = fs::last_write_time(m_home / "from/tree/a");
+            m_home.writeFile("second name of a", std::string(3'000'000, 'c'));
+            fs::last_write_time(m_home / "second name of a", former);
+        },
     };
     for (std::size_t i = 0; i < changes.size(); ++i) {
         SCOPED_TRACE(i);
@@ -277,6 +287,10 @@ TEST_F(InterruptedCopyTest, KeepsASourceThatChanges)
         expectNothingMoved(changed);
         m_home.writeFile("from/tree/sub/z", std::string(3'000'000, 'z'));
         m_home.writeFile("from/tree/b", std::string(3'000'000, 'a'));
+        if (!isThere(m_home / "from/tree/a"))
+            m_home.writeFile("from/tree/a", std::string(3'000'000, 'a'));
+        if (!isThere(m_home / "second name of a"))
+            fs::create_hard_link(m_home / "from/tree/a", m_home / "second name of a");
     }
 }
 
@@ -325,19 +339,17 @@ TEST(UnfinishedMoveTests, AreClearedAwayUnlessTheyAreAtWork)
 {
     const test::TemporaryTree home;
     const auto id = Uuid::random().text();
-    const auto soon = std::to_string(::time(nullptr) + 60);
     home.writeFile(".kestavon-partial-" + id + "/sub/half", "half");
     home.setMode(".kestavon-partial-" + id + "/sub", 0555);
-    home.writeFile(".kestavon-removed-" + id + "-" + soon + "/left/over", "copied");
     home.writeFile(".kestavon-partial-notes", "a person's own");
-    home.writeFile(".kestavon-removed-" + id, "a person's own");
+    home.writeFile(".kestavon-removed-" + id, "a copy of this was not found");
     home.writeFile("item", "other");
     SystemFileMover mover;
 
     const int lock = ::open(home.path().c_str(), O_RDONLY | O_DIRECTORY);
     ASSERT_EQ(::flock(lock, LOCK_SH), 0); // Another program's move is at work here.
     mover.clearUnfinishedMoves(home.path());
-    EXPECT_EQ(entriesIn(home.path()), 5U);
+    EXPECT_EQ(entriesIn(home.path()), 4U);
     ::close(lock);
 
     mover.clearUnfinishedMoves(home.path());
@@ -347,14 +359,73 @@ TEST(UnfinishedMoveTests, AreClearedAwayUnlessTheyAreAtWork)
     EXPECT_TRUE(isThere(home / "item"));
 }
 
-TEST(UnfinishedMoveTests, KeepWhatWasTouchedAfterItWasCopied)
+/// A move that a crash ended while its source was being deleted.
+class UnfinishedRemovalTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        for (const auto& folder : {"from/" + m_removed, std::string("to/copy")}) {
+            m_home.writeFile(folder + "/a", "one");
+            m_home.writeFile(folder + "/sub/b", "two");
+            m_home.writeFile(folder + "/locked/c", "three");
+            m_home.link(folder + "/sub/link", "nowhere");
+            m_home.makeFolder(folder + "/empty");
+            ASSERT_EQ(::mkfifo((m_home / (folder + "/pipe")).c_str(), 0600), 0);
+            m_home.setMode(folder + "/locked", 0555);
+        }
+        const auto mark = m_home / ("from/" + m_removed) + '\0' + "tree";
+        if (::setxattr((m_home / "to/copy").c_str(), "user.kestavon.removed-source", mark.data(),
+                mark.size(), 0)
+            != 0)
+            GTEST_SKIP() << "no extended attributes here";
+    }
+    bool hasMark() const
+    {
+        return ::getxattr((m_home / "to/copy").c_str(), "user.kestavon.removed-source", nullptr, 0)
+            >= 0;
+    }
+
+    test::TemporaryTree m_home;
+    std::string m_removed = ".kestavon-removed-" + Uuid::random().text();
+    SystemFileMover m_mover;
+};
+
+TEST_F(UnfinishedRemovalTest, GoesOnWithWhatTheCopyHolds)
 {
-    const test::TemporaryTree home;
-    const auto aside = ".kestavon-removed-" + Uuid::random().text() + "-"
-        + std::to_string(::time(nullptr) - 3600);
-    home.writeFile(aside + "/folder/newer", "than the copy");
-    SystemFileMover().clearUnfinishedMoves(home.path());
-    EXPECT_EQ(home.readFile(aside + "/folder/newer"), "than the copy");
+    fs::remove(m_home / ("from/" + m_removed + "/a")); // So far it had got.
+    const auto copy = pictureOf(m_home / "to/copy");
+    const int lock = ::open((m_home / "from").c_str(), O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(::flock(lock, LOCK_SH), 0); // Another program's move is at work there.
+    m_mover.clearUnfinishedMoves(m_home / "to");
+    EXPECT_EQ(entriesIn(m_home / "from"), 1U);
+    ::close(lock);
+
+    m_mover.clearUnfinishedMoves(m_home / "to");
+    EXPECT_EQ(entriesIn(m_home / "from"), 0U);
+    EXPECT_FALSE(hasMark());
+    EXPECT_EQ(pictureOf(m_home / "to/copy"), copy);
+}
+
+TEST_F(UnfinishedRemovalTest, GivesBackWhatTheCopyDoesNotHold)
+{
+    const auto from = "from/" + m_removed;
+    m_home.writeFile(from + "/sub/b", "TWO"); // as long as before
+    m_home.writeFile(from + "/moved in/old", "from before the crash");
+    m_home.setModified(from + "/moved in/old", Timestamp{std::chrono::hours(24)});
+    m_mover.clearUnfinishedMoves(m_home / "to");
+    EXPECT_FALSE(hasMark());
+    EXPECT_EQ(m_home.readFile("from/tree/sub/b"), "TWO");
+    EXPECT_EQ(m_home.readFile("from/tree/moved in/old"), "from before the crash");
+    EXPECT_EQ(entriesIn(m_home / "from/tree"), 2U);
+}
+
+TEST_F(UnfinishedRemovalTest, DeletesNothingWhoseCopyIsGone)
+{
+    const auto from = pictureOf(m_home / ("from/" + m_removed));
+    fs::rename(m_home / "to/copy", m_home / "elsewhere");
+    m_mover.clearUnfinishedMoves(m_home / "to");
+    m_mover.clearUnfinishedMoves(m_home / "from");
+    EXPECT_EQ(pictureOf(m_home / ("from/" + m_removed)), from);
 }
 
 } // namespace

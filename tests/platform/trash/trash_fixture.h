@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/removal/item_place.h"
 #include "platform/linux/trash/mounted_volumes.h"
 #include "platform/protected_places.h"
 #include "support/environment_variable.h"

@@ -49,6 +49,11 @@ Result<EntryStatus, int> statusOf(int folder, const char* name)
     return status;
 }
 
+bool isUntouched(const EntryStatus& before, const EntryStatus& now)
+{
+    return isUnchanged(before, now) && (before.isFolder() || same(before.changed, now.changed));
+}
+
 bool isUnchanged(const EntryStatus& before, const EntryStatus& now)
 {
     if (before.identity != now.identity || before.mode != now.mode || before.owner != now.owner

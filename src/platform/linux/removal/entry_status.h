@@ -43,8 +43,12 @@ struct EntryStatus {
 /// The status of `name` in `folder`, or of `folder` itself when the name is empty.
 Result<EntryStatus, int> statusOf(int folder, const char* name);
 
-/// Whether the entry's content or metadata was touched between two looks at it. Of files with
-/// several names only what a change of the number of names leaves alone is compared.
+/// Whether nothing of the entry was touched between two looks at it. What lies in a folder is not
+/// compared.
+bool isUntouched(const EntryStatus& before, const EntryStatus& now);
+
+/// The same while names of the entry are taken away: of files with several names only what that
+/// leaves alone is compared.
 bool isUnchanged(const EntryStatus& before, const EntryStatus& now);
 
 } // namespace kestavon

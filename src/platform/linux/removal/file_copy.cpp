@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -110,6 +111,52 @@ int ContentCopier::copyRangeByReading(int source, int target, std::int64_t from,
             return ECANCELED;
     }
     return 0;
+}
+
+bool holdSameBytes(int file, int other)
+{
+    std::vector<char> bytes(bufferBytes);
+    std::vector<char> otherBytes(bufferBytes);
+    const auto fill = [](int from, std::vector<char>& buffer, std::int64_t at) -> ssize_t {
+        std::size_t filled = 0;
+        while (filled < buffer.size()) {
+            const auto got = retrying([&] {
+                return ::pread(from, buffer.data() + filled, buffer.size() - filled,
+                    at + static_cast<std::int64_t>(filled));
+            });
+            if (got < 0)
+                return -1;
+            if (got == 0)
+                break;
+            filled += static_cast<std::size_t>(got);
+        }
+        return static_cast<ssize_t>(filled);
+    };
+    for (std::int64_t at = 0;;) {
+        const auto got = fill(file, bytes, at);
+        if (got < 0 || fill(other, otherBytes, at) != got
+            || std::memcmp(bytes.data(), otherBytes.data(), static_cast<std::size_t>(got)) != 0)
+            return false;
+        if (static_cast<std::size_t>(got) < bytes.size())
+            return true;
+        at += got;
+    }
+}
+
+std::optional<std::string> linkText(int folder, const char* name)
+{
+    std::string text(256, '\0');
+    for (;;) {
+        const auto length
+            = retrying([&] { return ::readlinkat(folder, name, text.data(), text.size()); });
+        if (length < 0)
+            return std::nullopt;
+        if (static_cast<std::size_t>(length) < text.size()) {
+            text.resize(static_cast<std::size_t>(length));
+            return text;
+        }
+        text.resize(2 * text.size());
+    }
 }
 
 } // namespace kestavon

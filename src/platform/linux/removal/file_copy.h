@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -32,5 +33,11 @@ private:
     std::vector<char> m_buffer;
     bool m_kernelCopies = true; ///< copy_file_range(2) has not failed yet
 };
+
+/// Whether two opened files hold the same bytes; false too when that cannot be told.
+bool holdSameBytes(int file, int other);
+
+/// Where a link leads to; nothing, and `errno`, when it cannot be read.
+std::optional<std::string> linkText(int folder, const char* name);
 
 } // namespace kestavon

@@ -3,10 +3,14 @@
 #include "core/domain/removal_guard.h"
 #include "platform/linux/removal/retry.h"
 
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <string_view>
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kestavon {
 
@@ -90,6 +94,23 @@ Result<ItemPlace, int> openItemPlace(const std::string& path, const std::string&
     if (!folder)
         return folder.error();
     return ItemPlace{std::move(*folder), std::string(name), std::string(lastComponent(rest))};
+}
+
+std::optional<std::string> pathOfFolder(int folder)
+{
+    const auto link = "/proc/self/fd/" + std::to_string(folder);
+    std::array<char, PATH_MAX> path{};
+    const auto length = ::readlink(link.c_str(), path.data(), path.size());
+    if (length <= 0 || static_cast<std::size_t>(length) == path.size() || path[0] != '/')
+        return std::nullopt;
+    std::string text(path.data(), static_cast<std::size_t>(length));
+    // A removed folder still has a text here; only one that leads back to it is its path.
+    struct stat opened {
+    }, named{};
+    if (::fstat(folder, &opened) != 0 || ::stat(text.c_str(), &named) != 0
+        || opened.st_dev != named.st_dev || opened.st_ino != named.st_ino)
+        return std::nullopt;
+    return text;
 }
 
 } // namespace kestavon

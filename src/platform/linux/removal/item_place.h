@@ -3,6 +3,7 @@
 #include "platform/file_error.h"
 #include "platform/linux/file_descriptor.h"
 
+#include <optional>
 #include <string>
 
 namespace kestavon {
@@ -21,5 +22,9 @@ Result<ItemPlace, int> openItemPlace(const std::string& path, const std::string&
 
 /// Opens the folder `path` itself; a link at its end is followed.
 Result<FileDescriptor, int> openFolder(const std::string& path);
+
+/// The path of an opened folder, without links; nothing when it has none any more, or one that is
+/// too long for the kernel to tell.
+std::optional<std::string> pathOfFolder(int folder);
 
 } // namespace kestavon

@@ -289,6 +289,14 @@ bool removeMarks(int folder, const char* name, const std::string& prefix)
     });
 }
 
+std::optional<std::string> readMark(int folder, const char* name, std::string_view mark)
+{
+    auto value = attributeValue(accessByName(folder, name), std::string(mark));
+    if (!value)
+        return std::nullopt;
+    return std::move(*value);
+}
+
 std::vector<FileMark> readMarks(int folder, const char* name, const std::string& prefix)
 {
     std::vector<FileMark> marks;

@@ -4,7 +4,9 @@
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/removal/entry_status.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kestavon {
@@ -25,6 +27,9 @@ bool setMarks(int folder, const char* name, const std::vector<FileMark>& marks);
 
 /// Takes the marks off whose names begin with `prefix`; false when one could not be taken off.
 bool removeMarks(int folder, const char* name, const std::string& prefix);
+
+/// The value of one mark; nothing when there is none.
+std::optional<std::string> readMark(int folder, const char* name, std::string_view mark);
 
 /// The marks whose names begin with `prefix`; none for what cannot have any.
 std::vector<FileMark> readMarks(int folder, const char* name, const std::string& prefix);

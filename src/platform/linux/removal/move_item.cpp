@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/statvfs.h>
@@ -51,6 +53,33 @@ bool lacksRoom(int folder, const TreeSurvey& survey)
     return neededBlocks > volume.f_bavail;
 }
 
+/// Waits until a change of a surveyed file would give it another time of change. Clocks of file
+/// systems stand still between two ticks, and a file written again within the tick in which it was
+/// looked at would look the same.
+void waitUntilChangesShow(const TreeSurvey& survey)
+{
+    using namespace std::chrono;
+    using namespace std::chrono_literals;
+    const auto nanosecondsOf = [](const struct timespec& time) {
+        return seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
+    };
+    nanoseconds newest{};
+    for (const auto& entry : survey.entries()) {
+        if (!entry.status.isFolder())
+            newest = std::max(newest, nanosecondsOf(entry.status.changed));
+    }
+    if (newest % 1s == 0ns) // More than a coincidence: a file system that counts by seconds.
+        newest += 2s;
+    for (int attempt = 0; attempt < 1200; ++attempt) {
+        struct timespec now { };
+        ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+        const auto left = newest - nanosecondsOf(now);
+        if (left < 0ns || left > 3s) // Set by another clock, it will not be reached.
+            return;
+        std::this_thread::sleep_for(2ms);
+    }
+}
+
 /// A move to another device. The steps are in the order that keeps the item whole at one place at
 /// every moment: survey, copy, write out, look again, put in place, write out, take the source
 /// away. Up to the last step everything can be undone.
@@ -60,7 +89,6 @@ public:
         : m_source(source)
         , m_target(target)
         , m_options(options)
-        , m_partialName(partialCopyName())
     {
     }
 
@@ -75,7 +103,6 @@ public:
         if (statusOf(m_targetFolder.get(), m_target.name.c_str()))
             return EEXIST;
         lockForMove(m_targetFolder.get());
-        ::clock_gettime(CLOCK_REALTIME_COARSE, &m_surveyTime);
         const auto survey = surveyTree(m_source.folder.get(), m_source.name, m_options.stop);
         if (!survey)
             return survey.error().error;
@@ -87,8 +114,9 @@ public:
             return errno;
         if (lacksRoom(m_targetFolder.get(), *survey))
             return ENOSPC;
+        waitUntilChangesShow(*survey);
         if (const int error = makeCopy(*survey)) {
-            removeTree(m_targetFolder.get(), m_partialName, {});
+            removeTree(m_targetFolder.get(), m_names.partialCopy, {});
             return error;
         }
         return exchange(*survey, report);
@@ -97,11 +125,16 @@ public:
 private:
     int makeCopy(const TreeSurvey& survey)
     {
+        auto marks = m_options.marks;
+        if (const auto folder = pathOfFolder(m_source.folder.get()))
+            marks.push_back({.name = std::string(removedSourceMark),
+                .value = removedSourceText(*folder + '/' + m_names.removedSource, m_source.name)});
         const auto copied = copyTree({.survey = survey,
             .sourceFolder = m_source.folder.get(),
             .sourceName = m_source.name,
             .targetFolder = m_targetFolder.get(),
-            .targetName = m_partialName,
+            .targetName = m_names.partialCopy,
+            .marks = marks,
             .options = m_options});
         if (!copied) // An entry that was surveyed and is no longer there.
             return copied.error().error == ENOENT ? ESTALE : copied.error().error;
@@ -109,7 +142,7 @@ private:
             = checkUnchanged(survey, m_source.folder.get(), m_source.name, m_options.stop);
         if (!checked)
             return checked.error().error;
-        const auto copy = statusOf(m_targetFolder.get(), m_partialName.c_str());
+        const auto copy = statusOf(m_targetFolder.get(), m_names.partialCopy.c_str());
         if (!copy)
             return copy.error();
         m_copy = copy->identity;
@@ -120,14 +153,16 @@ private:
     int exchange(const TreeSurvey& survey, MoveReport& report)
     {
         const int folder = m_targetFolder.get();
-        int error
-            = renameWithoutReplacing(folder, m_partialName.c_str(), folder, m_target.name.c_str());
+        int error = renameWithoutReplacing(
+            folder, m_names.partialCopy.c_str(), folder, m_target.name.c_str());
         if (error == 0)
             error = waitForDisk(folder);
         if (error == 0)
             error = takeSourceAway(survey, report);
         if (error != 0)
             removeCopy();
+        else if (!m_leavesRemainder)
+            removeMarks(folder, m_target.name.c_str(), std::string(removedSourceMark));
         return error;
     }
 
@@ -137,7 +172,7 @@ private:
     {
         const int folder = m_source.folder.get();
         const auto* name = m_source.name.c_str();
-        const auto aside = removedSourceName(m_surveyTime);
+        const auto& aside = m_names.removedSource;
         lockSourceFolder();
         if (const int error = renameWithoutReplacing(folder, name, folder, aside.c_str()))
             return error;
@@ -148,23 +183,25 @@ private:
             && now->mode == top.mode && now->modified.tv_sec == top.modified.tv_sec
             && now->modified.tv_nsec == top.modified.tv_nsec;
         if (!isSame)
-            return putBack(aside) ? ESTALE : keepAside(report);
+            return putBack() ? ESTALE : keepAside(report);
         const auto removal = removeSurveyed(survey, folder, aside);
         if (removal.isGone)
             return 0;
-        if (!removal.removedSomething && putBack(aside))
+        if (!removal.removedSomething && putBack())
             return removal.error != 0 ? removal.error : ESTALE;
-        if (removal.keptSomething)
-            putBack(aside); // What is new there belongs to whoever made it.
+        if (removal.keptSomething && putBack()) { // What is new there belongs to whoever made it.
+            report.remainsAtSource = true;
+            return 0;
+        }
         return keepAside(report);
     }
 
-    bool putBack(const std::string& aside)
+    bool putBack()
     {
         const int folder = m_source.folder.get();
         for (int attempt = 0; attempt < 3; ++attempt) {
-            const int error
-                = renameWithoutReplacing(folder, aside.c_str(), folder, m_source.name.c_str());
+            const int error = renameWithoutReplacing(
+                folder, m_names.removedSource.c_str(), folder, m_source.name.c_str());
             if (error == 0)
                 return true;
             if (error == EEXIST)
@@ -173,8 +210,10 @@ private:
         return false;
     }
 
-    static int keepAside(MoveReport& report)
+    /// The next start tries again.
+    int keepAside(MoveReport& report)
     {
+        m_leavesRemainder = true;
         report.remainsAtSource = true;
         return 0;
     }
@@ -196,23 +235,23 @@ private:
         const int folder = m_targetFolder.get();
         const auto placed = statusOf(folder, m_target.name.c_str());
         if (!placed || placed->identity != m_copy) {
-            removeTree(folder, m_partialName, {});
+            removeTree(folder, m_names.partialCopy, {});
             return;
         }
         // Under its own name again, a crash in the middle of this is cleared away later.
-        const int error
-            = renameWithoutReplacing(folder, m_target.name.c_str(), folder, m_partialName.c_str());
-        removeTree(folder, error == 0 ? m_partialName : m_target.name, {});
+        const int error = renameWithoutReplacing(
+            folder, m_target.name.c_str(), folder, m_names.partialCopy.c_str());
+        removeTree(folder, error == 0 ? m_names.partialCopy : m_target.name, {});
     }
 
     const ItemPlace& m_source;
     const ItemPlace& m_target;
     const MoveOptions& m_options;
-    std::string m_partialName;
+    MoveNames m_names = MoveNames::random();
     FileDescriptor m_targetFolder;
     FileDescriptor m_sourceFolder;
     Identity m_copy;
-    struct timespec m_surveyTime { };
+    bool m_leavesRemainder = false;
 };
 
 /// Whether a rename from here to there has a chance. The device numbers are only a hint: the

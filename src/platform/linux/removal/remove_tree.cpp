@@ -39,9 +39,7 @@ public:
             return {EBUSY, m_top};
         m_mount = status->mount;
         if (!status->isFolder()) {
-            const bool stays = m_options.touchedBefore && !isBefore(status->modified);
-            if (!stays)
-                note(removeEntry(m_base, m_top.c_str(), 0), m_top);
+            note(removeEntry(m_base, m_top.c_str(), 0), m_top);
             return m_failure;
         }
         enter(m_base, m_top.c_str());
@@ -82,12 +80,6 @@ private:
             m_failure = {error, std::string(name)};
     }
 
-    bool isBefore(const struct timespec& moment) const
-    {
-        const auto& limit = *m_options.touchedBefore;
-        return std::tie(moment.tv_sec, moment.tv_nsec) < std::tie(limit.tv_sec, limit.tv_nsec);
-    }
-
     void removeNext(Step& step)
     {
         const auto& entry = step.listing.entries()[step.next++];
@@ -96,13 +88,6 @@ private:
         if (entry.type == DT_DIR) {
             enter(folder, name);
             return;
-        }
-        if (m_options.touchedBefore) {
-            const auto status = statusOf(folder, name);
-            if (!status || (!status->isFolder() && !isBefore(status->changed))) {
-                step.holdsSomething = true;
-                return;
-            }
         }
         const int error = removeEntry(folder, name, 0);
         if (error == EISDIR || error == EPERM) {
@@ -125,7 +110,7 @@ private:
             opened = openFolderIn(parent, name);
         if (!opened) {
             const int error = opened.error();
-            if ((error == ENOTDIR || error == ELOOP) && !m_options.touchedBefore)
+            if (error == ENOTDIR || error == ELOOP)
                 note(removeEntry(parent, name, 0), step.name);
             else if (error != ENOENT)
                 note(error, step.name);

@@ -2,7 +2,6 @@
 
 #include "platform/linux/removal/tree_survey.h"
 
-#include <optional>
 #include <stop_token>
 #include <string>
 
@@ -10,9 +9,6 @@ namespace kestavon {
 
 struct RemoveTreeOptions {
     std::stop_token stop = {};
-    /// Only what was last touched before this moment goes; folders when they are empty then. Files
-    /// that stay are no failure.
-    std::optional<struct timespec> touchedBefore = {};
 };
 
 /// Deletes the item called `name` in `folder`; a folder with all that is in it, however deep and

@@ -103,6 +103,17 @@ int renameOnce(const Names& names)
         : error;
 }
 
+/// Whether the item lies at the target although the rename reported a failure: over a network an
+/// answer can get lost, or what was done already be asked for again.
+bool hasArrived(const Names& names, const Identity& item)
+{
+    const auto arrived = statusOf(names.targetFolder, names.target);
+    if (!arrived || arrived->identity != item)
+        return false;
+    const auto left = statusOf(names.sourceFolder, names.source);
+    return !left && left.error() == ENOENT;
+}
+
 } // namespace
 
 int renameWithoutReplacing(
@@ -113,11 +124,8 @@ int renameWithoutReplacing(
     if (!before)
         return before.error();
     const int error = renameOnce(names);
-    if (error == ENOENT) {
-        // Over a network an answer can get lost, and what was done already is then asked for again.
-        const auto arrived = statusOf(targetFolder, target);
-        return arrived && arrived->identity == before->identity ? 0 : ENOENT;
-    }
+    if (error == 0 || hasArrived(names, before->identity))
+        return 0;
     // Changing a folder's parent changes the folder, so it takes the permission to write to it.
     if (error != EACCES || !before->isFolder() || (before->mode & S_IWUSR)
         || before->owner != ::geteuid())

@@ -78,9 +78,9 @@ private:
         if (const int error = copyEntry(
                 m_job.sourceFolder, m_job.sourceName.c_str(), m_job.targetFolder, target, top))
             return error;
-        if (top.status.isFile() && !m_job.options.marks.empty()) {
+        if (top.status.isFile() && !m_job.marks.empty()) {
             // Marks are welcome, not required; but they must be on the disk with the rest.
-            setMarks(m_job.targetFolder, target, m_job.options.marks);
+            setMarks(m_job.targetFolder, target, m_job.marks);
             const FileDescriptor copy(retrying([&] {
                 return ::openat(m_job.targetFolder, target, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
             }));
@@ -136,7 +136,7 @@ private:
         m_failedName = m_job.sourceName;
         if (const int error = finishFolder(source->get(), target->get(), top.status))
             return error;
-        setMarks(m_job.targetFolder, name, m_job.options.marks);
+        setMarks(m_job.targetFolder, name, m_job.marks);
         return waitForDisk(target->get());
     }
 
@@ -269,7 +269,7 @@ private:
         if (!source)
             return errno;
         const auto opened = statusOf(source.get(), "");
-        if (!opened || !isUnchanged(status, *opened))
+        if (!opened || !isUntouched(status, *opened))
             return ESTALE;
         constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
         const FileDescriptor target(
@@ -279,7 +279,7 @@ private:
         if (const int error = m_copier.copy(source.get(), target.get(), status))
             return error;
         const auto after = statusOf(source.get(), "");
-        if (!after || !isUnchanged(status, *after))
+        if (!after || !isUntouched(status, *after))
             return ESTALE;
         if (const int error
             = copyMetadata(source.get(), target.get(), status, m_job.options.unmarkPrefix))
@@ -293,20 +293,11 @@ private:
 
     static int copyLink(int source, const char* sourceName, int target, const char* targetName)
     {
-        std::string text(256, '\0');
-        for (;;) {
-            const auto length = retrying(
-                [&] { return ::readlinkat(source, sourceName, text.data(), text.size()); });
-            if (length < 0)
-                return errno;
-            if (static_cast<std::size_t>(length) < text.size()) {
-                text.resize(static_cast<std::size_t>(length));
-                break;
-            }
-            text.resize(2 * text.size());
-        }
-        return retrying([&] { return ::symlinkat(text.c_str(), target, targetName); }) == 0 ? 0
-                                                                                            : errno;
+        const auto text = linkText(source, sourceName);
+        if (!text)
+            return errno;
+        const auto link = [&] { return ::symlinkat(text->c_str(), target, targetName); };
+        return retrying(link) == 0 ? 0 : errno;
     }
 
     const TreeCopyJob& m_job;

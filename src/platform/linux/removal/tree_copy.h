@@ -4,6 +4,7 @@
 #include "platform/linux/removal/tree_survey.h"
 
 #include <string>
+#include <vector>
 
 namespace kestavon {
 
@@ -14,7 +15,8 @@ struct TreeCopyJob {
     const std::string& sourceName;
     int targetFolder; ///< opened for reading
     const std::string& targetName; ///< free
-    const MoveOptions& options; ///< its marks are put on the copy
+    const std::vector<FileMark>& marks; ///< put on the copy, where it can have any
+    const MoveOptions& options;
 };
 
 /// Makes a copy of a surveyed item that is as durable as it is complete: contents, holes, links,

@@ -195,7 +195,7 @@ Result<Done, TreeFailure> checkFolder(
     for (const auto& listed : listing->entries()) {
         const auto* known = survey.find(folder, listing->name(listed));
         const auto now = statusOf(opened, listing->nameText(listed));
-        if (!known || !now || !isUnchanged(known->status, *now))
+        if (!known || !now || !isUntouched(known->status, *now))
             return TreeFailure{ESTALE, std::string(listing->name(listed))};
     }
     return Done{};
@@ -208,7 +208,7 @@ Result<Done, TreeFailure> checkUnchanged(
 {
     const auto& top = survey.entries().front();
     const auto now = statusOf(folder, name.c_str());
-    if (!now || !isUnchanged(top.status, *now))
+    if (!now || !isUntouched(top.status, *now))
         return TreeFailure{ESTALE, name};
     if (!top.status.isFolder())
         return Done{};

@@ -1,13 +1,18 @@
 #include "platform/linux/removal/unfinished_moves.h"
 
 #include "core/domain/uuid.h"
+#include "platform/linux/removal/copied_remainder.h"
 #include "platform/linux/removal/folder_listing.h"
+#include "platform/linux/removal/item_place.h"
+#include "platform/linux/removal/metadata.h"
 #include "platform/linux/removal/remove_tree.h"
+#include "platform/linux/removal/rename_item.h"
+#include "platform/linux/removal/retry.h"
 
-#include <charconv>
 #include <chrono>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/file.h>
 
 namespace kestavon {
@@ -16,45 +21,64 @@ namespace {
 
 constexpr std::string_view partialPrefix = ".kestavon-partial-";
 constexpr std::string_view removedPrefix = ".kestavon-removed-";
-constexpr std::size_t uuidLength = 36;
 
-/// Clocks of file systems stand still between two ticks, and those of servers differ from ours.
-constexpr std::int64_t clockTolerance = 2; // seconds
+bool isPrefixAndId(std::string_view name, std::string_view prefix)
+{
+    return name.starts_with(prefix) && Uuid::fromText(name.substr(prefix.size())).has_value();
+}
+
+bool lockAgainstMoves(int folder)
+{
+    return retrying([&] { return ::flock(folder, LOCK_EX | LOCK_NB); }) == 0;
+}
+
+/// Deletes what is left of the source of a copy that is in its place, as far as the copy holds it;
+/// the rest gets its name back. Nothing is left to be done when this gives true.
+bool finishRemoval(const std::string& removedSource, int folder, const char* copy)
+{
+    const auto pathLength = removedSource.find('\0');
+    const auto remainder = openItemPlace(removedSource.substr(0, pathLength));
+    if (!remainder) // Its volume may be back the next time.
+        return false;
+    if (!isRemovedSourceName(remainder->name))
+        return true;
+    const FileDescriptor sourceFolder(retrying([&] {
+        return ::openat(remainder->folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    }));
+    if (!sourceFolder || !lockAgainstMoves(sourceFolder.get()))
+        return false;
+    const auto left = removeCopiedRemainder(sourceFolder.get(), remainder->name, folder, copy);
+    if (left != Remainder::notCopied || pathLength == std::string::npos)
+        return left == Remainder::none;
+    const auto formerName = removedSource.substr(pathLength + 1);
+    return !formerName.empty() && formerName.find('/') == std::string::npos
+        && renameWithoutReplacing(
+               sourceFolder.get(), remainder->name.c_str(), sourceFolder.get(), formerName.c_str())
+        == 0;
+}
 
 } // namespace
 
-std::string partialCopyName()
+MoveNames MoveNames::random()
 {
-    return std::string(partialPrefix) + Uuid::random().text();
+    const auto id = Uuid::random().text();
+    return {.partialCopy = std::string(partialPrefix) + id,
+        .removedSource = std::string(removedPrefix) + id};
 }
 
-std::string removedSourceName(const struct timespec& surveyed)
+std::string removedSourceText(const std::string& path, const std::string& formerName)
 {
-    return std::string(removedPrefix) + Uuid::random().text() + "-"
-        + std::to_string(surveyed.tv_sec);
+    return path + '\0' + formerName;
 }
 
 bool isPartialCopyName(std::string_view name)
 {
-    return name.starts_with(partialPrefix)
-        && Uuid::fromText(name.substr(partialPrefix.size())).has_value();
+    return isPrefixAndId(name, partialPrefix);
 }
 
-std::optional<struct timespec> surveyTimeOf(std::string_view name)
+bool isRemovedSourceName(std::string_view name)
 {
-    if (!name.starts_with(removedPrefix))
-        return std::nullopt;
-    name.remove_prefix(removedPrefix.size());
-    if (name.size() < uuidLength + 2 || !Uuid::fromText(name.substr(0, uuidLength))
-        || name[uuidLength] != '-')
-        return std::nullopt;
-    name.remove_prefix(uuidLength + 1);
-    struct timespec surveyed { };
-    const auto* end = name.data() + name.size();
-    const auto read = std::from_chars(name.data(), end, surveyed.tv_sec);
-    if (read.ec != std::errc() || read.ptr != end)
-        return std::nullopt;
-    return surveyed;
+    return isPrefixAndId(name, removedPrefix);
 }
 
 void lockForMove(int folder)
@@ -69,19 +93,18 @@ void lockForMove(int folder)
 
 void clearUnfinishedMovesIn(int folder)
 {
-    if (::flock(folder, LOCK_EX | LOCK_NB) != 0)
+    if (!lockAgainstMoves(folder))
         return;
     if (const auto listing = listFolder(folder)) {
         for (const auto& entry : listing->entries()) {
-            const auto name = listing->name(entry);
-            RemoveTreeOptions options;
-            if (const auto surveyed = surveyTimeOf(name)) {
-                options.touchedBefore = surveyed;
-                options.touchedBefore->tv_sec -= clockTolerance;
-            } else if (!isPartialCopyName(name)) {
+            const auto* name = listing->nameText(entry);
+            if (isPartialCopyName(name)) {
+                removeTree(folder, name, {});
                 continue;
             }
-            removeTree(folder, std::string(name), options);
+            const auto removedSource = readMark(folder, name, removedSourceMark);
+            if (removedSource && finishRemoval(*removedSource, folder, name))
+                removeMarks(folder, name, std::string(removedSourceMark));
         }
     }
     ::flock(folder, LOCK_UN);

@@ -1,32 +1,41 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
-#include <time.h>
-
 namespace kestavon {
 
-/// The names under which a move across devices keeps what is not yet, or no longer, an item. Found
-/// again after a crash, they say what may be cleared away.
+/// What a move across devices leaves when the program ends in the middle of it, and how the next
+/// start knows it again:
+///
+/// - a copy in the making lies beside its place under a name of its own: the source is whole, so
+///   the copy can go;
+/// - once the copy is in its place, the source is deleted under another name, beside the place
+///   where it was, and until that is done the copy carries a mark which tells where. What is left
+///   of such a source can go as far as the copy holds the same, byte for byte.
 
-/// A copy in the making, beside the place it is for.
-std::string partialCopyName();
+/// The names of one move, with which it leaves no other's in doubt.
+struct MoveNames {
+    std::string partialCopy;
+    std::string removedSource;
 
-/// A source whose copy is complete and in its place: it is deleted under this name, beside the
-/// place where it was. `surveyed` is when the source was last known to be as the copy is.
-std::string removedSourceName(const struct timespec& surveyed);
+    static MoveNames random();
+};
 
 bool isPartialCopyName(std::string_view name);
-/// The moment in the name of a removed source; nothing for any other name.
-std::optional<struct timespec> surveyTimeOf(std::string_view name);
+bool isRemovedSourceName(std::string_view name);
+
+/// The mark on a copy whose source may not be gone.
+inline constexpr std::string_view removedSourceMark = "user.kestavon.removed-source";
+/// Its value: where what is left of the source lies now, and the name that it had.
+std::string removedSourceText(const std::string& path, const std::string& formerName);
 
 /// Declares that a move is at work in the opened folder, until the descriptor is closed. Gives up
 /// waiting for another program's lock after a while: the lock only spares work, never data.
 void lockForMove(int folder);
 
-/// Deletes what moves of the past left in the opened folder, unless one is at work there.
+/// Ends what moves of the past left in the opened folder that they were to move something to, and
+/// in the folders where that came from, unless a move is at work there. Looks at every entry.
 void clearUnfinishedMovesIn(int folder);
 
 } // namespace kestavon

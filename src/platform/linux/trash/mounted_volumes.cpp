@@ -1,9 +1,7 @@
 #include "platform/linux/trash/mounted_volumes.h"
 
 #include "platform/linux/file_descriptor.h"
-
-#include <array>
-#include <climits>
+#include "platform/linux/removal/item_place.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -54,23 +52,6 @@ std::optional<MountedVolume> SystemMountedVolumes::holding(int folder) const
         identity = identityAbove;
     }
     return std::nullopt;
-}
-
-std::optional<std::string> pathOfFolder(int folder)
-{
-    const auto link = "/proc/self/fd/" + std::to_string(folder);
-    std::array<char, PATH_MAX> path{};
-    const auto length = ::readlink(link.c_str(), path.data(), path.size());
-    if (length <= 0 || static_cast<std::size_t>(length) == path.size() || path[0] != '/')
-        return std::nullopt;
-    std::string text(path.data(), static_cast<std::size_t>(length));
-    // A removed folder still has a text here; only one that leads back to it is its path.
-    struct stat opened {
-    }, named{};
-    if (::fstat(folder, &opened) != 0 || ::stat(text.c_str(), &named) != 0
-        || opened.st_dev != named.st_dev || opened.st_ino != named.st_ino)
-        return std::nullopt;
-    return text;
 }
 
 } // namespace kestavon

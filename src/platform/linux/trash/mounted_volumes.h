@@ -29,8 +29,4 @@ public:
     std::optional<MountedVolume> holding(int folder) const override;
 };
 
-/// The path of an opened folder, without links; nothing when it has none any more, or one that is
-/// too long for the kernel to tell.
-std::optional<std::string> pathOfFolder(int folder);
-
 } // namespace kestavon
