@@ -6,6 +6,7 @@
 #include "platform/protected_places.h"
 
 #include <memory>
+#include <span>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -44,6 +45,12 @@ public:
     /// (`Kind::permission`).
     virtual FileResult<Done> trashItem(const std::string& path, const TrashOptions& options = {})
         = 0;
+
+    /// Moves many items, one after the other, and tells of each what `trashItem` would. Faster than
+    /// that where the disk has to be waited for: what is written down about the items goes there
+    /// together.
+    virtual std::vector<FileResult<Done>> trashItems(
+        std::span<const std::string> paths, const TrashOptions& options = {});
 
     /// To be told after the item at `path` was deleted for good: what the Trash wrote down about it
     /// goes too. Does nothing when `path` was no item of a Trash, or something still lies there.

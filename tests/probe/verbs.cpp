@@ -119,8 +119,11 @@ void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::
 
 RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
 {
-    return [scannedRoot](const std::string& path) {
-        return SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot});
+    return [scannedRoot](std::span<const std::string> paths) {
+        std::vector<FileResult<Done>> results;
+        for (const auto& path : paths)
+            results.push_back(SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot}));
+        return results;
     };
 }
 
@@ -129,8 +132,8 @@ RemovalWorker::Remove trashing(const std::string& scannedRoot = {})
     const Machine machine;
     const auto trash = makeSystemTrash(
         machine.layout, *machine.protectedPlaces, std::make_shared<SystemClock>());
-    return [trash, scannedRoot](const std::string& path) {
-        return trash->trashItem(path, {.noLinksBelow = scannedRoot, .stop = {}});
+    return [trash, scannedRoot](std::span<const std::string> paths) {
+        return trash->trashItems(paths, {.noLinksBelow = scannedRoot, .stop = {}});
     };
 }
 

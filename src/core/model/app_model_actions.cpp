@@ -16,16 +16,20 @@ RemovalWorker workerFor(
 {
     RemovalWorker::Remove remove;
     if (action == ActionKind::trash) {
-        remove = [trash = platform.trash, walkedFolder](const std::string& path) {
-            return trash->trashItem(path, {.noLinksBelow = walkedFolder, .stop = {}});
+        remove = [trash = platform.trash, walkedFolder](std::span<const std::string> paths) {
+            return trash->trashItems(paths, {.noLinksBelow = walkedFolder, .stop = {}});
         };
     } else {
         remove = [remover = platform.remover, trash = platform.trash, walkedFolder](
-                     const std::string& path) {
-            auto removed = remover->remove(path, {.noLinksBelow = walkedFolder, .stop = {}});
-            if (removed)
-                trash->forgetItem(path); // when it was an item of the Trash
-            return removed;
+                     std::span<const std::string> paths) {
+            std::vector<FileResult<Done>> results;
+            for (const auto& path : paths) {
+                auto removed = remover->remove(path, {.noLinksBelow = walkedFolder, .stop = {}});
+                if (removed)
+                    trash->forgetItem(path); // when it was an item of the Trash
+                results.push_back(std::move(removed));
+            }
+            return results;
         };
     }
     return {*platform.protectedPlaces, *platform.places, std::move(remove)};

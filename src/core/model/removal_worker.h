@@ -10,6 +10,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 namespace kestavon {
 
@@ -28,19 +29,23 @@ struct RemovalRequest {
     bool isDirectory = false; ///< as it was found
 };
 
-/// Trashes or deletes the items of a selection, one after the other. Any thread but the main one.
+/// Trashes or deletes the items of a selection in order. Any thread but the main one.
 class RemovalWorker {
 public:
-    /// Removes the item at a path; an error leaves it uncounted.
-    using Remove = std::function<FileResult<Done>(const std::string& path)>;
+    /// Removes the items at these paths, in order, and tells what became of each; an error leaves
+    /// it uncounted.
+    using Remove = std::function<std::vector<FileResult<Done>>(std::span<const std::string> paths)>;
 
     RemovalWorker(const ProtectedPlaces& protectedPlaces, const FilePlaces& places, Remove remove);
 
-    /// Tries every item in order. Protected ones, those that cannot be removed, and folders that
-    /// were files when they were found stay and are not counted; no error comes of it.
+    /// Tries every item in order, a few hundred at a time; between those it hears `stop`. Protected
+    /// ones, those that cannot be removed, and folders that were files when they were found stay
+    /// and are not counted; no error comes of it.
     RemovalTally run(std::span<const RemovalRequest> requests, const std::stop_token& stop = {});
 
 private:
+    bool mayRemove(const RemovalRequest& request) const;
+
     const ProtectedPlaces& m_protectedPlaces;
     const FilePlaces& m_places;
     Remove m_remove;

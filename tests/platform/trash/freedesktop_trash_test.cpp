@@ -1,3 +1,4 @@
+#include "core/domain/uuid.h"
 #include "platform/linux/trash/freedesktop_trash.h"
 #include "platform/linux/trash/trash_info.h"
 #include "platform/linux/trash/trash_record.h"
@@ -8,6 +9,8 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/xattr.h>
 
 namespace kestavon {
 
@@ -398,6 +401,71 @@ TEST_F(FreedesktopTrashTest, ClearsOnlyTheRecordsThatItsOwnCrashLeft)
     EXPECT_THAT(records(),
         ElementsAre("empty and new.trashinfo", "next.trashinfo", "theirs.trashinfo",
             "whole.trashinfo", "working.trashinfo"));
+}
+
+TEST_F(FreedesktopTrashTest, ClearsTheRestOfASourceThatACrashLeftAfterItWasCopied)
+{
+    const auto removed = ".kestavon-removed-" + Uuid::random().text();
+    m_folder.writeFile("volume/" + removed + "/below/file", "content");
+    m_folder.writeFile("volume/" + removed + "/new", "written after the copy");
+    m_folder.writeFile("home/.local/share/Trash/files/folder/below/file", "content");
+    m_folder.writeFile(
+        "home/.local/share/Trash/info/folder.trashinfo", trashInfoText("/x", m_clock->now()));
+    const auto mark = m_folder / ("volume/" + removed) + '\0' + "folder";
+    if (::setxattr((m_homeTrash + "/files/folder").c_str(), "user.kestavon.removed-source",
+            mark.data(), mark.size(), 0)
+        != 0)
+        GTEST_SKIP() << "no extended attributes here";
+
+    ASSERT_TRUE(put(m_folder.writeFile("home/next")));
+    EXPECT_FALSE(isThere(m_folder / ("volume/" + removed)));
+    EXPECT_THAT(namesIn(m_folder / "volume"), ElementsAre("folder"));
+    EXPECT_THAT(namesIn(m_folder / "volume/folder"), ElementsAre("new"));
+    EXPECT_EQ(m_folder.readFile("home/.local/share/Trash/files/folder/below/file"), "content");
+}
+
+TEST_F(FreedesktopTrashTest, MovesManyAsIfOneByOne)
+{
+    const auto volume = makeVolume("volume");
+    m_folder.writeFile("home/folder/inside", "content");
+    m_folder.writeFile("home/a/same", "a");
+    m_folder.writeFile("home/b/same", "b");
+    const std::vector<std::string> paths{m_folder / "home/folder", m_folder / "home/folder/inside",
+        m_folder / "home/missing", m_folder / "home/a/same", m_folder.writeFile("volume/there"),
+        m_homeTrash, m_folder / "home/b/same", m_folder / "home/a"};
+    std::vector<bool> went;
+    for (const auto& result : m_trash->trashItems(paths, {}))
+        went.push_back(bool(result));
+    EXPECT_THAT(went, ElementsAre(true, false, false, true, true, false, true, true));
+
+    EXPECT_THAT(items(), ElementsAre("a", "folder", "same", "same.2"));
+    EXPECT_THAT(namesIn(m_homeTrash + "/files/folder"), ElementsAre("inside"));
+    EXPECT_EQ(originalPathIn(record("same.2")), m_folder / "home/b/same");
+    EXPECT_EQ(m_folder.readFile("home/.local/share/Trash/files/same.2"), "b");
+    EXPECT_THAT(records(), SizeIs(4));
+    EXPECT_THAT(namesIn(volume + "/.Trash-" + m_userName + "/files"), ElementsAre("there"));
+    const auto sizes = m_folder.readFile("home/.local/share/Trash/directorysizes");
+    EXPECT_EQ(std::ranges::count(sizes, '\n'), 2);
+}
+
+TEST_F(FreedesktopTrashTest, MovesManyWithFewDescriptors)
+{
+    constexpr int files = 600;
+    std::vector<std::string> paths;
+    for (int i = 0; i < files; ++i)
+        paths.push_back(m_folder.writeFile("home/" + std::to_string(i), std::to_string(i)));
+    struct rlimit old { };
+    ::getrlimit(RLIMIT_NOFILE, &old);
+    const struct rlimit few {
+        64, old.rlim_max
+    };
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    const auto results = m_trash->trashItems(paths, {});
+    ::setrlimit(RLIMIT_NOFILE, &old);
+    EXPECT_EQ(
+        std::ranges::count_if(results, [](const auto& result) { return bool(result); }), files);
+    EXPECT_THAT(items(), SizeIs(files));
+    EXPECT_THAT(records(), SizeIs(files));
 }
 
 TEST_F(FreedesktopTrashTest, KeepsItemsApartThatArriveAtTheSameMoment)

@@ -73,8 +73,8 @@ private:
     std::int64_t m_bytes = 0;
 };
 
-/// The lines of `text` that are not about `name`; a last line without its end gets one.
-std::string withoutLineOf(std::string_view text, const std::string& name)
+/// The lines of `text` that are not about these names; a last line without its end gets one.
+std::string withoutLinesOf(std::string_view text, const std::set<std::string>& names)
 {
     std::string kept;
     while (!text.empty()) {
@@ -84,7 +84,7 @@ std::string withoutLineOf(std::string_view text, const std::string& name)
         const auto lineName = lastSpace == std::string_view::npos
             ? std::nullopt
             : percentDecoded(line.substr(lastSpace + 1));
-        if (lineName != name)
+        if (!lineName || !names.contains(*lineName))
             kept.append(line).append("\n");
         text.remove_prefix(std::min(end + 1, text.size()));
     }
@@ -118,8 +118,8 @@ bool lockForChange(int folder)
     return false;
 }
 
-/// Exchanges the line of `name` for `line`.
-void replaceLine(int trashFolder, const std::string& name, const std::string& line)
+/// Takes the lines of these names away and adds `lines`.
+void replaceLines(int trashFolder, const std::set<std::string>& names, const std::string& lines)
 {
     // Opened anew: the lock belongs to the opening, and other threads share the caller's.
     const FileDescriptor lock(::openat(trashFolder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -128,7 +128,7 @@ void replaceLine(int trashFolder, const std::string& name, const std::string& li
     const auto text = currentText(trashFolder);
     if (!text)
         return;
-    const auto newText = withoutLineOf(*text, name) + line;
+    const auto newText = withoutLinesOf(*text, names) + lines;
     if (newText == *text)
         return;
     ::unlinkat(trashFolder, newFileName, 0);
@@ -136,7 +136,8 @@ void replaceLine(int trashFolder, const std::string& name, const std::string& li
         trashFolder, newFileName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file)
         return;
-    if (!writeAll(file.get(), newText) || ::fsync(file.get()) != 0
+    // Not waited for: others find out the sizes themselves when the file is missing.
+    if (!writeAll(file.get(), newText)
         || ::renameat(trashFolder, newFileName, trashFolder, fileName) != 0)
         ::unlinkat(trashFolder, newFileName, 0);
 }
@@ -151,17 +152,22 @@ std::optional<std::int64_t> bytesOnDisk(int parent, const std::string& name)
     return use.bytes();
 }
 
-void recordDirectorySize(
-    int trashFolder, const std::string& name, std::int64_t bytes, std::int64_t trashInfoTime)
+void recordDirectorySizes(int trashFolder, std::span<const DirectorySize> sizes)
 {
-    replaceLine(trashFolder, name,
-        std::to_string(bytes) + ' ' + std::to_string(trashInfoTime) + ' ' + percentEncoded(name)
-            + '\n');
+    std::set<std::string> names;
+    std::string lines;
+    for (const auto& size : sizes) {
+        names.insert(size.name);
+        lines += std::to_string(size.bytes) + ' ' + std::to_string(size.trashInfoTime) + ' '
+            + percentEncoded(size.name) + '\n';
+    }
+    if (!sizes.empty())
+        replaceLines(trashFolder, names, lines);
 }
 
 void forgetDirectorySize(int trashFolder, const std::string& name)
 {
-    replaceLine(trashFolder, name, "");
+    replaceLines(trashFolder, {name}, "");
 }
 
 } // namespace kestavon

@@ -10,9 +10,12 @@
 #include "platform/linux/trash/trash_places.h"
 #include "platform/linux/trash/trash_record.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace kestavon {
@@ -26,6 +29,15 @@ std::string recordedPath(const TrashableItem& item, const TrashFolder& trash)
     if (trash.topFolder.empty())
         return item.path;
     return item.path.substr(trash.topFolder == "/" ? 1 : trash.topFolder.size() + 1);
+}
+
+/// Each keeps a file open until it has been moved; most of those that there may be are for others.
+std::size_t itemsAtTheSameTime()
+{
+    struct rlimit files { };
+    if (::getrlimit(RLIMIT_NOFILE, &files) != 0)
+        return 1;
+    return std::clamp<std::size_t>(files.rlim_cur / 4, 1, 256);
 }
 
 } // namespace
@@ -51,7 +63,104 @@ FileResult<Done> FreedesktopTrash::trashItem(const std::string& path, const Tras
     if (!trash)
         return trash.error();
     clearOnce(*trash);
-    return put(*item, *trash, options);
+    std::vector<DirectorySize> sizes;
+    for (std::size_t attempt = 1;;) {
+        auto reservation = reserve(*item, *trash, attempt);
+        if (!reservation)
+            return reservation.error();
+        if (!reservation->record.writeOut())
+            return moveError(fileErrorKind(errno), item->place.name, trashName);
+        auto result = put(*item, *trash, *reservation, options, sizes);
+        attempt = reservation->attempt;
+        if (!result && result.error().kind == FileError::Kind::fileExists)
+            continue; // somebody without a record was faster
+        recordDirectorySizes(trash->root.get(), sizes);
+        return result;
+    }
+}
+
+std::vector<FileResult<Done>> FreedesktopTrash::trashItems(
+    std::span<const std::string> paths, const TrashOptions& options)
+{
+    const auto atTheSameTime = itemsAtTheSameTime();
+    std::vector<FileResult<Done>> results;
+    results.reserve(paths.size());
+    while (!paths.empty()) {
+        const auto count = std::min(paths.size(), atTheSameTime);
+        trashTogether(paths.first(count), options, results);
+        paths = paths.subspan(count);
+    }
+    return results;
+}
+
+void FreedesktopTrash::trashTogether(std::span<const std::string> paths,
+    const TrashOptions& options, std::vector<FileResult<Done>>& results)
+{
+    OpenTrashes trashes;
+    std::vector<std::optional<Plan>> plans;
+    plans.reserve(paths.size());
+    for (const auto& path : paths)
+        plans.push_back(planFor(path, options, trashes));
+    writeOut(plans);
+
+    DirectorySizes sizes;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        auto plan = std::exchange(plans[i], std::nullopt);
+        std::optional<FileResult<Done>> result;
+        if (plan && plan->isWritten) {
+            // Looked at again: what was moved before may have taken this item with it.
+            const auto item = findTrashableItem(paths[i], options, m_protectedPlaces);
+            if (item && item->path == plan->path)
+                result = put(*item, *plan->trash, plan->reservation, options, sizes[plan->trash]);
+        }
+        plan.reset(); // Its name is free again if the item did not take it.
+        if (!result || (!*result && result->error().kind == FileError::Kind::fileExists))
+            result = trashItem(paths[i], options);
+        results.push_back(std::move(*result));
+    }
+    for (const auto& [trash, ofTrash] : sizes)
+        recordDirectorySizes(trash->root.get(), ofTrash);
+}
+
+/// Nothing when there is an obstacle; whoever then moves the item by itself will meet it again.
+std::optional<FreedesktopTrash::Plan> FreedesktopTrash::planFor(
+    const std::string& path, const TrashOptions& options, OpenTrashes& trashes)
+{
+    const auto item = findTrashableItem(path, options, m_protectedPlaces);
+    if (!item)
+        return std::nullopt;
+    const auto volume = m_volumes->holding(item->place.folder.get());
+    if (!volume || refusalFor(*item, volume))
+        return std::nullopt;
+    auto& trash = trashes[volume->id];
+    if (!trash) {
+        auto opened = openTrashFor(*item, volume);
+        if (!opened)
+            return std::nullopt;
+        trash = std::make_shared<const TrashFolder>(std::move(*opened));
+        clearOnce(*trash);
+    }
+    auto reservation = reserve(*item, *trash, 1);
+    if (!reservation)
+        return std::nullopt;
+    return Plan{trash, std::move(*reservation), item->path};
+}
+
+void FreedesktopTrash::writeOut(std::vector<std::optional<Plan>>& plans)
+{
+    std::map<std::shared_ptr<const TrashFolder>, std::vector<Plan*>> byTrash;
+    for (auto& plan : plans) {
+        if (plan)
+            byTrash[plan->trash].push_back(&*plan);
+    }
+    for (const auto& [trash, ofTrash] : byTrash) {
+        std::vector<const TrashRecord*> records;
+        for (const auto* plan : ofTrash)
+            records.push_back(&plan->reservation.record);
+        const auto written = TrashRecord::writeOut(records);
+        for (std::size_t i = 0; i < ofTrash.size(); ++i)
+            ofTrash[i]->isWritten = written[i];
+    }
 }
 
 std::optional<FileError> FreedesktopTrash::refusalFor(
@@ -85,43 +194,47 @@ FileResult<TrashFolder> FreedesktopTrash::openTrashFor(
     return std::move(*trash);
 }
 
-FileResult<Done> FreedesktopTrash::put(
-    const TrashableItem& item, const TrashFolder& trash, const TrashOptions& options) const
+FileResult<FreedesktopTrash::Reservation> FreedesktopTrash::reserve(
+    const TrashableItem& item, const TrashFolder& trash, std::size_t attempt) const
 {
     const auto text = trashInfoText(recordedPath(item, trash), m_clock->now());
     const auto longestName = longestNameIn(trash.info.get()) - trashInfoEnding.size();
+    while (const auto number = nameNumber(attempt)) {
+        ++attempt;
+        auto name = nameWithNumberLast(item.place.name, number, longestName);
+        auto record = TrashRecord::write(trash, name, text);
+        if (record)
+            return Reservation{std::move(*record), std::move(name), attempt};
+        if (record.error() != EEXIST)
+            return moveError(fileErrorKind(record.error()), item.place.name, trashName);
+    }
+    return FileError{FileError::Kind::other,
+        moveError(FileError::Kind::fileExists, item.place.name, trashName).message};
+}
+
+FileResult<Done> FreedesktopTrash::put(const TrashableItem& item, const TrashFolder& trash,
+    Reservation& reservation, const TrashOptions& options, std::vector<DirectorySize>& sizes) const
+{
+    auto& [record, name, attempt] = reservation;
+    const ItemPlace destination{FileDescriptor(::fcntl(trash.files.get(), F_DUPFD_CLOEXEC, 0)),
+        name, std::string(trashName)};
     MoveOptions moveOptions;
     moveOptions.stop = options.stop;
-    ItemPlace destination{
-        FileDescriptor(::fcntl(trash.files.get(), F_DUPFD_CLOEXEC, 0)), {}, std::string(trashName)};
-
-    for (std::size_t attempt = 1; const auto number = nameNumber(attempt); ++attempt) {
-        destination.name = nameWithNumberLast(item.place.name, number, longestName);
-        auto record = TrashRecord::write(trash, destination.name, text);
-        if (!record && record.error() == EEXIST)
-            continue;
-        if (!record)
-            return moveError(fileErrorKind(record.error()), item.place.name, trashName);
-
-        const auto moved = moveItem(item.place, destination, moveOptions);
-        if (!moved && moved.error().kind == FileError::Kind::fileExists)
-            continue; // somebody without a record was faster
-        if (!moved) {
-            // What lies in the Trash must have its record, whatever went wrong after it got there.
-            if (mayExist(trash.files.get(), destination.name))
-                record->keep();
-            return moved.error();
-        }
-        record->keep();
-        if (S_ISDIR(item.status.st_mode)) {
-            if (const auto bytes = bytesOnDisk(trash.files.get(), destination.name))
-                recordDirectorySize(trash.root.get(), destination.name, *bytes, record->time());
-        }
-        if (moved->remainsAtSource)
-            return remainsAtItsPlace(item);
-        return Done{};
+    const auto moved = moveItem(item.place, destination, moveOptions);
+    if (!moved) {
+        // What lies in the Trash must have its record, whatever went wrong after it got there.
+        if (moved.error().kind != FileError::Kind::fileExists && mayExist(trash.files.get(), name))
+            record.keep();
+        return moved.error();
     }
-    return moveError(FileError::Kind::fileExists, item.place.name, trashName);
+    record.keep();
+    if (S_ISDIR(item.status.st_mode)) {
+        if (const auto bytes = bytesOnDisk(trash.files.get(), name))
+            sizes.push_back({.name = name, .bytes = *bytes, .trashInfoTime = record.time()});
+    }
+    if (moved->remainsAtSource)
+        return remainsAtItsPlace(item);
+    return Done{};
 }
 
 void FreedesktopTrash::clearOnce(const TrashFolder& trash)

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/linux/trash/directory_sizes.h"
 #include "platform/linux/trash/mounted_volumes.h"
 #include "platform/linux/trash/trash_folder.h"
+#include "platform/linux/trash/trash_record.h"
 #include "platform/linux/trash/trashable_item.h"
 #include "platform/trash.h"
 
+#include <map>
 #include <mutex>
 #include <set>
 #include <string>
@@ -23,6 +26,8 @@ public:
         std::shared_ptr<const Clock> clock, std::shared_ptr<const MountedVolumes> volumes);
 
     FileResult<Done> trashItem(const std::string& path, const TrashOptions& options) override;
+    std::vector<FileResult<Done>> trashItems(
+        std::span<const std::string> paths, const TrashOptions& options) override;
     void forgetItem(const std::string& path) override;
     std::vector<TrashPlace> trashPlaces() const override;
 
@@ -31,8 +36,33 @@ private:
         const TrashableItem& item, const std::optional<MountedVolume>& volume) const;
     FileResult<TrashFolder> openTrashFor(
         const TrashableItem& item, const std::optional<MountedVolume>& volume) const;
-    FileResult<Done> put(
-        const TrashableItem& item, const TrashFolder& trash, const TrashOptions& options) const;
+    /// A place in a Trash that is kept for an item.
+    struct Reservation {
+        TrashRecord record;
+        std::string name;
+        std::size_t attempt; ///< the next one, for another name
+    };
+    /// The place for an item, and the Trash that it is in.
+    struct Plan {
+        std::shared_ptr<const TrashFolder> trash;
+        Reservation reservation;
+        std::string path; ///< of the item
+        bool isWritten = false; ///< the record is on the disk
+    };
+    using OpenTrashes = std::map<std::uint64_t, std::shared_ptr<const TrashFolder>>; // by volume
+    using DirectorySizes = std::map<std::shared_ptr<const TrashFolder>, std::vector<DirectorySize>>;
+
+    FileResult<Reservation> reserve(
+        const TrashableItem& item, const TrashFolder& trash, std::size_t attempt) const;
+    /// Moves the item to its place. Of a folder the size is added to `sizes`.
+    FileResult<Done> put(const TrashableItem& item, const TrashFolder& trash,
+        Reservation& reservation, const TrashOptions& options,
+        std::vector<DirectorySize>& sizes) const;
+    std::optional<Plan> planFor(
+        const std::string& path, const TrashOptions& options, OpenTrashes& trashes);
+    static void writeOut(std::vector<std::optional<Plan>>& plans);
+    void trashTogether(std::span<const std::string> paths, const TrashOptions& options,
+        std::vector<FileResult<Done>>& results);
     /// Clears what crashes of this program left in the Trash, the first time it is used.
     void clearOnce(const TrashFolder& trash);
 

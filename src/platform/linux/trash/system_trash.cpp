@@ -3,6 +3,16 @@
 
 namespace kestavon {
 
+std::vector<FileResult<Done>> Trash::trashItems(
+    std::span<const std::string> paths, const TrashOptions& options)
+{
+    std::vector<FileResult<Done>> results;
+    results.reserve(paths.size());
+    for (const auto& path : paths)
+        results.push_back(trashItem(path, options));
+    return results;
+}
+
 std::shared_ptr<Trash> makeSystemTrash(
     const HostLayout& layout, ProtectedPlaces protectedPlaces, std::shared_ptr<const Clock> clock)
 {

@@ -1,13 +1,17 @@
 #include "platform/linux/trash/trash_record.h"
 
 #include "platform/linux/descriptor_io.h"
+#include "platform/linux/removal/tree_copy.h"
 #include "platform/linux/trash/trash_info.h"
 #include "platform/linux/trash/trashable_item.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <memory>
+#include <system_error>
+#include <thread>
 #include <utility>
-#include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -82,9 +86,8 @@ Result<TrashRecord, int> TrashRecord::write(
     const int descriptor = record.m_file.get();
     if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         return EEXIST; // another copy took it for abandoned and is about to remove it
-    if (!writeAll(descriptor, text) || ::fsync(descriptor) != 0)
+    if (!writeAll(descriptor, text))
         return errno;
-    ::fsync(trash.info.get());
     if (!isStillNamed(trash.info.get(), record.m_fileName, descriptor))
         return EEXIST;
     return record;
@@ -101,6 +104,38 @@ TrashRecord::~TrashRecord()
 {
     if (m_file && !m_kept && isStillNamed(m_info, m_fileName, m_file.get()))
         ::unlinkat(m_info, m_fileName.c_str(), 0);
+}
+
+bool TrashRecord::writeOut() const
+{
+    // The folder's entry too; where folders cannot be written out by themselves, it goes along.
+    return waitForDisk(m_file.get()) == 0 && waitForDisk(m_info) == 0;
+}
+
+std::vector<bool> TrashRecord::writeOut(std::span<const TrashRecord* const> records)
+{
+    // A disk takes as long for one file as for all those that are waited for at the same time.
+    constexpr std::size_t atTheSameTime = 32;
+    std::vector<char> written(records.size(), 0);
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (auto i = next++; i < records.size(); i = next++)
+            written[i] = waitForDisk(records[i]->m_file.get()) == 0 ? 1 : 0;
+    };
+    {
+        std::vector<std::jthread> others;
+        try {
+            while (others.size() + 1 < std::min(records.size(), atTheSameTime))
+                others.emplace_back(work);
+        } catch (const std::system_error&) { // As many as there may be.
+        }
+        work();
+    }
+    const bool folderIsWritten = records.empty() || waitForDisk(records.front()->m_info) == 0;
+    std::vector<bool> results;
+    for (const char one : written)
+        results.push_back(one != 0 && folderIsWritten);
+    return results;
 }
 
 std::int64_t TrashRecord::time() const

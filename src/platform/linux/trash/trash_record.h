@@ -3,24 +3,34 @@
 #include "platform/linux/trash/trash_folder.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestavon {
 
 /// The record of one item in a Trash, the file `info/<name>.trashinfo`, which also keeps the name
-/// from being taken by anybody else. It is there before the item arrives, on the disk, and goes
-/// again unless the item did arrive. While this object lives the file is locked: that tells other
+/// from being taken by anybody else. It is there before the item arrives, and goes again unless the
+/// item did arrive. While this object lives the file is locked: that tells other
 /// copies of the program that somebody is at work.
 class TrashRecord {
 public:
-    /// Writes the record of an item that will lie at `files/<name>`. EEXIST when the name is taken.
+    /// Writes the record of an item that will lie at `files/<name>`, not yet to the disk. EEXIST
+    /// when the name is taken.
     static Result<TrashRecord, int> write(
         const TrashFolder& trash, const std::string& name, std::string_view text);
 
     ~TrashRecord();
     TrashRecord(TrashRecord&&) noexcept = default;
     TrashRecord& operator=(TrashRecord&&) = delete;
+
+    /// Waits until the record is on the disk, where it must be before the item arrives: else a
+    /// power cut could leave the item without it. False when that failed.
+    bool writeOut() const;
+    /// The same for many records of one Trash at once, which takes hardly longer than for one. In
+    /// their order.
+    static std::vector<bool> writeOut(std::span<const TrashRecord* const> records);
 
     /// The item has arrived: the record stays.
     void keep() { m_kept = true; }
