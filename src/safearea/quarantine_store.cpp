@@ -139,7 +139,7 @@ std::vector<QuarantineItem> QuarantineStore::heldItems()
         item.id = *id;
         item.quarantinedPath = m_root + '/' + name;
         for (auto& mark : m_tools.places->marksOf(item.quarantinedPath, markPrefix)) {
-            if (mark.name == originMark)
+            if (mark.name == originMark && mark.value.starts_with('/'))
                 item.originalPath = std::move(mark.value);
             else if (mark.name == reasonMark)
                 item.reason = std::move(mark.value);

@@ -16,7 +16,7 @@ UiStates::UiStates(AppModel& model)
     , m_storage(model)
     , m_largeFiles(model)
     , m_cleaner(model)
-    , m_safeArea(model)
+    , m_safeArea(model, *m_shell.folderPicker())
     , m_history(model)
 {
     connect(&m_pathActions, &PathActions::failed, &m_shell, &ShellState::failed);

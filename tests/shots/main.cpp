@@ -110,6 +110,19 @@ void hold(TestWindow& window)
     }
 }
 
+/// Lets the holding folder hold items of earlier runs, and shows them.
+void showEarlier(TestWindow& window)
+{
+    auto& places = dynamic_cast<shots::PaperPlaces&>(*window.machine.places);
+    for (auto& [name, marks] : shots::earlierItems()) {
+        places.names.push_back(name);
+        if (!marks.empty())
+            places.marks.emplace(name, marks);
+    }
+    window.states->safeArea()->lookForEarlier();
+    test::processEventsUntil([&] { return window.states->safeArea()->offersEarlier(); });
+}
+
 /// A day's history of scans, moves and restores.
 void makeHistory(TestWindow& window)
 {
@@ -201,6 +214,23 @@ const std::vector<Shot> shotList{
             hold(window);
             window.need("Held items").forceActiveFocus(Qt::TabFocusReason);
             window.press(Qt::Key_Down);
+        }},
+    {"safe-area-earlier-offered", AppSection::quarantine,
+        [](TestWindow& window) {
+            hold(window);
+            showEarlier(window);
+        }},
+    {"safe-area-earlier", AppSection::quarantine,
+        [](TestWindow& window) {
+            hold(window);
+            showEarlier(window);
+            window.states->safeArea()->showEarlier();
+        },
+        true},
+    {"safe-area-earlier-only", AppSection::quarantine,
+        [](TestWindow& window) {
+            showEarlier(window);
+            window.states->safeArea()->showEarlier();
         }},
     {"dialog-restore-all", AppSection::quarantine,
         [](TestWindow& window) {

@@ -3,6 +3,7 @@
 #include "platform/file_mover.h"
 #include "platform/file_places.h"
 
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -50,11 +51,14 @@ public:
         return std::vector<std::string>();
     }
     void removeMadeFolders(const std::vector<std::string>&) override { }
-    std::vector<std::string> namesIn(const std::string&) const override { return {}; }
-    std::vector<FileMark> marksOf(const std::string&, const std::string&) const override
+    std::vector<std::string> namesIn(const std::string&) const override { return names; }
+    std::vector<FileMark> marksOf(const std::string& path, const std::string&) const override
     {
-        return {};
+        const auto found = marks.find(path.substr(path.rfind('/') + 1));
+        return found == marks.end() ? std::vector<FileMark>() : found->second;
     }
+    std::vector<std::string> names; ///< in every folder
+    std::map<std::string, std::vector<FileMark>> marks; ///< of the items with these names
     bool setMarks(const std::string&, const std::vector<FileMark>&) override { return true; }
     bool removeMarks(const std::string&, const std::string&) override { return true; }
 

@@ -171,6 +171,24 @@ std::vector<Held> itemsToHold()
     return held;
 }
 
+std::vector<std::pair<std::string, std::vector<FileMark>>> earlierItems()
+{
+    const auto marks = [](const char* path, const char* reason, Timestamp movedAt) {
+        return std::vector<FileMark>{
+            {"user.kestavon.original-path", std::string("/home/alice/") + path},
+            {"user.kestavon.reason", reason},
+            {"user.kestavon.date", std::to_string(movedAt.time_since_epoch().count())}};
+    };
+    return {
+        {"0A6E7C31-5B1D-4C39-9C40-3D0F5B7A1E01-blobs.db",
+            marks("Library/Caches/org.example.editor/blobs.db", "Application cache",
+                utc(2026, 10, 3, 18, 40))},
+        {"0A6E7C31-5B1D-4C39-9C40-3D0F5B7A1E02-holiday-slides.zip",
+            marks("Downloads/holiday-slides.zip", "Old download", utc(2026, 11, 2, 9, 12))},
+        {"0A6E7C31-5B1D-4C39-9C40-3D0F5B7A1E03-socket", {}},
+    };
+}
+
 std::shared_ptr<const RecordList> livedInHome()
 {
     static const auto list = RecordList::fromRecords("/home/alice", makeRecords());

@@ -2,8 +2,11 @@
 
 #include "core/domain/cleanup_candidate.h"
 #include "core/domain/record_list.h"
+#include "platform/file_mover.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace kestavon::shots {
@@ -21,5 +24,8 @@ struct Held {
     Timestamp movedAt;
 };
 std::vector<Held> itemsToHold();
+
+/// Names of items that earlier runs have left in the holding folder, with their marks.
+std::vector<std::pair<std::string, std::vector<FileMark>>> earlierItems();
 
 } // namespace kestavon::shots

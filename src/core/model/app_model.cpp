@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <iterator>
 
 namespace kestavon {
 
@@ -126,15 +127,28 @@ void AppModel::report(const Finished& finished, const std::string& error)
         finished(error);
 }
 
-void AppModel::recordEvent(std::string title, std::string detail)
+void AppModel::recordEvent(const std::string& title, std::string detail)
 {
-    auto history = m_history;
-    history.insert(history.begin(),
-        {.id = Uuid::random(),
-            .date = m_platform.clock->now(),
-            .title = std::move(title),
-            .detail = std::move(detail)});
-    publish(Field::history, m_history, std::move(history));
+    std::vector<std::string> details;
+    details.push_back(std::move(detail));
+    recordEvents(title, std::move(details));
+}
+
+void AppModel::recordEvents(const std::string& title, std::vector<std::string> details)
+{
+    if (details.empty())
+        return;
+    std::vector<ActivityEvent> events;
+    events.reserve(details.size());
+    const auto now = m_platform.clock->now();
+    for (auto detail = details.rbegin(); detail != details.rend(); ++detail) {
+        events.push_back(
+            {.id = Uuid::random(), .date = now, .title = title, .detail = std::move(*detail)});
+    }
+    publishChange(Field::history, [&] {
+        m_history.insert(m_history.begin(), std::make_move_iterator(events.begin()),
+            std::make_move_iterator(events.end()));
+    });
 }
 
 } // namespace kestavon

@@ -52,6 +52,7 @@ public:
         selectedCleanupIDs,
         findings,
         quarantine,
+        earlierQuarantine,
         history,
         memory,
         processes,
@@ -92,6 +93,10 @@ public:
     const CandidateSelection& selectedCleanupIDs() const { return m_selectedCleanupIDs; }
     const std::vector<SecurityFinding>& findings() const { return m_findings; }
     const std::vector<QuarantineItem>& quarantine() const { return m_quarantine; }
+    /// What else lies in the holding folder, as of the last `findEarlierHeldItems`: the items of
+    /// earlier runs, the oldest first. The original path is empty where it is not known, and the
+    /// date zero.
+    const std::vector<QuarantineItem>& earlierQuarantine() const { return m_earlierQuarantine; }
     /// Newest first.
     const std::vector<ActivityEvent>& history() const { return m_history; }
     const std::optional<MemorySnapshot>& memory() const { return m_memory; }
@@ -167,12 +172,21 @@ public:
     void cleanJunkItems(const JunkGroup& group, const std::unordered_set<Uuid>& ids,
         ActionKind action, std::function<void(std::size_t moved, std::size_t requested)> moved = {},
         Finished finished = {});
+    /// Puts an item, of an earlier run too, at its `originalPath`; never over something else.
     void restoreFromSafeArea(const QuarantineItem& item, Finished finished = {});
     /// Restores every held item, one after the other; those that cannot be restored stay listed.
     void restoreAllFromSafeArea(Finished finished = {});
+    /// Deletes an item, of an earlier run too, for good.
     void deleteFromSafeArea(const QuarantineItem& item, Finished finished = {});
     /// Deletes every held item for good. Items that cannot be deleted leave the list all the same.
     void emptySafeArea(Finished finished = {});
+    /// Looks through the holding folder for items that are in no list.
+    void findEarlierHeldItems(Finished finished = {});
+    /// Restores the earlier items whose place is known; the others, and those that cannot be
+    /// restored, stay listed.
+    void restoreAllEarlierHeldItems(Finished finished = {});
+    /// Deletes every earlier item for good; those that cannot be deleted stay listed.
+    void deleteAllEarlierHeldItems(Finished finished = {});
     void clearHistory();
     /// @}
 
@@ -218,6 +232,14 @@ private:
         return value;
     }
 
+    /// The same for a list that is changed in its place, because copying it takes long.
+    template <class Change> void publishChange(Field field, Change change)
+    {
+        Q_EMIT fieldWillChange(field);
+        change();
+        Q_EMIT fieldChanged(field);
+    }
+
     void finishStorageScan(ScanResult result);
     void removeRecords(
         RecordPick pick, ActionKind action, const std::string& title, Finished finished);
@@ -226,8 +248,8 @@ private:
         std::shared_ptr<const std::vector<std::uint32_t>> positions, std::function<void()> then);
     void addToQuarantine(std::vector<QuarantineItem> items);
     void forgetQuarantined(const std::unordered_set<Uuid>& ids);
-    void restoreNext(std::vector<QuarantineItem> remaining, Finished finished);
-    void restoreItem(const QuarantineItem& item, Finished finished);
+    void restoreFrom(std::shared_ptr<const std::vector<QuarantineItem>> items, std::size_t next,
+        Finished finished);
     /// Giving back the memory of a million records takes longer than a frame.
     template <class T> void disposeInBackground(T value)
     {
@@ -235,7 +257,9 @@ private:
             [value = std::make_shared<T>(std::move(value))]() mutable { value.reset(); });
     }
     void openWith(std::function<Workspace::Opened()> open, Finished finished);
-    void recordEvent(std::string title, std::string detail);
+    void recordEvent(const std::string& title, std::string detail);
+    /// One event for each detail, the last of which is the newest.
+    void recordEvents(const std::string& title, std::vector<std::string> details);
     static void report(const Finished& finished, const std::string& error);
     bool probeFullDiskAccess() const;
 
@@ -254,6 +278,7 @@ private:
     CandidateSelection m_selectedCleanupIDs;
     std::vector<SecurityFinding> m_findings;
     std::vector<QuarantineItem> m_quarantine;
+    std::vector<QuarantineItem> m_earlierQuarantine;
     std::vector<ActivityEvent> m_history;
     std::optional<MemorySnapshot> m_memory;
     std::vector<AppProcessInfo> m_processes;

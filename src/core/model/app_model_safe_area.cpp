@@ -3,6 +3,8 @@
 #include "core/model/background.h"
 
 #include <algorithm>
+#include <chrono>
+#include <iterator>
 
 namespace kestavon {
 
@@ -20,18 +22,24 @@ std::string wordsOf(const Outcome<FileResult<Done>>& outcome)
 
 void AppModel::addToQuarantine(std::vector<QuarantineItem> items)
 {
-    items.insert(items.end(), m_quarantine.begin(), m_quarantine.end());
-    publish(Field::quarantine, m_quarantine, std::move(items));
+    publishChange(Field::quarantine, [&] {
+        m_quarantine.insert(m_quarantine.begin(), std::make_move_iterator(items.begin()),
+            std::make_move_iterator(items.end()));
+    });
 }
 
 void AppModel::forgetQuarantined(const std::unordered_set<Uuid>& ids)
 {
-    auto items = m_quarantine;
-    std::erase_if(items, [&ids](const QuarantineItem& item) { return ids.contains(item.id); });
-    publish(Field::quarantine, m_quarantine, std::move(items));
+    const auto isGone = [&ids](const QuarantineItem& item) { return ids.contains(item.id); };
+    const auto forgetIn = [&](Field field, std::vector<QuarantineItem>& items) {
+        if (std::ranges::any_of(items, isGone))
+            publishChange(field, [&] { std::erase_if(items, isGone); });
+    };
+    forgetIn(Field::quarantine, m_quarantine);
+    forgetIn(Field::earlierQuarantine, m_earlierQuarantine);
 }
 
-void AppModel::restoreItem(const QuarantineItem& item, Finished finished)
+void AppModel::restoreFromSafeArea(const QuarantineItem& item, Finished finished)
 {
     runInBackground(
         m_quarantineQueue, this, [store = m_quarantineStore, item] { return store->restore(item); },
@@ -41,33 +49,99 @@ void AppModel::restoreItem(const QuarantineItem& item, Finished finished)
                 forgetQuarantined({item.id});
                 recordEvent("Item restored", item.originalPath);
             }
-            finished(error);
+            report(finished, error);
         });
-}
-
-void AppModel::restoreFromSafeArea(const QuarantineItem& item, Finished finished)
-{
-    restoreItem(item,
-        [finished = std::move(finished)](const std::string& error) { report(finished, error); });
 }
 
 void AppModel::restoreAllFromSafeArea(Finished finished)
 {
-    auto remaining = m_quarantine;
-    std::ranges::reverse(remaining); // taken from the back
-    restoreNext(std::move(remaining), std::move(finished));
+    restoreFrom(
+        std::make_shared<const std::vector<QuarantineItem>>(m_quarantine), 0, std::move(finished));
 }
 
-void AppModel::restoreNext(std::vector<QuarantineItem> remaining, Finished finished)
+void AppModel::restoreAllEarlierHeldItems(Finished finished)
 {
-    if (remaining.empty())
+    auto items = m_earlierQuarantine;
+    std::erase_if(items, [](const QuarantineItem& item) { return item.originalPath.empty(); });
+    restoreFrom(std::make_shared<const std::vector<QuarantineItem>>(std::move(items)), 0,
+        std::move(finished));
+}
+
+/// Restores some of the items and comes back for the others: the lists follow as it goes, but not
+/// with every item, because that would take longer than restoring it once there are thousands.
+void AppModel::restoreFrom(
+    std::shared_ptr<const std::vector<QuarantineItem>> items, std::size_t next, Finished finished)
+{
+    if (next == items->size())
         return report(finished, {});
-    const auto item = std::move(remaining.back());
-    remaining.pop_back();
-    restoreItem(item,
-        [this, remaining = std::move(remaining), finished = std::move(finished)](
-            const std::string&) mutable {
-            restoreNext(std::move(remaining), std::move(finished));
+    struct Restored {
+        std::vector<std::size_t> positions;
+        std::size_t next;
+    };
+    auto restoreSome = [store = m_quarantineStore, items, next] {
+        constexpr auto turn = std::chrono::milliseconds(50);
+        const auto end = std::chrono::steady_clock::now() + turn;
+        Restored restored{.positions = {}, .next = next};
+        do {
+            const auto position = restored.next++;
+            if (store->restore((*items)[position]))
+                restored.positions.push_back(position);
+        } while (restored.next < items->size() && std::chrono::steady_clock::now() < end);
+        return restored;
+    };
+    runInBackground(m_quarantineQueue, this, std::move(restoreSome),
+        [this, items, finished = std::move(finished)](const Outcome<Restored>& outcome) {
+            if (!outcome.value)
+                return report(finished, outcome.error);
+            std::unordered_set<Uuid> ids;
+            std::vector<std::string> paths;
+            for (const auto position : outcome.value->positions) {
+                ids.insert((*items)[position].id);
+                paths.push_back((*items)[position].originalPath);
+            }
+            forgetQuarantined(ids);
+            recordEvents("Item restored", std::move(paths));
+            restoreFrom(items, outcome.value->next, finished);
+        });
+}
+
+void AppModel::findEarlierHeldItems(Finished finished)
+{
+    runInBackground(
+        m_quarantineQueue, this, [store = m_quarantineStore] { return store->heldItems(); },
+        [this, finished = std::move(finished)](Outcome<std::vector<QuarantineItem>> outcome) {
+            if (!outcome.value)
+                return report(finished, outcome.error);
+            std::unordered_set<Uuid> listed;
+            for (const auto& item : m_quarantine)
+                listed.insert(item.id);
+            auto& items = *outcome.value;
+            std::erase_if(
+                items, [&](const QuarantineItem& item) { return listed.contains(item.id); });
+            if (items != m_earlierQuarantine)
+                publish(Field::earlierQuarantine, m_earlierQuarantine, std::move(items));
+            report(finished, {});
+        });
+}
+
+void AppModel::deleteAllEarlierHeldItems(Finished finished)
+{
+    auto removeAll = [remover = m_platform.remover, items = m_earlierQuarantine] {
+        std::unordered_set<Uuid> ids;
+        for (const auto& item : items) {
+            if (remover->remove(item.quarantinedPath))
+                ids.insert(item.id);
+        }
+        return ids;
+    };
+    runInBackground(m_removalQueue, this, std::move(removeAll),
+        [this, finished = std::move(finished)](const Outcome<std::unordered_set<Uuid>>& outcome) {
+            if (outcome.value) {
+                forgetQuarantined(*outcome.value);
+                recordEvent("Safe Area emptied",
+                    std::to_string(outcome.value->size()) + " items permanently deleted");
+            }
+            report(finished, outcome.error);
         });
 }
 

@@ -89,7 +89,7 @@ VirtualListRow {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 8
         AppButton {
-            objectName: "restore" + line.row
+            objectName: line.list.name + " restore " + line.row
             label: "Restore"
             small: true
             enabled: line.available && !line.shown.busy
@@ -98,7 +98,7 @@ VirtualListRow {
             onClicked: line.restore()
         }
         AppButton {
-            objectName: "deleteForever" + line.row
+            objectName: line.list.name + " delete " + line.row
             label: "Delete Forever"
             kind: AppButton.Kind.RedBordered
             small: true

@@ -1,12 +1,22 @@
 import QtQuick
 import Kestavon.Ui
 
-/// What is held in the Safe Area, to be restored or deleted for good.
+/// What is held in the Safe Area, to be restored or deleted for good; below it, when asked for, what
+/// earlier runs of the program have left there.
 SectionScreen {
     id: screen
 
     readonly property SafeAreaState safeArea: ui.safeArea
     readonly property bool filled: safeArea.items.rowCount > 0
+    /// The height below the header, and how it is shared.
+    readonly property real room: height - header.y - header.height - 18 - 28
+    readonly property real listNeeds: filled ? list.wantedHeight : 240
+    readonly property real earlierHeight: Math.round(Math.min(earlier.wantedHeight,
+        Math.max(room / 2, room - listNeeds - 20)))
+    readonly property real listRoom: safeArea.showsEarlier ? room - earlierHeight - 20
+        : safeArea.offersEarlier ? room - 46 : room
+
+    Component.onCompleted: safeArea.lookForEarlier()
 
     PageHeader {
         id: header
@@ -39,19 +49,20 @@ SectionScreen {
     }
     EmptyState {
         anchors.top: header.bottom
-        anchors.bottom: parent.bottom
         width: parent.width
+        height: (screen.safeArea.showsEarlier ? screen.listRoom : screen.room) + 18
         visible: !screen.filled
         symbol: "archivebox"
         title: "Safe Area is empty"
         message: "Files you clean with Smart Clean appear here.\nNothing has been permanently deleted."
     }
     HeldItemList {
+        id: list
         x: 28
         anchors.top: header.bottom
         anchors.topMargin: 18
         width: parent.width - 56
-        room: screen.height - y - 28
+        room: screen.listRoom
         visible: screen.filled
         name: "Held items"
         pathActions: screen.ui.pathActions
@@ -59,6 +70,28 @@ SectionScreen {
         available: !screen.safeArea.working
         onRestore: row => screen.safeArea.restore(row)
         onDeleteForever: row => screen.safeArea.deleteForever(row)
+    }
+    AppButton {
+        objectName: "showEarlier"
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 28
+        visible: screen.safeArea.offersEarlier
+        label: "Show earlier items"
+        symbol: "clock.arrow.circlepath"
+        hint: screen.safeArea.earlierText
+        onClicked: screen.safeArea.showEarlier()
+    }
+    EarlierItems {
+        id: earlier
+        x: 28
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 28
+        width: parent.width - 56
+        height: screen.earlierHeight
+        visible: screen.safeArea.showsEarlier
+        safeArea: screen.safeArea
+        pathActions: screen.ui.pathActions
     }
     ConfirmationDialogs {
         confirmation: screen.safeArea.confirmation

@@ -1,6 +1,5 @@
 #include "ui/safearea/held_items.h"
 
-#include "core/domain/removal_guard.h"
 #include "ui/safearea/safe_area_rules.h"
 #include "ui/widgets/display_text.h"
 #include "ui/widgets/file_name_text.h"
@@ -29,13 +28,16 @@ std::optional<QuarantineItem> HeldItems::itemAt(int row) const
 QString HeldItems::nameText(int row) const
 {
     const auto* item = at(row);
-    return item ? fileNameText(lastComponent(item->originalPath)) : QString();
+    return item ? fileNameText(originalName(*item)) : QString();
 }
 
 QString HeldItems::pathText(int row) const
 {
     const auto* item = at(row);
-    return item ? fileNameText(item->originalPath) : QString();
+    if (!item)
+        return {};
+    return item->originalPath.empty() ? u"Where it came from is not known."_s
+                                      : fileNameText(item->originalPath);
 }
 
 FilePath HeldItems::originalPath(int row) const
@@ -65,7 +67,7 @@ QString HeldItems::movedText(int row) const
 bool HeldItems::isBusy(int row) const
 {
     const auto* item = at(row);
-    return item && m_busy.contains(item->id);
+    return item && isBusy(item->id);
 }
 
 void HeldItems::reload()

@@ -30,13 +30,15 @@ public:
     int rowCount() const { return static_cast<int>(m_source().size()); }
     int revision() const { return m_revision; }
     Q_INVOKABLE QString nameText(int row) const;
-    Q_INVOKABLE QString pathText(int row) const; ///< where restoring puts the item
+    /// Where restoring puts the item, or that this is not known.
+    Q_INVOKABLE QString pathText(int row) const;
     Q_INVOKABLE kestavon::FilePath originalPath(int row) const;
     Q_INVOKABLE kestavon::FilePath heldPath(int row) const; ///< where the item lies now
     Q_INVOKABLE QString reasonText(int row) const;
     Q_INVOKABLE QString movedText(int row) const;
     /// Whether the item is being restored or deleted.
     Q_INVOKABLE bool isBusy(int row) const;
+    bool isBusy(const Uuid& id) const { return m_busy.contains(id); }
 
     std::optional<QuarantineItem> itemAt(int row) const;
     void reload();

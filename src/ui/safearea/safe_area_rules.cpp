@@ -1,6 +1,9 @@
 #include "ui/safearea/safe_area_rules.h"
 
+#include "core/domain/removal_guard.h"
 #include "ui/widgets/display_text.h"
+
+#include <algorithm>
 
 namespace kestavon {
 
@@ -23,9 +26,40 @@ ConfirmationTexts deleteAllQuestion(std::size_t count)
     };
 }
 
+ConfirmationTexts deleteEarlierQuestion(const QString& name)
+{
+    return {
+        .title = u"Permanently delete “%1”?"_s.arg(name),
+        .message = u"This cannot be undone. Files will be permanently removed from your Mac."_s,
+        .action = u"Delete Forever"_s,
+        .destructive = true,
+    };
+}
+
+QString earlierText(std::size_t count)
+{
+    return u"%1 items from earlier"_s.arg(count);
+}
+
 QString movedText(Timestamp date, const Calendar& calendar)
 {
-    return u"Moved "_s + displayText(calendar.dateText(date));
+    const bool known = date != Timestamp{};
+    return u"Moved "_s + (known ? displayText(calendar.dateText(date)) : u"—"_s);
+}
+
+std::string originalName(const QuarantineItem& item)
+{
+    if (!item.originalPath.empty())
+        return std::string(lastComponent(item.originalPath));
+    // Held items are called by their identifier, a hyphen and what they were called.
+    constexpr std::size_t prefix = 37;
+    const auto held = lastComponent(item.quarantinedPath);
+    return std::string(held.substr(std::min(prefix, held.size())));
+}
+
+std::string pathIn(const std::string& folder, const std::string& name)
+{
+    return folder.ends_with('/') ? folder + name : folder + '/' + name;
 }
 
 } // namespace kestavon

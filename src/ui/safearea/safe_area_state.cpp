@@ -7,40 +7,57 @@
 
 namespace kestavon {
 
-SafeAreaState::SafeAreaState(AppModel& model)
+SafeAreaState::SafeAreaState(AppModel& model, FolderPicker& picker)
     : m_model(model)
+    , m_picker(picker)
     , m_items([&model]() -> const std::vector<QuarantineItem>& { return model.quarantine(); },
+          model.platform().calendar)
+    , m_earlierItems(
+          [&model]() -> const std::vector<QuarantineItem>& { return model.earlierQuarantine(); },
           model.platform().calendar)
 {
     connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
-        if (field != AppModel::Field::quarantine)
-            return;
-        m_confirmation.cancel();
-        m_items.reload();
+        switch (field) {
+        case AppModel::Field::quarantine:
+            m_confirmation.cancel();
+            m_items.reload();
+            break;
+        case AppModel::Field::earlierQuarantine:
+            m_confirmation.cancel();
+            m_earlierItems.reload();
+            Q_EMIT earlierChanged();
+            break;
+        default: break;
+        }
     });
 }
 
 void SafeAreaState::restore(int row)
 {
-    workOnItem(row, &AppModel::restoreFromSafeArea);
+    workOnItem(m_items, row, &AppModel::restoreFromSafeArea);
 }
 
 void SafeAreaState::deleteForever(int row)
 {
-    workOnItem(row, &AppModel::deleteFromSafeArea);
+    workOnItem(m_items, row, &AppModel::deleteFromSafeArea);
 }
 
-void SafeAreaState::workOnItem(int row, ItemOperation operation)
+void SafeAreaState::workOnItem(HeldItems& list, int row, ItemOperation operation)
 {
-    const auto item = m_items.itemAt(row);
-    if (!item || m_working || m_items.isBusy(row))
+    if (const auto item = list.itemAt(row))
+        workOn(list, *item, operation);
+}
+
+void SafeAreaState::workOn(HeldItems& list, const QuarantineItem& item, ItemOperation operation)
+{
+    if (m_working || list.isBusy(item.id))
         return;
-    m_items.setBusy(item->id, true);
-    (m_model.*operation)(
-        *item, [self = QPointer<SafeAreaState>(this), id = item->id](const std::string& error) {
+    list.setBusy(item.id, true);
+    (m_model.*operation)(item,
+        [self = QPointer<SafeAreaState>(this), &list, id = item.id](const std::string& error) {
             if (!self)
                 return;
-            self->m_items.setBusy(id, false);
+            list.setBusy(id, false);
             if (!error.empty())
                 self->m_confirmation.setErrorMessage(displayText(error));
         });
@@ -48,17 +65,18 @@ void SafeAreaState::workOnItem(int row, ItemOperation operation)
 
 void SafeAreaState::askRestoreAll()
 {
-    askForAll(restoreAllQuestion(m_model.quarantine().size()), &AppModel::restoreAllFromSafeArea);
+    askForAll(m_items, restoreAllQuestion(m_model.quarantine().size()),
+        &AppModel::restoreAllFromSafeArea);
 }
 
 void SafeAreaState::askDeleteAll()
 {
-    askForAll(deleteAllQuestion(m_model.quarantine().size()), &AppModel::emptySafeArea);
+    askForAll(m_items, deleteAllQuestion(m_model.quarantine().size()), &AppModel::emptySafeArea);
 }
 
-void SafeAreaState::askForAll(ConfirmationTexts question, ListOperation operation)
+void SafeAreaState::askForAll(HeldItems& list, ConfirmationTexts question, ListOperation operation)
 {
-    if (m_working || m_model.quarantine().empty())
+    if (m_working || list.rowCount() == 0)
         return;
     m_confirmation.ask(std::move(question), [this, operation] {
         setWorking(true);
@@ -68,8 +86,62 @@ void SafeAreaState::askForAll(ConfirmationTexts question, ListOperation operatio
             self->setWorking(false);
             if (!error.empty())
                 self->m_confirmation.setErrorMessage(displayText(error));
+            // What could not be deleted has left the list, but not the disk.
+            self->lookForEarlier();
         });
     });
+}
+
+QString SafeAreaState::earlierText() const
+{
+    return kestavon::earlierText(m_model.earlierQuarantine().size());
+}
+
+void SafeAreaState::setWantsEarlier(bool wanted)
+{
+    m_wantsEarlier = wanted;
+    Q_EMIT earlierChanged();
+}
+
+void SafeAreaState::restoreEarlier(int row)
+{
+    auto item = m_earlierItems.itemAt(row);
+    if (!item)
+        return;
+    if (!item->originalPath.empty())
+        return workOn(m_earlierItems, *item, &AppModel::restoreFromSafeArea);
+    m_picker.pickFolder(m_model.platform().layout.home,
+        [self = QPointer<SafeAreaState>(this), item = *item](
+            const std::optional<std::string>& folder) mutable {
+            if (!self || !folder)
+                return;
+            item.originalPath = pathIn(*folder, originalName(item));
+            self->workOn(self->m_earlierItems, item, &AppModel::restoreFromSafeArea);
+        });
+}
+
+void SafeAreaState::askDeleteEarlier(int row)
+{
+    auto item = m_earlierItems.itemAt(row);
+    if (!item || m_working || m_earlierItems.isBusy(row))
+        return;
+    m_confirmation.ask(
+        deleteEarlierQuestion(m_earlierItems.nameText(row)), [this, item = *item]() mutable {
+            item.originalPath = originalName(item); // the history tells it by its name
+            workOn(m_earlierItems, item, &AppModel::deleteFromSafeArea);
+        });
+}
+
+void SafeAreaState::askRestoreAllEarlier()
+{
+    askForAll(m_earlierItems, restoreAllQuestion(m_model.earlierQuarantine().size()),
+        &AppModel::restoreAllEarlierHeldItems);
+}
+
+void SafeAreaState::askDeleteAllEarlier()
+{
+    askForAll(m_earlierItems, deleteAllQuestion(m_model.earlierQuarantine().size()),
+        &AppModel::deleteAllEarlierHeldItems);
 }
 
 void SafeAreaState::setWorking(bool working)

@@ -173,6 +173,61 @@ TEST_F(AppModelActions, RestoringAllSkipsWhatCannotBeRestored)
     EXPECT_EQ(lastEvent().detail, folder / "Library/Caches/3"); // in the list's order
 }
 
+TEST_F(AppModelActions, FindsWhatEarlierRunsHeldAndPutsItBack)
+{
+    scan({"Library/Caches/1", "Library/Caches/2"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    model.reset(); // the program ends, and starts again
+    const auto unmarked = folder.writeFile(
+        "Library/Application Support/Kestavon/Quarantine/" + Uuid::random().text() + "-unmarked",
+        "x");
+    scan({"Library/Caches/3"});
+    EXPECT_THAT(model->quarantine(), IsEmpty());
+    EXPECT_THAT(model->earlierQuarantine(), IsEmpty()) << "nobody has asked yet";
+
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    EXPECT_EQ(await([&](auto done) { model->findEarlierHeldItems(done); }), "");
+    ASSERT_THAT(model->earlierQuarantine(), SizeIs(3)) << "what this run has moved is not earlier";
+    EXPECT_THAT(model->quarantine(), SizeIs(1));
+    if (SystemFilePlaces().marksOf(model->quarantine()[0].quarantinedPath, "user.").empty())
+        GTEST_SKIP() << "no extended attributes in " << folder.path();
+
+    folder.writeFile("Library/Caches/2", "came meanwhile");
+    EXPECT_EQ(await([&](auto done) { model->restoreAllEarlierHeldItems(done); }), "");
+    EXPECT_EQ(folder.readFile("Library/Caches/1"), "12345");
+    EXPECT_EQ(folder.readFile("Library/Caches/2"), "came meanwhile");
+    EXPECT_EQ(lastEvent().detail, folder / "Library/Caches/1");
+    ASSERT_THAT(model->earlierQuarantine(), SizeIs(2));
+    EXPECT_EQ(model->earlierQuarantine()[0].originalPath, "") << "its place is not known";
+
+    auto item = model->earlierQuarantine()[0];
+    item.originalPath = folder / "Documents/unmarked";
+    EXPECT_EQ(await([&](auto done) { model->restoreFromSafeArea(item, done); }), "");
+    EXPECT_EQ(folder.readFile("Documents/unmarked"), "x");
+    EXPECT_FALSE(std::filesystem::exists(unmarked));
+
+    EXPECT_EQ(await([&](auto done) { model->deleteAllEarlierHeldItems(done); }), "");
+    EXPECT_THAT(model->earlierQuarantine(), IsEmpty());
+    EXPECT_EQ(lastEvent().detail, "1 items permanently deleted");
+    EXPECT_THAT(model->quarantine(), SizeIs(1)) << "this run's item is none of them";
+    EXPECT_TRUE(std::filesystem::exists(model->quarantine()[0].quarantinedPath));
+}
+
+TEST_F(AppModelActions, RestoresManyAtOnceWithAnEventForEach)
+{
+    std::vector<std::string> names;
+    for (int i = 0; i < 150; ++i)
+        names.push_back("Library/Caches/" + std::to_string(i));
+    scan(names);
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    model->clearHistory();
+    EXPECT_EQ(await([&](auto done) { model->restoreAllFromSafeArea(done); }), "");
+    EXPECT_THAT(model->quarantine(), IsEmpty());
+    ASSERT_THAT(model->history(), SizeIs(150));
+    EXPECT_EQ(model->history().front().detail, folder / "Library/Caches/149");
+    EXPECT_EQ(model->history().back().detail, folder / "Library/Caches/0");
+}
+
 TEST_F(AppModelActions, DeletesHeldItemsOneByOneAndAllAtOnce)
 {
     scan({"Library/Caches/1", "Library/Caches/2", "Library/Caches/3"});

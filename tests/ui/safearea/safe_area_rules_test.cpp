@@ -24,6 +24,24 @@ TEST(SafeAreaQuestions, SayItemsForOneItemToo)
     EXPECT_TRUE(remove.destructive);
 }
 
+TEST(SafeAreaTexts, KnowAnItemByWhatIsKnownOfIt)
+{
+    const auto held = "/held/" + Uuid::random().text() + "-long-na";
+    EXPECT_EQ(originalName({.id = {},
+                  .originalPath = "/home/alice/long-name.txt",
+                  .quarantinedPath = held,
+                  .reason = {},
+                  .date = {}}),
+        "long-name.txt");
+    EXPECT_EQ(
+        originalName(
+            {.id = {}, .originalPath = {}, .quarantinedPath = held, .reason = {}, .date = {}}),
+        "long-na");
+    EXPECT_EQ(movedText({}, SystemCalendar()), "Moved —");
+    EXPECT_EQ(pathIn("/", "a"), "/a");
+    EXPECT_EQ(pathIn("/home/alice", "a"), "/home/alice/a");
+}
+
 TEST(HeldItems, ShowEachItemOnOneLineAndNothingBeyondTheLast)
 {
     const auto calendar = std::make_shared<SystemCalendar>();

@@ -2,6 +2,7 @@
 #include "support/qt_printing.h"
 #include "support/records.h"
 #include "support/temporary_folder.h"
+#include "ui/shell/window_folder_picker.h"
 #include "ui/support/window_test.h"
 
 #include <QClipboard>
@@ -86,14 +87,14 @@ TEST_F(SafeAreaWindow, RestoresOneItemAndDeletesAnotherWithoutAsking)
     hold({"a", "b", "c"});
     EXPECT_TRUE(shown("Application cache"));
     EXPECT_TRUE(shown(QString::fromStdString(folder / pathOf("b"))));
-    clickItem("restore1");
+    clickItem("Held items restore 1");
     ASSERT_TRUE(waitUntilHeld(2));
     EXPECT_THAT(held(), ElementsAre("a", "c"));
     EXPECT_TRUE(isBack("b"));
     EXPECT_EQ(model->history().front().title, "Item restored");
 
     letSettle();
-    clickItem("deleteForever1");
+    clickItem("Held items delete 1");
     ASSERT_TRUE(waitUntilHeld(1));
     EXPECT_THAT(held(), ElementsAre("a"));
     EXPECT_EQ(filesInHoldingFolder(), 1U);
@@ -104,14 +105,14 @@ TEST_F(SafeAreaWindow, RestoresOneItemAndDeletesAnotherWithoutAsking)
 TEST_F(SafeAreaWindow, ADoubleClickDeletesOnlyTheItemUnderThePointer)
 {
     hold({"a", "b", "c"});
-    clickItem("deleteForever0");
+    clickItem("Held items delete 0");
     ASSERT_TRUE(waitUntilHeld(2));
-    clickItem("deleteForever0"); // now the next item's
-    clickItem("restore0");
+    clickItem("Held items delete 0"); // now the next item's
+    clickItem("Held items restore 0");
     QTest::qWait(50);
     EXPECT_THAT(held(), ElementsAre("b", "c"));
     letSettle();
-    clickItem("deleteForever0");
+    clickItem("Held items delete 0");
     EXPECT_TRUE(waitUntilHeld(1));
 }
 
@@ -172,14 +173,76 @@ TEST_F(SafeAreaWindow, SaysWhyOneItemCouldNotBeRestored)
 {
     hold({"a"});
     folder.writeFile(pathOf("a"), "came meanwhile");
-    clickItem("restore0");
+    clickItem("Held items restore 0");
     waitFor("Operation Failed");
     EXPECT_TRUE(shown(states->safeArea()->confirmation()->errorMessage()));
     clickItem("ok");
     waitUntilGone("Operation Failed");
     EXPECT_THAT(held(), ElementsAre("a"));
     EXPECT_EQ(folder.readFile(pathOf("a")), "came meanwhile");
-    EXPECT_TRUE(need("restore0").isEnabled());
+    EXPECT_TRUE(need("Held items restore 0").isEnabled());
+}
+
+TEST_F(SafeAreaWindow, ListsEarlierItemsOnRequestAndAsksForAFolderWhereThePlaceIsNotKnown)
+{
+    const auto heldPath = [](const std::string& name) {
+        return "Library/Application Support/Kestavon/Quarantine/" + Uuid::random().text() + '-'
+            + name;
+    };
+    folder.writeFile(heldPath("one"), "one");
+    folder.writeFile(heldPath("two"), "two");
+    EXPECT_EQ(item("showEarlier"), nullptr);
+    model->setSection(AppSection::history);
+    processEvents();
+    model->setSection(AppSection::quarantine);
+    ASSERT_TRUE(processEventsUntil([&] { return item("showEarlier") != nullptr; }));
+    EXPECT_TRUE(shown("Safe Area is empty")) << "the list of this run stays as it was";
+    QTest::qWait(50);
+    clickItem("showEarlier");
+    EXPECT_TRUE(shown("2 items from earlier"));
+    EXPECT_TRUE(shown("Where it came from is not known."));
+    EXPECT_TRUE(shown("Moved —"));
+
+    letSettle();
+    auto& picker = *states->shell()->folderPicker();
+    const auto chosen = folder.makeFolder("chosen");
+    const auto name = states->safeArea()->earlierItems()->nameText(0).toStdString();
+    folder.writeFile("chosen/" + name, "came first");
+    states->safeArea()->restoreEarlier(0);
+    picker.accept(urlFromPath(chosen));
+    waitFor("Operation Failed");
+    clickItem("ok");
+    EXPECT_EQ(folder.readFile("chosen/" + name), "came first");
+    std::filesystem::remove(folder / ("chosen/" + name));
+    states->safeArea()->restoreEarlier(0);
+    picker.cancel();
+    EXPECT_EQ(model->earlierQuarantine().size(), 2U);
+    states->safeArea()->restoreEarlier(0);
+    picker.accept(urlFromPath(chosen));
+    ASSERT_TRUE(processEventsUntil([&] { return model->earlierQuarantine().size() == 1; }));
+    EXPECT_EQ(folder.readFile("chosen/" + name), name);
+}
+
+TEST_F(SafeAreaWindow, AsksBeforeItDeletesAnEarlierItem)
+{
+    folder.writeFile(
+        "Library/Application Support/Kestavon/Quarantine/" + Uuid::random().text() + "-notes.txt",
+        "x");
+    states->safeArea()->lookForEarlier();
+    ASSERT_TRUE(processEventsUntil([&] { return item("showEarlier") != nullptr; }));
+    states->safeArea()->showEarlier();
+    letSettle();
+    clickItem("Earlier items delete 0");
+    waitFor("Permanently delete “notes.txt”?");
+    clickItem("cancel");
+    waitUntilGone("Permanently delete “notes.txt”?");
+    EXPECT_EQ(filesInHoldingFolder(), 1U);
+    clickItem("Earlier items delete 0");
+    clickItem("confirm");
+    ASSERT_TRUE(processEventsUntil([&] { return model->earlierQuarantine().empty(); }));
+    EXPECT_EQ(filesInHoldingFolder(), 0U);
+    EXPECT_EQ(model->history().front().detail, "notes.txt");
+    EXPECT_FALSE(shown("1 items from earlier"));
 }
 
 TEST_F(SafeAreaWindow, OpensTheHeldItemButCopiesWhereItCameFrom)
