@@ -1,6 +1,7 @@
 # Moving and removing: everything that may take a file from its place.
 target_sources(kestavon_platform PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/file_error.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/put_back.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/file_mover.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/file_places.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/file_remover.cpp

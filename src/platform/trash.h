@@ -38,22 +38,25 @@ public:
     virtual ~Trash() = default;
 
     /// Moves a file, a folder with all that is in it, or a link (never what it leads to) to the
-    /// Trash. Success means that nothing is left at its place.
+    /// Trash, and gives the path at which it lies there. Success means that nothing is left at its
+    /// place.
     ///
     /// Refused, besides what the machine protects and what the disk refuses: what already lies in a
     /// Trash (`Kind::fileExists`), a Trash and its own folders and those above it
     /// (`Kind::permission`).
-    virtual FileResult<Done> trashItem(const std::string& path, const TrashOptions& options = {})
+    virtual FileResult<std::string> trashItem(
+        const std::string& path, const TrashOptions& options = {})
         = 0;
 
     /// Moves many items, one after the other, and tells of each what `trashItem` would. Faster than
     /// that where the disk has to be waited for: what is written down about the items goes there
     /// together.
-    virtual std::vector<FileResult<Done>> trashItems(
+    virtual std::vector<FileResult<std::string>> trashItems(
         std::span<const std::string> paths, const TrashOptions& options = {});
 
-    /// To be told after the item at `path` was deleted for good: what the Trash wrote down about it
-    /// goes too. Does nothing when `path` was no item of a Trash, or something still lies there.
+    /// To be told after the item at `path` was deleted for good or taken out of the Trash: what the
+    /// Trash wrote down about it goes too. Does nothing when `path` was no item of a Trash, or
+    /// something still lies there.
     virtual void forgetItem(const std::string& path) = 0;
 
     /// Every Trash of the home and of the volumes mounted now, so that other searches can leave out

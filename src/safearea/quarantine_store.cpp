@@ -1,6 +1,7 @@
 #include "safearea/quarantine_store.h"
 
 #include "core/domain/removal_guard.h"
+#include "platform/put_back.h"
 #include "safearea/held_name.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace kestavon {
 namespace {
 
 constexpr unsigned privateFolder = 0700;
-constexpr unsigned ordinaryFolder = 0777; ///< less the user's mask
 
 const std::string markPrefix = "user.kestavon.";
 const std::string originMark = markPrefix + "original-path";
@@ -102,29 +102,14 @@ std::optional<QuarantineItem> QuarantineStore::hold(
 FileResult<Done> QuarantineStore::restore(const QuarantineItem& item)
 {
     clearUnfinishedMovesOnce();
-    const auto folder = folderOf(item.originalPath);
-    const auto made = m_tools.places->makeFolder(folder, ordinaryFolder);
-    if (!made)
-        return made.error();
-    const auto fail = [&](FileError error) {
-        m_tools.places->removeMadeFolders(*made);
-        return error;
-    };
-    if (m_tools.places->kindOf(item.originalPath))
-        return fail(moveError(
-            FileError::Kind::fileExists, lastComponent(item.originalPath), lastComponent(folder)));
-
-    m_tools.places->setMarks(item.quarantinedPath, {{underWayMark, folder}});
+    m_tools.places->setMarks(item.quarantinedPath, {{underWayMark, folderOf(item.originalPath)}});
     MoveOptions move;
     move.unmarkPrefix = markPrefix;
-    const auto moved = m_tools.mover->move(item.quarantinedPath, item.originalPath, move);
-    if (!moved) {
+    auto back
+        = putBack(item.quarantinedPath, item.originalPath, *m_tools.mover, *m_tools.places, move);
+    if (!back)
         m_tools.places->removeMarks(item.quarantinedPath, underWayMark);
-        // The person knows the item by its own name, not by the one it is held under.
-        return fail(
-            moveError(moved.error().kind, lastComponent(item.originalPath), lastComponent(folder)));
-    }
-    return Done{};
+    return back;
 }
 
 std::vector<QuarantineItem> QuarantineStore::heldItems()

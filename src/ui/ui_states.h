@@ -10,10 +10,12 @@
 #include "ui/shell/settings_state.h"
 #include "ui/shell/shell_state.h"
 #include "ui/shell/status_state.h"
+#include "ui/shell/undo_state.h"
 #include "ui/storage/storage_state.h"
 #include "ui/widgets/disk_bar_state.h"
 #include "ui/widgets/live_count.h"
 #include "ui/widgets/memory_bar_state.h"
+#include "ui/widgets/notice_state.h"
 #include "ui/widgets/path_actions.h"
 #include "ui/widgets/scan_panel_state.h"
 
@@ -29,6 +31,7 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::StatusState* status READ status CONSTANT)
     Q_PROPERTY(kestavon::OnboardingState* onboarding READ onboarding CONSTANT)
     Q_PROPERTY(kestavon::SettingsState* settings READ settings CONSTANT)
+    Q_PROPERTY(kestavon::NoticeState* notice READ notice CONSTANT)
     Q_PROPERTY(kestavon::PathActions* pathActions READ pathActions CONSTANT)
     Q_PROPERTY(kestavon::ScanPanelState* scanPanel READ scanPanel CONSTANT)
     Q_PROPERTY(kestavon::DiskBarState* diskBar READ diskBar CONSTANT)
@@ -47,6 +50,7 @@ public:
     StatusState* status() { return &m_status; }
     OnboardingState* onboarding() { return &m_onboarding; }
     SettingsState* settings() { return &m_settings; }
+    NoticeState* notice() { return &m_notice; }
     PathActions* pathActions() { return &m_pathActions; }
     ScanPanelState* scanPanel() { return &m_scanPanel; }
     DiskBarState* diskBar() { return &m_diskBar; }
@@ -65,6 +69,8 @@ private:
     StatusState m_status;
     OnboardingState m_onboarding;
     SettingsState m_settings;
+    NoticeState m_notice{NoticeState::usualTime};
+    UndoState m_undo;
     PathActions m_pathActions;
     LiveCount m_liveCount;
     ScanPanelState m_scanPanel;

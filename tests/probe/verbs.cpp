@@ -112,7 +112,7 @@ void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::
             {.path = record.path, .bytes = record.size, .isDirectory = record.isDirectory});
     const Machine machine;
     const auto tally
-        = RemovalWorker(*machine.protectedPlaces, *machine.places, remove).run(requests);
+        = RemovalWorker(*machine.protectedPlaces, *machine.places, remove).run(requests).tally;
     std::printf(
         "%lld %lld\n", static_cast<long long>(tally.count), static_cast<long long>(tally.bytes));
 }
@@ -120,9 +120,14 @@ void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::
 RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
 {
     return [scannedRoot](std::span<const std::string> paths) {
-        std::vector<FileResult<Done>> results;
-        for (const auto& path : paths)
-            results.push_back(SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot}));
+        std::vector<FileResult<std::string>> results;
+        for (const auto& path : paths) {
+            const auto removed = SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot});
+            if (removed)
+                results.emplace_back(std::string());
+            else
+                results.emplace_back(removed.error());
+        }
         return results;
     };
 }

@@ -72,15 +72,6 @@ void selectThree(TestWindow& window)
     test::processEvents();
 }
 
-/// Lets the buttons of the bar work, as far as the picture shows.
-void allowRemoval(FileTableState& files)
-{
-    files.removal()->setRemove([](RemovalKind, SelectedRecords, const RecordRemoval::Done& done) {
-        done(QStringLiteral("“photos-2016-2024.tar” could not be moved to the Trash because you "
-                            "don’t have permission to access it."));
-    });
-}
-
 /// Suggestions, the first of which are ticked but for two.
 void suggest(TestWindow& window)
 {
@@ -161,12 +152,7 @@ const std::vector<Shot> shotList{
     {"storage-empty", AppSection::storage},
     {"storage-empty-scanning", AppSection::storage, startScan},
     {"storage-filled", AppSection::storage, scanHome},
-    {"storage-selected", AppSection::storage,
-        [](TestWindow& window) {
-            allowRemoval(*window.states->storage());
-            selectThree(window);
-        },
-        true},
+    {"storage-selected", AppSection::storage, selectThree, true},
     {"storage-filtered", AppSection::storage,
         [](TestWindow& window) {
             selectThree(window);
@@ -183,16 +169,31 @@ const std::vector<Shot> shotList{
     {"large-files-empty", AppSection::largeFiles},
     {"dialog-confirm", AppSection::storage,
         [](TestWindow& window) {
-            allowRemoval(*window.states->storage());
             selectThree(window);
             window.states->storage()->removal()->askDelete();
         }},
     {"alert-error", AppSection::storage,
         [](TestWindow& window) {
-            allowRemoval(*window.states->storage());
+            auto& removal = *window.states->storage()->removal();
+            removal.setRemove([](RemovalKind, SelectedRecords, const RecordRemoval::Done& done) {
+                done(QStringLiteral("“photos-2016-2024.tar” could not be moved to the Trash "
+                                    "because you don’t have permission to access it."));
+            });
             selectThree(window);
-            window.states->storage()->removal()->askTrash();
-            window.states->storage()->removal()->confirm();
+            removal.askTrash();
+            removal.confirm();
+        }},
+    {"undo", AppSection::storage,
+        [](TestWindow& window) {
+            scanHome(window);
+            window.states->notice()->show(
+                undoOfferText({ActionKind::trash, 3}), QStringLiteral("Undo"), [] {});
+        }},
+    {"path-menu", AppSection::storage,
+        [](TestWindow& window) {
+            scanHome(window);
+            QTest::mouseClick(window.window, Qt::RightButton, {}, rowPoint(window, 3).toPoint());
+            test::processEvents();
         }},
     {"cleaner", AppSection::cleaner, suggest, true},
     {"cleaner-empty", AppSection::cleaner},

@@ -93,13 +93,13 @@ private:
 /// A Trash that writes down what is put into it. Worker threads may use it one at a time.
 class FakeTrash final : public Trash {
 public:
-    FileResult<Done> trashItem(const std::string& path, const TrashOptions&) override
+    FileResult<std::string> trashItem(const std::string& path, const TrashOptions&) override
     {
         const auto refused = refusals.find(path);
         if (refused != refusals.end())
             return moveError(refused->second, path, "Trash");
         trashed.push_back(path);
-        return Done{};
+        return places.front().items + '/' + std::to_string(trashed.size());
     }
     void forgetItem(const std::string& path) override { forgotten.push_back(path); }
     std::vector<TrashPlace> trashPlaces() const override { return places; }
@@ -111,7 +111,7 @@ public:
 };
 
 /// A machine that exists only in memory, but for files that are moved or removed: those are real,
-/// and a test that does so sets `home` to a temporary folder. The home is Mac-shaped.
+/// and a test that does so sets `home` to a temporary folder.
 struct FakeMachine {
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     std::shared_ptr<FakeVolumes> volumes = std::make_shared<FakeVolumes>();
@@ -123,13 +123,17 @@ struct FakeMachine {
     std::shared_ptr<FileMover> mover = std::make_shared<SystemFileMover>();
     std::shared_ptr<FilePlaces> places = std::make_shared<SystemFilePlaces>();
     std::string home = "/home/alice";
+    HomeKind homeKind = HomeKind::mac;
+    /// Items that are trashed do move, into the Trash of `home`; then `trash` hears of nothing.
+    bool hasRealTrash = false;
 
     Platform platform() const
     {
         Platform platform;
         platform.layout.home = home;
         platform.layout.systemRoot = std::string("/");
-        platform.layout.kind = HomeKind::mac;
+        platform.layout.kind = homeKind;
+        platform.layout.dataHome = home + "/.local/share";
         platform.layout.applicationSupport = home + "/Library/Application Support";
         platform.layout.fullDiskAccessProbes = {home + "/Library/Mail", home + "/Library/Messages"};
         platform.layout.cacheMarkers = {"/Library/Caches/"};
@@ -146,6 +150,9 @@ struct FakeMachine {
         platform.protectedPlaces
             = std::make_shared<const ProtectedPlaces>(ProtectedPlaces::Lists());
         platform.trash = trash;
+        if (hasRealTrash)
+            platform.trash = makeSystemTrash(
+                platform.layout, ProtectedPlaces(ProtectedPlaces::Lists()), clock);
         platform.workspace = workspace;
         return platform;
     }

@@ -4,9 +4,11 @@ kestavon_test(screen_state_tests
         ui/cleaner/cleaner_rules_test.cpp
         ui/dashboard/dashboard_test.cpp
         ui/safearea/safe_area_rules_test.cpp
+        ui/shell/undo_state_test.cpp
         ui/storage/file_table_test.cpp
         ui/storage/record_removal_test.cpp
         ui/widgets/disk_bar_test.cpp
+        ui/widgets/notice_state_test.cpp
         ui/widgets/scan_panel_test.cpp
         ui/widgets/widget_rules_test.cpp
     LINKS kestavon_ui_state)

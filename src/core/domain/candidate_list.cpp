@@ -1,5 +1,7 @@
 #include "core/domain/candidate_list.h"
 
+#include "core/domain/cut_list.h"
+
 #include <algorithm>
 
 namespace kestavon {
@@ -43,6 +45,15 @@ std::shared_ptr<const CandidateList> CandidateList::without(
         list->m_ordinals.push_back(static_cast<std::uint32_t>(ordinal(i)));
     }
     return list;
+}
+
+std::shared_ptr<const CandidateList> CandidateList::joinedWith(
+    const CandidateList& earlier, std::span<const std::uint32_t> positions) const
+{
+    if (earlier.m_ids != m_ids)
+        return nullptr;
+    const auto leftOut = positionsOutside(earlier, *this, positions);
+    return leftOut ? earlier.without(*leftOut) : nullptr;
 }
 
 CleanupCandidate CandidateList::operator[](std::size_t i) const

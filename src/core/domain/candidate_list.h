@@ -25,6 +25,11 @@ public:
     /// This list less the candidates at `positions` (ascending). The others keep their ids.
     std::shared_ptr<const CandidateList> without(std::span<const std::uint32_t> positions) const;
 
+    /// This list and, at their old places, the candidates of `earlier` at `positions` (ascending);
+    /// `earlier` is a list that this one was cut from. Null when it is not.
+    std::shared_ptr<const CandidateList> joinedWith(
+        const CandidateList& earlier, std::span<const std::uint32_t> positions) const;
+
     std::size_t size() const { return m_positions.size(); }
     bool empty() const { return m_positions.empty(); }
 

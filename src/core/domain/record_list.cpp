@@ -1,5 +1,6 @@
 #include "core/domain/record_list.h"
 
+#include "core/domain/cut_list.h"
 #include "core/domain/removal_guard.h"
 
 #include <algorithm>
@@ -169,6 +170,15 @@ std::shared_ptr<const RecordList> RecordList::without(
     list->m_ordinals = std::move(ordinals);
     list->m_summary = summarise(list->m_columns);
     return list;
+}
+
+std::shared_ptr<const RecordList> RecordList::joinedWith(
+    const RecordList& earlier, std::span<const std::uint32_t> positions) const
+{
+    if (earlier.m_ids != m_ids)
+        return nullptr;
+    const auto leftOut = positionsOutside(earlier, *this, positions);
+    return leftOut ? earlier.without(*leftOut) : nullptr;
 }
 
 FileRecord RecordList::operator[](std::size_t i) const

@@ -72,6 +72,11 @@ public:
     /// This list less the records at `positions` (ascending). The others keep their ids.
     std::shared_ptr<const RecordList> without(std::span<const std::uint32_t> positions) const;
 
+    /// This list and, at their old places, the records of `earlier` at `positions` (ascending);
+    /// `earlier` is a list that this one was cut from. Null when it is not.
+    std::shared_ptr<const RecordList> joinedWith(
+        const RecordList& earlier, std::span<const std::uint32_t> positions) const;
+
     std::size_t size() const { return m_columns.sizes.size(); }
     bool empty() const { return size() == 0; }
 
@@ -113,8 +118,10 @@ public:
 
     const StorageSummary& summary() const { return m_summary; }
 
-private:
+    /// Where the record stood in the list as it was before anything was cut from it.
     std::uint64_t ordinal(std::size_t i) const { return m_ordinals.empty() ? i : m_ordinals[i]; }
+
+private:
     std::string_view nameAt(std::uint32_t offset) const;
 
     RecordColumns m_columns;

@@ -43,6 +43,8 @@ public:
     /// The ordinal whose identifier this is; nothing when the identifier is not of this space.
     std::optional<std::uint64_t> ordinalOf(const Uuid& id) const;
 
+    friend bool operator==(const IdSpace&, const IdSpace&) = default;
+
 private:
     std::array<std::uint64_t, 4> m_roundKeys{};
     std::uint64_t m_salt = 0;

@@ -15,6 +15,8 @@
 #include "core/domain/security_finding.h"
 #include "core/domain/startup_item.h"
 #include "core/domain/system_state.h"
+#include "core/domain/undo.h"
+#include "core/model/removal_worker.h"
 #include "core/model/updater_controller.h"
 #include "platform/folder_picker.h"
 #include "platform/platform.h"
@@ -70,6 +72,7 @@ public:
         isFreezingRAM,
         ramFreedBytes,
         scanNotice,
+        undoOffer,
     };
 
     /// Reads the disk totals and probes for access once; nothing is loaded from disk.
@@ -121,6 +124,9 @@ public:
     /// What a person should know about the last scan: a root that could not be opened, folders that
     /// could not be read. One or two sentences; empty when there is nothing to tell.
     const std::string& scanNotice() const { return m_scanNotice; }
+    /// The last move to the Trash or the Safe Area, until it is taken back or withdrawn, or
+    /// something else is removed.
+    const std::optional<UndoOffer>& undoOffer() const { return m_undoOffer; }
     /// @}
 
     /// Whether the last finished scan could open its root; true before the first.
@@ -190,6 +196,18 @@ public:
     void clearHistory();
     /// @}
 
+    /// @name Taking back
+    /// @{
+    using Undone = std::function<void(const UndoReport&)>;
+    /// Puts everything that the last move took back to its place, replacing nothing, and lists
+    /// again what lies there, as far as the list has not been replaced meanwhile. From the Trash
+    /// that adds one event, from the Safe Area one for every item, as restoring does. Does nothing
+    /// without an offer.
+    void undoLastMove(Undone finished = {});
+    /// The offer is not up any more.
+    void withdrawUndo();
+    /// @}
+
     /// @name Ticks of the suggestions
     /// @{
     void setCleanupSelected(const Uuid& id, bool selected);
@@ -223,6 +241,29 @@ Q_SIGNALS:
 private:
     struct ScanResult;
 
+    using PathSet = std::unordered_set<std::string>;
+    /// What did not come back when a move was taken back.
+    using Missing = std::shared_ptr<const PathSet>;
+    /// Called with whether the list shows again what came back.
+    using Relisted = std::function<void(bool listed)>;
+    /// What it takes to take a move back.
+    struct UndoableMove {
+        ActionKind action = ActionKind::trash;
+        std::int64_t count = 0;
+        std::vector<TrashedItem> trashed = {};
+        std::vector<QuarantineItem> held = {};
+        /// The detail of the event, for what came back from the Trash.
+        std::function<std::string(const RemovalTally&)> describe = {};
+        std::function<void(const Missing&, Relisted)> relist = {};
+    };
+    /// Suggestions that were cut from a list.
+    struct CandidateCut {
+        std::shared_ptr<const CandidateList> candidates;
+        std::vector<std::uint32_t> positions; ///< ascending
+    };
+    using RecordsCut = std::function<void(const std::shared_ptr<const RecordPick>& cut)>;
+    using CandidatesCut = std::function<void(const std::shared_ptr<const CandidateCut>& cut)>;
+
     /// Announces, assigns and announces again: the only way a field changes. Returns the old value.
     template <class T> T publish(Field field, T& slot, T value)
     {
@@ -243,13 +284,30 @@ private:
     void finishStorageScan(ScanResult result);
     void removeRecords(
         RecordPick pick, ActionKind action, const std::string& title, Finished finished);
-    void dropRecords(std::shared_ptr<const RecordPick> pick, std::function<void()> then);
+    /// `then` gets what was cut from the list, or null when that failed.
+    void dropRecords(std::shared_ptr<const RecordPick> pick, RecordsCut then);
     void dropCandidates(std::shared_ptr<const CandidateList> from,
-        std::shared_ptr<const std::vector<std::uint32_t>> positions, std::function<void()> then);
+        std::shared_ptr<const std::vector<std::uint32_t>> positions, CandidatesCut then);
     void addToQuarantine(std::vector<QuarantineItem> items);
     void forgetQuarantined(const std::unordered_set<Uuid>& ids);
-    void restoreFrom(std::shared_ptr<const std::vector<QuarantineItem>> items, std::size_t next,
-        Finished finished);
+    void offerUndo(UndoableMove move);
+    /// How far putting held items back has come.
+    struct HeldReturn {
+        std::shared_ptr<const std::vector<QuarantineItem>> items;
+        std::size_t next = 0;
+        UndoReport report = {};
+        PathSet missing = {};
+    };
+    using HeldReturned = std::function<void(UndoReport, const PathSet& missing)>;
+    /// Restores the items in order, one event for each.
+    void restoreHeld(HeldReturn state, HeldReturned finished);
+    void relistRecords(
+        const std::shared_ptr<const RecordPick>& cut, const Missing& missing, Relisted then);
+    void relistCandidates(
+        const std::shared_ptr<const CandidateCut>& cut, const Missing& missing, Relisted then);
+    /// `before`: the group as it was when items were taken from it.
+    void relistJunk(
+        const std::shared_ptr<const JunkGroup>& before, const Missing& missing, Relisted then);
     /// Giving back the memory of a million records takes longer than a frame.
     template <class T> void disposeInBackground(T value)
     {
@@ -296,7 +354,9 @@ private:
     bool m_isFreezingRAM = false;
     std::int64_t m_ramFreedBytes = 0;
     std::string m_scanNotice;
+    std::optional<UndoOffer> m_undoOffer;
     bool m_scanRootWasOpened = true;
+    UndoableMove m_undoableMove; // what the offer stands for
 
     // Main thread only. Only the scan with the current run number may still change anything.
     std::optional<std::stop_source> m_scanTask;

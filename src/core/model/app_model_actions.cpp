@@ -1,6 +1,5 @@
 #include "core/model/app_model.h"
 #include "core/model/background.h"
-#include "core/model/removal_worker.h"
 #include "platform/byte_count.h"
 
 #include <algorithm>
@@ -22,12 +21,16 @@ RemovalWorker workerFor(
     } else {
         remove = [remover = platform.remover, trash = platform.trash, walkedFolder](
                      std::span<const std::string> paths) {
-            std::vector<FileResult<Done>> results;
+            std::vector<FileResult<std::string>> results;
             for (const auto& path : paths) {
-                auto removed = remover->remove(path, {.noLinksBelow = walkedFolder, .stop = {}});
-                if (removed)
-                    trash->forgetItem(path); // when it was an item of the Trash
-                results.push_back(std::move(removed));
+                const auto removed
+                    = remover->remove(path, {.noLinksBelow = walkedFolder, .stop = {}});
+                if (!removed) {
+                    results.emplace_back(removed.error());
+                    continue;
+                }
+                trash->forgetItem(path); // when it was an item of the Trash
+                results.emplace_back(std::string());
             }
             return results;
         };
@@ -46,6 +49,16 @@ std::vector<std::uint32_t> positionsIn(const RecordList& list, const RecordPick&
             positions.push_back(static_cast<std::uint32_t>(*found));
     }
     return positions;
+}
+
+std::string filesText(const RemovalTally& tally)
+{
+    return std::to_string(tally.count) + " files · " + fileByteCount(tally.bytes);
+}
+
+std::string itemsText(const RemovalTally& tally)
+{
+    return std::to_string(tally.count) + " items (" + fileByteCount(tally.bytes) + ")";
 }
 
 std::vector<std::uint32_t> positionsIn(
@@ -85,38 +98,61 @@ void AppModel::removeRecords(
                 .bytes = picked->records->fileSize(position),
                 .isDirectory = picked->records->isDirectory(position)});
         }
-        return workerFor(platform, action, picked->records->root()).run(requests);
+        auto worker = workerFor(platform, action, picked->records->root());
+        // A folder comes before what lies in it. To the Trash it goes whole, to be found and put
+        // back whole. Deleting begins at the other end, so that every file counts that did go when
+        // its folder cannot.
+        if (action == ActionKind::trash)
+            return worker.run(requests, RemovalWorker::Nested::withTheirFolder);
+        std::ranges::reverse(requests);
+        return worker.run(requests);
     };
     runInBackground(m_removalQueue, this, std::move(remove),
-        [this, picked, title, finished = std::move(finished)](
-            const Outcome<RemovalTally>& outcome) {
+        [this, picked, action, title, finished = std::move(finished)](
+            Outcome<RemovalReport> outcome) {
             if (!outcome.value)
                 return report(finished, outcome.error);
             // The whole selection leaves the list, what was skipped too.
-            dropRecords(picked, [this, title, finished, tally = *outcome.value] {
-                refreshDiskSpace();
-                recordEvent(
-                    title, std::to_string(tally.count) + " files · " + fileByteCount(tally.bytes));
-                report(finished, {});
-            });
+            dropRecords(picked,
+                [this, action, title, finished, removed = std::move(*outcome.value)](
+                    const std::shared_ptr<const RecordPick>& cut) {
+                    refreshDiskSpace();
+                    recordEvent(title, filesText(removed.tally));
+                    UndoableMove move{.action = action, .describe = filesText};
+                    if (action == ActionKind::trash) {
+                        move.count = removed.tally.count;
+                        move.trashed = removed.trashed;
+                        move.relist = [this, cut](const Missing& missing, Relisted then) {
+                            cut ? relistRecords(cut, missing, std::move(then)) : then(false);
+                        };
+                    }
+                    offerUndo(std::move(move));
+                    report(finished, {});
+                });
         });
 }
 
-void AppModel::dropRecords(std::shared_ptr<const RecordPick> pick, std::function<void()> then)
+void AppModel::dropRecords(std::shared_ptr<const RecordPick> pick, RecordsCut then)
 {
-    auto cut = [pick, current = m_records] {
-        const auto positions = positionsIn(*current, *pick);
-        return std::pair(current, positions.empty() ? current : current->without(positions));
+    struct Cut {
+        std::shared_ptr<const RecordPick> cut;
+        std::shared_ptr<const RecordList> remaining;
     };
-    using Lists = std::invoke_result_t<decltype(cut)>;
+    auto cut = [pick, current = m_records] {
+        auto gone = std::make_shared<const RecordPick>(
+            RecordPick{.records = current, .positions = positionsIn(*current, *pick)});
+        auto remaining = gone->positions.empty() ? current : current->without(gone->positions);
+        return Cut{.cut = std::move(gone), .remaining = std::move(remaining)};
+    };
     runInBackground(m_removalQueue, this, std::move(cut),
-        [this, pick, then = std::move(then)](Outcome<Lists> outcome) {
-            if (outcome.value && outcome.value->first != m_records)
+        [this, pick, then = std::move(then)](Outcome<Cut> outcome) {
+            if (!outcome.value)
+                return then(nullptr);
+            if (outcome.value->cut->records != m_records)
                 return dropRecords(pick, then); // another list took its place meanwhile
-            if (outcome.value)
-                disposeInBackground(
-                    publish(Field::records, m_records, std::move(outcome.value->second)));
-            then();
+            disposeInBackground(
+                publish(Field::records, m_records, std::move(outcome.value->remaining)));
+            then(outcome.value->cut);
         });
 }
 
@@ -148,39 +184,49 @@ void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
             auto& moved = *outcome.value;
             if (!moved.items)
                 return report(finished, moved.items.error().message);
-            const auto count = moved.items->size();
+            const auto held = *moved.items;
             addToQuarantine(std::move(*moved.items));
-            dropCandidates(from, moved.picked, [this, count, finished] {
-                recordEvent("Items quarantined", std::to_string(count) + " items moved safely");
-                report(finished, {});
-            });
+            dropCandidates(from, moved.picked,
+                [this, held, finished](const std::shared_ptr<const CandidateCut>& cut) {
+                    recordEvent(
+                        "Items quarantined", std::to_string(held.size()) + " items moved safely");
+                    offerUndo({.action = ActionKind::safeArea,
+                        .count = static_cast<std::int64_t>(held.size()),
+                        .held = held,
+                        .relist = [this, cut](const Missing& missing, Relisted then) {
+                            cut ? relistCandidates(cut, missing, std::move(then)) : then(false);
+                        }});
+                    report(finished, {});
+                });
         });
 }
 
 void AppModel::dropCandidates(std::shared_ptr<const CandidateList> from,
-    std::shared_ptr<const std::vector<std::uint32_t>> positions, std::function<void()> then)
+    std::shared_ptr<const std::vector<std::uint32_t>> positions, CandidatesCut then)
 {
     struct Cut {
-        std::shared_ptr<const CandidateList> of;
+        std::shared_ptr<const CandidateCut> cut;
         std::shared_ptr<const CandidateList> remaining;
     };
     auto cut = [from, positions, current = m_cleanupCandidates] {
-        const auto found = positionsIn(*current, *from, *positions);
-        return Cut{.of = current, .remaining = found.empty() ? current : current->without(found)};
+        auto gone = std::make_shared<const CandidateCut>(CandidateCut{
+            .candidates = current, .positions = positionsIn(*current, *from, *positions)});
+        auto remaining = gone->positions.empty() ? current : current->without(gone->positions);
+        return Cut{.cut = std::move(gone), .remaining = std::move(remaining)};
     };
     runInBackground(m_quarantineQueue, this, std::move(cut),
         [this, from, positions, then = std::move(then)](Outcome<Cut> outcome) {
-            if (outcome.value && outcome.value->of != m_cleanupCandidates)
+            if (!outcome.value)
+                return then(nullptr);
+            if (outcome.value->cut->candidates != m_cleanupCandidates)
                 return dropCandidates(from, positions, then);
-            if (outcome.value) {
-                disposeInBackground(publish(Field::cleanupCandidates, m_cleanupCandidates,
-                    std::move(outcome.value->remaining)));
-                auto selection = m_selectedCleanupIDs;
-                for (const auto position : *positions)
-                    selection.erase(from->id(position));
-                publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(selection));
-            }
-            then();
+            disposeInBackground(publish(Field::cleanupCandidates, m_cleanupCandidates,
+                std::move(outcome.value->remaining)));
+            auto selection = m_selectedCleanupIDs;
+            for (const auto position : *positions)
+                selection.erase(from->id(position));
+            publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(selection));
+            then(outcome.value->cut);
         });
 }
 
@@ -188,7 +234,7 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
     ActionKind action, std::function<void(std::size_t, std::size_t)> moved, Finished finished)
 {
     struct Cleaned {
-        RemovalTally tally;
+        RemovalReport removed;
         FileResult<std::vector<QuarantineItem>> items = std::vector<QuarantineItem>();
     };
     std::vector<CleanupCandidate> selected;
@@ -214,7 +260,7 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
                 .bytes = item.estimatedBytes,
                 .isDirectory = item.record.isDirectory});
         }
-        cleaned.tally = workerFor(platform, action, {}).run(requests);
+        cleaned.removed = workerFor(platform, action, {}).run(requests);
         return cleaned;
     };
     auto& queue = action == ActionKind::safeArea ? m_quarantineQueue : m_removalQueue;
@@ -227,19 +273,27 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
             if (!cleaned.items)
                 return report(finished, cleaned.items.error().message);
             const auto movedCount = cleaned.items->size();
-            if (action == ActionKind::safeArea)
+            const auto& removed = cleaned.removed;
+            UndoableMove move{.action = action, .describe = itemsText};
+            if (action == ActionKind::safeArea) {
+                move.count = static_cast<std::int64_t>(movedCount);
+                move.held = *cleaned.items;
                 addToQuarantine(std::move(*cleaned.items));
+            } else if (action == ActionKind::trash) {
+                move.count = removed.tally.count;
+                move.trashed = removed.trashed;
+            }
 
             auto groups = m_junkGroups;
             const auto shown = std::ranges::find(groups, groupId, &JunkGroup::id);
+            auto before = std::make_shared<JunkGroup>();
             if (shown != groups.end()) {
+                *before = *shown;
                 std::erase_if(shown->items,
                     [&ids](const CleanupCandidate& item) { return ids.contains(item.id); });
                 publish(Field::junkGroups, m_junkGroups, std::move(groups));
             }
 
-            const auto tallied = std::to_string(cleaned.tally.count) + " items ("
-                + fileByteCount(cleaned.tally.bytes) + ")";
             switch (action) {
             case ActionKind::safeArea:
                 recordEvent(std::string(rawValue(category)) + " moved to Safe Area",
@@ -248,9 +302,17 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
                 if (moved)
                     moved(movedCount, requested);
                 break;
-            case ActionKind::trash: recordEvent("Items moved to Trash", tallied); break;
-            case ActionKind::permanent: recordEvent("Items permanently deleted", tallied); break;
+            case ActionKind::trash:
+                recordEvent("Items moved to Trash", itemsText(removed.tally));
+                break;
+            case ActionKind::permanent:
+                recordEvent("Items permanently deleted", itemsText(removed.tally));
+                break;
             }
+            move.relist = [this, before](const Missing& missing, Relisted then) {
+                relistJunk(before, missing, std::move(then));
+            };
+            offerUndo(std::move(move));
             report(finished, {});
         });
 }

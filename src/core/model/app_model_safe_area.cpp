@@ -55,53 +55,69 @@ void AppModel::restoreFromSafeArea(const QuarantineItem& item, Finished finished
 
 void AppModel::restoreAllFromSafeArea(Finished finished)
 {
-    restoreFrom(
-        std::make_shared<const std::vector<QuarantineItem>>(m_quarantine), 0, std::move(finished));
+    restoreHeld({.items = std::make_shared<const std::vector<QuarantineItem>>(m_quarantine)},
+        [finished = std::move(finished)](
+            const UndoReport&, const PathSet&) { report(finished, {}); });
 }
 
 void AppModel::restoreAllEarlierHeldItems(Finished finished)
 {
     auto items = m_earlierQuarantine;
     std::erase_if(items, [](const QuarantineItem& item) { return item.originalPath.empty(); });
-    restoreFrom(std::make_shared<const std::vector<QuarantineItem>>(std::move(items)), 0,
-        std::move(finished));
+    restoreHeld({.items = std::make_shared<const std::vector<QuarantineItem>>(std::move(items))},
+        [finished = std::move(finished)](
+            const UndoReport&, const PathSet&) { report(finished, {}); });
 }
 
 /// Restores some of the items and comes back for the others: the lists follow as it goes, but not
 /// with every item, because that would take longer than restoring it once there are thousands.
-void AppModel::restoreFrom(
-    std::shared_ptr<const std::vector<QuarantineItem>> items, std::size_t next, Finished finished)
+void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
 {
-    if (next == items->size())
-        return report(finished, {});
+    if (state.next == state.items->size())
+        return finished(std::move(state.report), state.missing);
     struct Restored {
         std::vector<std::size_t> positions;
+        std::vector<std::size_t> missing;
+        std::string error; ///< the first
         std::size_t next;
     };
-    auto restoreSome = [store = m_quarantineStore, items, next] {
+    auto restoreSome = [store = m_quarantineStore, items = state.items, next = state.next] {
         constexpr auto turn = std::chrono::milliseconds(50);
         const auto end = std::chrono::steady_clock::now() + turn;
-        Restored restored{.positions = {}, .next = next};
+        Restored restored{.positions = {}, .missing = {}, .error = {}, .next = next};
         do {
             const auto position = restored.next++;
-            if (store->restore((*items)[position]))
-                restored.positions.push_back(position);
+            const auto back = store->restore((*items)[position]);
+            (back ? restored.positions : restored.missing).push_back(position);
+            if (!back && restored.error.empty())
+                restored.error = back.error().message;
         } while (restored.next < items->size() && std::chrono::steady_clock::now() < end);
         return restored;
     };
     runInBackground(m_quarantineQueue, this, std::move(restoreSome),
-        [this, items, finished = std::move(finished)](const Outcome<Restored>& outcome) {
-            if (!outcome.value)
-                return report(finished, outcome.error);
+        [this, state = std::move(state), finished = std::move(finished)](
+            const Outcome<Restored>& outcome) mutable {
+            if (!outcome.value) {
+                state.report.failed += static_cast<std::int64_t>(state.items->size() - state.next);
+                state.report.error = outcome.error;
+                return finished(std::move(state.report), state.missing);
+            }
             std::unordered_set<Uuid> ids;
             std::vector<std::string> paths;
             for (const auto position : outcome.value->positions) {
-                ids.insert((*items)[position].id);
-                paths.push_back((*items)[position].originalPath);
+                ids.insert((*state.items)[position].id);
+                paths.push_back((*state.items)[position].originalPath);
             }
             forgetQuarantined(ids);
             recordEvents("Item restored", std::move(paths));
-            restoreFrom(items, outcome.value->next, finished);
+            for (const auto position : outcome.value->missing)
+                state.missing.insert((*state.items)[position].originalPath);
+            state.report.restored += static_cast<std::int64_t>(outcome.value->positions.size());
+            state.report.failed += static_cast<std::int64_t>(outcome.value->missing.size());
+            if (state.report.error.empty())
+                state.report.error = outcome.value->error;
+            state.next = outcome.value->next;
+            restoreHeld(std::move(state), std::move(finished));
         });
 }
 
@@ -156,6 +172,7 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
             const auto error = wordsOf(outcome);
             if (error.empty()) {
                 forgetQuarantined({item.id});
+                withdrawUndo();
                 recordEvent("Permanently deleted", std::string(lastComponent(item.originalPath)));
             }
             report(finished, error);
@@ -178,6 +195,7 @@ void AppModel::emptySafeArea(Finished finished)
             if (outcome.value) {
                 // What was moved in meanwhile stays listed.
                 forgetQuarantined(*outcome.value);
+                withdrawUndo();
                 recordEvent("Safe Area emptied",
                     std::to_string(outcome.value->size()) + " items permanently deleted");
             }

@@ -121,12 +121,11 @@ std::vector<std::uint32_t> RecordSelection::selectedPositions() const
 {
     std::vector<std::uint32_t> positions;
     positions.reserve(m_count);
-    for (const auto position : m_view->rows()) {
-        if (positions.size() == m_count)
-            break;
-        if (m_selected.contains(position))
-            positions.push_back(position);
-    }
+    const auto& shown = m_view->shown();
+    m_selected.forEach([&](std::size_t position) {
+        if (shown.contains(position))
+            positions.push_back(static_cast<std::uint32_t>(position));
+    });
     return positions;
 }
 

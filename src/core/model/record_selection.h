@@ -51,7 +51,7 @@ public:
     std::size_t count() const { return m_count; }
     /// The selected rows' sizes, in bytes; the sum stops at the largest 64-bit number.
     std::int64_t bytes() const { return m_bytes; }
-    /// The records of the selected rows, in row order.
+    /// The records of the selected rows, in the order of the list: a folder before what it holds.
     std::vector<std::uint32_t> selectedPositions() const;
 
 private:

@@ -14,12 +14,28 @@
 
 namespace kestavon {
 
-/// What a run of the worker removed.
+/// How much was removed.
 struct RemovalTally {
     std::int64_t count = 0;
     std::int64_t bytes = 0; ///< sum of the removed items' sizes, at most the largest 64-bit number
 
+    RemovalTally& operator+=(const RemovalTally& other);
     friend bool operator==(const RemovalTally&, const RemovalTally&) = default;
+};
+
+/// An item that lies in a Trash now.
+struct TrashedItem {
+    std::string originalPath;
+    std::string trashedPath;
+    RemovalTally tally; ///< what went with it counts too
+};
+
+/// What a run of the worker did.
+struct RemovalReport {
+    RemovalTally tally;
+    std::vector<TrashedItem> trashed; ///< in order; none when items were deleted
+
+    RemovalReport& operator+=(RemovalReport other);
 };
 
 /// One item to be removed.
@@ -32,18 +48,37 @@ struct RemovalRequest {
 /// Trashes or deletes the items of a selection in order. Any thread but the main one.
 class RemovalWorker {
 public:
-    /// Removes the items at these paths, in order, and tells what became of each; an error leaves
-    /// it uncounted.
-    using Remove = std::function<std::vector<FileResult<Done>>(std::span<const std::string> paths)>;
+    /// Removes the items at these paths, in order, and tells of each where it lies now, an empty
+    /// path when it is gone for good; an error leaves it uncounted.
+    using Remove
+        = std::function<std::vector<FileResult<std::string>>(std::span<const std::string> paths)>;
+
+    /// What becomes of requested items that lie in a requested folder.
+    enum class Nested {
+        /// Each is removed by itself, so none may follow its folder.
+        oneByOne,
+        /// They go with their folder, whole as it is, and are counted like it. They follow it
+        /// directly, as the records of a scan do.
+        withTheirFolder,
+    };
 
     RemovalWorker(const ProtectedPlaces& protectedPlaces, const FilePlaces& places, Remove remove);
 
     /// Tries every item in order, a few hundred at a time; between those it hears `stop`. Protected
     /// ones, those that cannot be removed, and folders that were files when they were found stay
     /// and are not counted; no error comes of it.
-    RemovalTally run(std::span<const RemovalRequest> requests, const std::stop_token& stop = {});
+    RemovalReport run(std::span<const RemovalRequest> requests, Nested nested = Nested::oneByOne,
+        const std::stop_token& stop = {});
 
 private:
+    /// A request and those after it that go with it.
+    struct Item {
+        std::size_t first = 0;
+        std::size_t end = 0; ///< the first that does not
+        RemovalTally tally;
+    };
+
+    Item itemAt(std::span<const RemovalRequest> requests, std::size_t i, Nested nested) const;
     bool mayRemove(const RemovalRequest& request) const;
 
     const ProtectedPlaces& m_protectedPlaces;

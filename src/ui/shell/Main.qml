@@ -84,11 +84,20 @@ T.ApplicationWindow {
         anchors.left: sidebar.right
         anchors.right: parent.right
         anchors.top: toolbar.bottom
-        anchors.bottom: parent.bottom
+        anchors.bottom: noticeBar.top
         ui: window.ui
+    }
+    NoticeBar {
+        id: noticeBar
+        objectName: "noticeBar"
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        notice: window.ui.notice
     }
     MainShortcuts {
         shell: window.ui.shell
+        notice: window.ui.notice
         onFilterRequested: detail.focusFilter()
         onSettingsRequested: window.showSettingsWindow()
     }

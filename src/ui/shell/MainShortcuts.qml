@@ -6,6 +6,7 @@ Item {
     id: shortcuts
 
     required property ShellState shell
+    required property NoticeState notice
 
     signal filterRequested
     signal settingsRequested
@@ -17,6 +18,11 @@ Item {
     Shortcut {
         sequences: ["F5", "Ctrl+R"]
         onActivated: shortcuts.shell.scan()
+    }
+    Shortcut {
+        sequences: [StandardKey.Undo]
+        enabled: shortcuts.notice.shown
+        onActivated: shortcuts.notice.act()
     }
     Shortcut {
         sequences: [StandardKey.Find]

@@ -7,6 +7,7 @@ list(APPEND ui_state_sources
     shell/sidebar_model.cpp shell/sidebar_model.h
     shell/status_state.cpp shell/status_state.h
     shell/single_instance.cpp shell/single_instance.h
+    shell/undo_state.cpp shell/undo_state.h
     shell/window_folder_picker.cpp shell/window_folder_picker.h)
 list(APPEND ui_module_sources shell/shell_types.h)
 list(APPEND ui_qml_files

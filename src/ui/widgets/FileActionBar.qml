@@ -8,15 +8,10 @@ Item {
     required property bool shown
     /// "3 selected · 57.91 GB"
     required property string summary
-    required property bool removalAvailable
-    /// Why nothing can be removed; shown as a hint while `removalAvailable` is false.
-    property string unavailableText
 
     signal clear
     signal trash
     signal deleteForever
-
-    readonly property string hint: removalAvailable ? "" : unavailableText
 
     implicitHeight: 60
     // What the bar takes of the screen's height; the table above ends there.
@@ -74,8 +69,6 @@ Item {
                 objectName: "moveToTrash"
                 label: "Move to Trash"
                 symbol: "trash"
-                enabled: bar.removalAvailable
-                hint: bar.hint
                 onClicked: bar.trash()
             }
             AppButton {
@@ -83,8 +76,6 @@ Item {
                 label: "Delete Forever"
                 symbol: "trash.fill"
                 kind: AppButton.Kind.DestructiveProminent
-                enabled: bar.removalAvailable
-                hint: bar.hint
                 onClicked: bar.deleteForever()
             }
         }

@@ -69,8 +69,6 @@ Item {
         width: parent.width
         shown: page.files.hasSelection
         summary: page.files.selectionSummary
-        removalAvailable: page.files.removal.available
-        unavailableText: page.files.removal.unavailableText
         onClear: {
             page.files.rows.clearSelection();
             table.focusRows();

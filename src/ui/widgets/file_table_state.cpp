@@ -2,6 +2,8 @@
 
 #include "ui/widgets/display_text.h"
 
+#include <utility>
+
 namespace kestavon {
 
 QString selectionSummaryText(int count, const QString& size)
@@ -17,6 +19,10 @@ FileTableState::FileTableState(AppModel& model, bool largestFilesOnly)
           },
           [this] { m_rows.clearSelection(); })
 {
+    m_removal.setRemove(
+        [this](RemovalKind kind, SelectedRecords selected, RecordRemoval::Done done) {
+            remove(kind, std::move(selected), std::move(done));
+        });
     m_rows.setLargestFilesOnly(largestFilesOnly);
     m_rows.setRecords(model.records());
     connect(&m_rows, &RecordTableModel::selectionChanged, this, &FileTableState::followSelection);
@@ -26,6 +32,18 @@ FileTableState::FileTableState(AppModel& model, bool largestFilesOnly)
         m_rows.setRecords(m_model.records());
         Q_EMIT recordsChanged();
     });
+}
+
+void FileTableState::remove(RemovalKind kind, SelectedRecords selected, RecordRemoval::Done done)
+{
+    RecordPick pick{
+        .records = std::move(selected.records), .positions = std::move(selected.positions)};
+    auto finished
+        = [done = std::move(done)](const std::string& error) { done(displayText(error)); };
+    if (kind == RemovalKind::trash)
+        m_model.trashRecords(std::move(pick), std::move(finished));
+    else
+        m_model.deleteRecordsPermanently(std::move(pick), std::move(finished));
 }
 
 void FileTableState::reset()

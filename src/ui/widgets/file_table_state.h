@@ -44,6 +44,7 @@ protected:
     const AppModel& model() const { return m_model; }
 
 private:
+    void remove(RemovalKind kind, SelectedRecords selected, RecordRemoval::Done done);
     void followSelection();
 
     AppModel& m_model;

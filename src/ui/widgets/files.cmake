@@ -9,6 +9,7 @@ list(APPEND ui_state_sources
     widgets/live_count.cpp widgets/live_count.h
     widgets/memory_bar_rules.cpp widgets/memory_bar_rules.h
     widgets/memory_bar_state.cpp widgets/memory_bar_state.h
+    widgets/notice_state.cpp widgets/notice_state.h
     widgets/path_actions.cpp widgets/path_actions.h
     widgets/record_removal.cpp widgets/record_removal.h
     widgets/scan_panel_rules.cpp widgets/scan_panel_rules.h
@@ -24,6 +25,7 @@ list(APPEND ui_qml_files
     widgets/MemoryBar.qml
     widgets/MetricCard.qml
     widgets/NeedsScanView.qml
+    widgets/NoticeBar.qml
     widgets/PageHeader.qml
     widgets/PathMenu.qml
     widgets/PathMenuArea.qml

@@ -35,18 +35,12 @@ RecordRemoval::RecordRemoval(std::function<SelectedRecords()> selected,
 void RecordRemoval::setRemove(Remove remove)
 {
     m_remove = std::move(remove);
-    Q_EMIT availableChanged();
-}
-
-QString RecordRemoval::unavailableText() const
-{
-    return u"Removing files is not available in this version."_s;
 }
 
 void RecordRemoval::ask(RemovalKind kind)
 {
     auto selected = m_selected();
-    if (!available() || m_asking || selected.positions.empty())
+    if (!m_remove || m_asking || selected.positions.empty())
         return;
     m_kind = kind;
     m_question = removalQuestion(kind, selected.positions.size());

@@ -37,9 +37,6 @@ RemovalQuestion removalQuestion(RemovalKind kind, std::size_t count);
 /// selection change meanwhile, the question is withdrawn and nothing is removed. Main thread.
 class RecordRemoval final : public QObject {
     Q_OBJECT
-    /// Whether this build can remove files.
-    Q_PROPERTY(bool available READ available NOTIFY availableChanged)
-    Q_PROPERTY(QString unavailableText READ unavailableText CONSTANT)
     /// The question is being put; its texts stay as they are while it fades out.
     Q_PROPERTY(bool asking READ asking NOTIFY askingChanged)
     Q_PROPERTY(QString title READ title NOTIFY askingChanged)
@@ -58,13 +55,11 @@ public:
     RecordRemoval(std::function<SelectedRecords()> selected, std::function<void()> clearSelection,
         QObject* parent = nullptr);
 
-    /// Gives the deed behind the buttons; without one, removal is not available.
+    /// Gives the deed behind the buttons; without one, nothing is asked.
     void setRemove(Remove remove);
     /// The selection changed: withdraws a question about another one.
     void selectionChanged();
 
-    bool available() const { return static_cast<bool>(m_remove); }
-    QString unavailableText() const;
     bool asking() const { return m_asking; }
     const QString& title() const { return m_question.title; }
     const QString& message() const { return m_question.message; }
@@ -79,7 +74,6 @@ public:
     Q_INVOKABLE void dismissError();
 
 Q_SIGNALS:
-    void availableChanged();
     void askingChanged();
     void errorMessageChanged();
 

@@ -110,8 +110,8 @@ public:
     int selectedCount() const { return static_cast<int>(m_selection.count()); }
     qint64 selectedBytes() const { return m_selection.bytes(); }
     QString selectedSizeText() const;
-    /// The records of the selected rows, as positions in `shownRecords`, in row order: largest
-    /// first, so that a folder comes after the files in it.
+    /// The records of the selected rows, as positions in `shownRecords`, ascending: a folder comes
+    /// before what it holds.
     std::vector<std::uint32_t> selectedVisiblePositions() const;
     /// The list whose rows are shown: `records`, except while its rows are on their way.
     const std::shared_ptr<const RecordList>& shownRecords() const { return view().records(); }

@@ -6,6 +6,7 @@
 #include "ui/widgets/file_path.h"
 #include "ui/widgets/file_table_state.h"
 #include "ui/widgets/memory_bar_state.h"
+#include "ui/widgets/notice_state.h"
 #include "ui/widgets/path_actions.h"
 #include "ui/widgets/record_removal.h"
 #include "ui/widgets/record_table_model.h"
@@ -53,6 +54,13 @@ struct MemoryBarStateType {
     Q_GADGET
     QML_FOREIGN(kestavon::MemoryBarState)
     QML_NAMED_ELEMENT(MemoryBarState)
+    QML_UNCREATABLE("made by C++")
+};
+
+struct NoticeStateType {
+    Q_GADGET
+    QML_FOREIGN(kestavon::NoticeState)
+    QML_NAMED_ELEMENT(NoticeState)
     QML_UNCREATABLE("made by C++")
 };
 

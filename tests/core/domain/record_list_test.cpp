@@ -115,6 +115,21 @@ TEST(RecordList, KeepsIdentifiersAndPathsWhenRecordsAreCutOut)
     EXPECT_EQ(whole->without({})->size(), whole->size());
 }
 
+TEST(RecordList, TakesCutRecordsBackAtTheirPlaces)
+{
+    const auto whole = RecordList::fromRecords("/home/alice", smallHome("/home/alice"));
+    const auto fewer = whole->without(std::vector<std::uint32_t>{0, 2, 4});
+    const auto fewest = fewer->without(std::vector<std::uint32_t>{0, 3});
+
+    const auto joined = fewest->joinedWith(*whole, std::vector<std::uint32_t>{2, 4});
+    EXPECT_EQ(pathsOf(*joined), pathsOf(*whole->without(std::vector<std::uint32_t>{0, 1, 6})));
+    EXPECT_EQ(joined->id(0), whole->id(2));
+
+    EXPECT_EQ(whole->joinedWith(*fewer, {}), nullptr) << "it was not cut from that";
+    const auto otherScan = RecordList::fromRecords("/home/alice", smallHome("/home/alice"));
+    EXPECT_EQ(fewer->joinedWith(*otherScan, {}), nullptr);
+}
+
 TEST(RecordList, TwoScansOfTheSameTreeShareNoIdentifier)
 {
     const auto records = smallHome("/home/alice");

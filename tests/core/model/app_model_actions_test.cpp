@@ -1,12 +1,4 @@
-#include "core/model/app_model.h"
-#include "support/event_loop.h"
-#include "support/fake_platform.h"
-#include "support/fake_scanner.h"
-#include "support/temporary_folder.h"
-
-#include <filesystem>
-
-#include <gmock/gmock.h>
+#include "core/model/actions_fixture.h"
 
 namespace kestavon {
 namespace {
@@ -15,59 +7,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// A model over real files in a temporary home, after a scan that found them.
-class AppModelActions : public testing::Test {
-protected:
-    AppModelActions() { machine.home = folder.path(); }
-
-    /// Writes the files and lets a scan find them.
-    void scan(const std::vector<std::string>& names)
-    {
-        if (!model)
-            model = std::make_unique<AppModel>(scanner, machine.platform());
-        std::vector<FileRecord> records;
-        for (const auto& name : names) {
-            const auto path = folder.writeFile(name, "12345");
-            records.push_back({.path = path, .size = 5});
-        }
-        model->startStorageScan();
-        scanner->finishWith(folder.path(), records);
-        ASSERT_TRUE(test::processEventsUntil([&] { return !model->scanPhase().isScanning(); }));
-    }
-
-    RecordPick pick(std::vector<std::uint32_t> positions) const
-    {
-        return {.records = model->records(), .positions = std::move(positions)};
-    }
-
-    /// Runs an operation to its end and returns its error.
-    template <class Operation> std::string await(Operation operation)
-    {
-        std::optional<std::string> result;
-        operation([&result](const std::string& error) { result = error; });
-        EXPECT_TRUE(test::processEventsUntil([&result] { return result.has_value(); }));
-        return result.value_or("never finished");
-    }
-
-    const ActivityEvent& lastEvent() const { return model->history().front(); }
-    bool exists(const std::string& name) const
-    {
-        return std::filesystem::exists(std::filesystem::symlink_status(folder / name));
-    }
-
-    std::vector<std::string> names() const
-    {
-        std::vector<std::string> result;
-        for (std::size_t i = 0; i < model->records()->size(); ++i)
-            result.emplace_back(model->records()->name(i));
-        return result;
-    }
-
-    test::TemporaryFolder folder;
-    test::FakeMachine machine;
-    std::shared_ptr<test::FakeScanner> scanner = std::make_shared<test::FakeScanner>();
-    std::unique_ptr<AppModel> model;
-};
+using AppModelActions = test::AppModelFixture;
 
 TEST_F(AppModelActions, TrashingCountsWhatWentAndDropsTheWholeSelection)
 {
@@ -81,6 +21,32 @@ TEST_F(AppModelActions, TrashingCountsWhatWentAndDropsTheWholeSelection)
     EXPECT_THAT(names(), ElementsAre("d"));
     EXPECT_EQ(lastEvent().title, "Files moved to Trash");
     EXPECT_EQ(lastEvent().detail, "1 files · 5 bytes");
+}
+
+TEST_F(AppModelActions, AFolderThatStaysLetsWhatIsInItGoByItself)
+{
+    scan({"f/", "f/a", "f/b", "f/c.appex"});
+    machine.trash->refusals[folder / "f"] = FileError::Kind::permission;
+    machine.trash->refusals[folder / "f/b"] = FileError::Kind::permission;
+    await([&](auto done) { model->trashRecords(pick({0, 1, 2, 3}), done); });
+    EXPECT_THAT(machine.trash->trashed, ElementsAre(folder / "f/a"));
+    EXPECT_EQ(lastEvent().detail, "1 files · 5 bytes");
+}
+
+TEST_F(AppModelActions, AFolderAndWhatIsInItCountTheSameHoweverTheyGo)
+{
+    for (const bool forGood : {false, true}) {
+        scan({"f/", "f/g/", "f/g/a", "f/b", "f/gone"});
+        std::filesystem::remove(folder / "f/gone");
+        await([&](auto done) {
+            forGood ? model->deleteRecordsPermanently(pick({0, 1, 2, 3, 4}), done)
+                    : model->trashRecords(pick({0, 1, 2, 3, 4}), done);
+        });
+        EXPECT_EQ(lastEvent().detail, "4 files · 10 bytes");
+        EXPECT_THAT(names(), IsEmpty());
+    }
+    EXPECT_THAT(machine.trash->trashed, ElementsAre(folder / "f")) << "whole";
+    EXPECT_FALSE(exists("f"));
 }
 
 TEST_F(AppModelActions, DeletionsStartedTogetherBothComplete)

@@ -40,7 +40,12 @@ protected:
             m_layout, test::nothingProtected(), m_clock, m_volumes);
     }
 
-    FileResult<Done> put(const std::string& path) { return m_trash->trashItem(path, {}); }
+    FileResult<std::string> put(const std::string& path)
+    {
+        auto result = m_trash->trashItem(path, {});
+        EXPECT_TRUE(!result || isThere(*result)) << "the item is not where it is said to lie";
+        return result;
+    }
 
     void expectRefused(const std::string& path, Kind kind)
     {

@@ -20,7 +20,12 @@ protected:
         m_layout.kind = HomeKind::mac;
     }
 
-    FileResult<Done> put(const std::string& path) { return makeTrash().trashItem(path, {}); }
+    FileResult<std::string> put(const std::string& path)
+    {
+        auto result = makeTrash().trashItem(path, {});
+        EXPECT_TRUE(!result || isThere(*result)) << "the item is not where it is said to lie";
+        return result;
+    }
     MacTrash makeTrash() const { return {m_layout, test::nothingProtected()}; }
     std::vector<std::string> items() const { return namesIn(m_folder / "home/.Trash"); }
 

@@ -179,16 +179,6 @@ TEST_F(StorageWindow, KeepsTheChosenRowInViewWhenTheBarTakesItsPlace)
     EXPECT_GE(offset() + body.height(), 34.0 * (lastVisible + 1));
 }
 
-TEST_F(StorageWindow, CannotRemoveBeforeThereIsAWayTo)
-{
-    scanThousandFiles();
-    clickRow(0);
-    EXPECT_FALSE(need("moveToTrash").isEnabled());
-    EXPECT_FALSE(need("deleteForever").isEnabled());
-    EXPECT_EQ(need("moveToTrash").property("hint").toString(),
-        "Removing files is not available in this version.");
-}
-
 class RemovalWindow : public StorageWindow {
 protected:
     RemovalWindow()

@@ -51,7 +51,8 @@ FreedesktopTrash::FreedesktopTrash(HostLayout layout, ProtectedPlaces protectedP
 {
 }
 
-FileResult<Done> FreedesktopTrash::trashItem(const std::string& path, const TrashOptions& options)
+FileResult<std::string> FreedesktopTrash::trashItem(
+    const std::string& path, const TrashOptions& options)
 {
     const auto item = findTrashableItem(path, options, m_protectedPlaces);
     if (!item)
@@ -79,11 +80,11 @@ FileResult<Done> FreedesktopTrash::trashItem(const std::string& path, const Tras
     }
 }
 
-std::vector<FileResult<Done>> FreedesktopTrash::trashItems(
+std::vector<FileResult<std::string>> FreedesktopTrash::trashItems(
     std::span<const std::string> paths, const TrashOptions& options)
 {
     const auto atTheSameTime = itemsAtTheSameTime();
-    std::vector<FileResult<Done>> results;
+    std::vector<FileResult<std::string>> results;
     results.reserve(paths.size());
     while (!paths.empty()) {
         const auto count = std::min(paths.size(), atTheSameTime);
@@ -94,7 +95,7 @@ std::vector<FileResult<Done>> FreedesktopTrash::trashItems(
 }
 
 void FreedesktopTrash::trashTogether(std::span<const std::string> paths,
-    const TrashOptions& options, std::vector<FileResult<Done>>& results)
+    const TrashOptions& options, std::vector<FileResult<std::string>>& results)
 {
     OpenTrashes trashes;
     std::vector<std::optional<Plan>> plans;
@@ -106,7 +107,7 @@ void FreedesktopTrash::trashTogether(std::span<const std::string> paths,
     DirectorySizes sizes;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         auto plan = std::exchange(plans[i], std::nullopt);
-        std::optional<FileResult<Done>> result;
+        std::optional<FileResult<std::string>> result;
         if (plan && plan->isWritten) {
             // Looked at again: what was moved before may have taken this item with it.
             const auto item = findTrashableItem(paths[i], options, m_protectedPlaces);
@@ -212,7 +213,7 @@ FileResult<FreedesktopTrash::Reservation> FreedesktopTrash::reserve(
         moveError(FileError::Kind::fileExists, item.place.name, trashName).message};
 }
 
-FileResult<Done> FreedesktopTrash::put(const TrashableItem& item, const TrashFolder& trash,
+FileResult<std::string> FreedesktopTrash::put(const TrashableItem& item, const TrashFolder& trash,
     Reservation& reservation, const TrashOptions& options, std::vector<DirectorySize>& sizes) const
 {
     auto& [record, name, attempt] = reservation;
@@ -234,7 +235,7 @@ FileResult<Done> FreedesktopTrash::put(const TrashableItem& item, const TrashFol
     }
     if (moved->remainsAtSource)
         return remainsAtItsPlace(item);
-    return Done{};
+    return trash.path + "/files/" + name;
 }
 
 void FreedesktopTrash::clearOnce(const TrashFolder& trash)

@@ -25,8 +25,9 @@ public:
     FreedesktopTrash(HostLayout layout, ProtectedPlaces protectedPlaces,
         std::shared_ptr<const Clock> clock, std::shared_ptr<const MountedVolumes> volumes);
 
-    FileResult<Done> trashItem(const std::string& path, const TrashOptions& options) override;
-    std::vector<FileResult<Done>> trashItems(
+    FileResult<std::string> trashItem(
+        const std::string& path, const TrashOptions& options) override;
+    std::vector<FileResult<std::string>> trashItems(
         std::span<const std::string> paths, const TrashOptions& options) override;
     void forgetItem(const std::string& path) override;
     std::vector<TrashPlace> trashPlaces() const override;
@@ -55,14 +56,14 @@ private:
     FileResult<Reservation> reserve(
         const TrashableItem& item, const TrashFolder& trash, std::size_t attempt) const;
     /// Moves the item to its place. Of a folder the size is added to `sizes`.
-    FileResult<Done> put(const TrashableItem& item, const TrashFolder& trash,
+    FileResult<std::string> put(const TrashableItem& item, const TrashFolder& trash,
         Reservation& reservation, const TrashOptions& options,
         std::vector<DirectorySize>& sizes) const;
     std::optional<Plan> planFor(
         const std::string& path, const TrashOptions& options, OpenTrashes& trashes);
     static void writeOut(std::vector<std::optional<Plan>>& plans);
     void trashTogether(std::span<const std::string> paths, const TrashOptions& options,
-        std::vector<FileResult<Done>>& results);
+        std::vector<FileResult<std::string>>& results);
     /// Clears what crashes of this program left in the Trash, the first time it is used.
     void clearOnce(const TrashFolder& trash);
 

@@ -14,7 +14,7 @@ MacTrash::MacTrash(const HostLayout& layout, ProtectedPlaces protectedPlaces)
 {
 }
 
-FileResult<Done> MacTrash::trashItem(const std::string& path, const TrashOptions& options)
+FileResult<std::string> MacTrash::trashItem(const std::string& path, const TrashOptions& options)
 {
     const auto item = findTrashableItem(path, options, m_protectedPlaces);
     if (!item)
@@ -42,7 +42,7 @@ FileResult<Done> MacTrash::trashItem(const std::string& path, const TrashOptions
             return moved.error();
         if (moved->remainsAtSource)
             return remainsAtItsPlace(*item);
-        return Done{};
+        return m_folder + '/' + destination.name;
     }
     return moveError(FileError::Kind::fileExists, item->place.name, trashName);
 }

@@ -13,7 +13,8 @@ class MacTrash final : public Trash {
 public:
     MacTrash(const HostLayout& layout, ProtectedPlaces protectedPlaces);
 
-    FileResult<Done> trashItem(const std::string& path, const TrashOptions& options) override;
+    FileResult<std::string> trashItem(
+        const std::string& path, const TrashOptions& options) override;
     void forgetItem(const std::string& path) override; ///< this Trash writes nothing down
     std::vector<TrashPlace> trashPlaces() const override;
 

@@ -3,10 +3,10 @@
 
 namespace kestavon {
 
-std::vector<FileResult<Done>> Trash::trashItems(
+std::vector<FileResult<std::string>> Trash::trashItems(
     std::span<const std::string> paths, const TrashOptions& options)
 {
-    std::vector<FileResult<Done>> results;
+    std::vector<FileResult<std::string>> results;
     results.reserve(paths.size());
     for (const auto& path : paths)
         results.push_back(trashItem(path, options));

@@ -1,0 +1,212 @@
+#include "core/model/app_model.h"
+#include "core/model/background.h"
+#include "platform/put_back.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kestavon {
+
+namespace {
+
+using PathSet = std::unordered_set<std::string>;
+
+/// What came back from the Trash, and what did not.
+struct Return {
+    RemovalTally tally;
+    std::int64_t failed = 0;
+    std::string error; ///< the first
+    PathSet missing;
+};
+
+/// Whether the item at `path` lies there again: it is there, and it is no newcomer in the place of
+/// something that did not come back.
+bool isBack(const std::string& path, const PathSet& missing, const FilePlaces& places)
+{
+    for (auto end = missing.empty() ? 0 : path.size(); end != 0 && end != std::string::npos;
+         end = path.rfind('/', end - 1)) {
+        if (missing.contains(path.substr(0, end)))
+            return false;
+    }
+    return places.kindOf(path).has_value();
+}
+
+Return returnFromTrash(const Platform& platform, const std::vector<TrashedItem>& items)
+{
+    Return result;
+    for (const auto& item : items) {
+        const auto back
+            = putBack(item.trashedPath, item.originalPath, *platform.mover, *platform.places);
+        if (back) {
+            platform.trash->forgetItem(item.trashedPath);
+            result.tally += item.tally;
+            continue;
+        }
+        result.failed += item.tally.count;
+        result.missing.insert(item.originalPath);
+        if (result.error.empty())
+            result.error = back.error().message;
+    }
+    return result;
+}
+
+} // namespace
+
+void AppModel::offerUndo(UndoableMove move)
+{
+    std::optional<UndoOffer> offer;
+    if (move.count > 0)
+        offer = UndoOffer{.action = move.action, .count = move.count};
+    disposeInBackground(std::exchange(m_undoableMove, offer ? std::move(move) : UndoableMove()));
+    publish(Field::undoOffer, m_undoOffer, offer);
+}
+
+void AppModel::withdrawUndo()
+{
+    disposeInBackground(std::exchange(m_undoableMove, {}));
+    if (m_undoOffer)
+        publish(Field::undoOffer, m_undoOffer, {});
+}
+
+void AppModel::undoLastMove(Undone finished)
+{
+    if (!m_undoOffer)
+        return;
+    const auto move = std::make_shared<const UndoableMove>(std::exchange(m_undoableMove, {}));
+    withdrawUndo();
+    // The list comes last: only what lies at its place by then is listed.
+    auto relist
+        = [this, move, finished = std::move(finished)](UndoReport report, const PathSet& missing) {
+              auto listedAgain = [this, finished, report = std::move(report)](bool listed) mutable {
+                  report.listed = listed;
+                  refreshDiskSpace();
+                  if (finished)
+                      finished(report);
+              };
+              move->relist(std::make_shared<const PathSet>(missing), std::move(listedAgain));
+          };
+    if (move->action == ActionKind::safeArea) {
+        auto held = std::make_shared<std::vector<QuarantineItem>>();
+        for (const auto& item : move->held) { // without those that were restored meanwhile
+            if (std::ranges::find(m_quarantine, item.id, &QuarantineItem::id) != m_quarantine.end())
+                held->push_back(item);
+        }
+        return restoreHeld({.items = held}, std::move(relist));
+    }
+    runInBackground(
+        m_removalQueue, this,
+        [platform = m_platform, move] { return returnFromTrash(platform, move->trashed); },
+        [this, move, relist = std::move(relist)](const Outcome<Return>& outcome) {
+            if (!outcome.value)
+                return relist({.failed = move->count, .error = outcome.error}, {});
+            const auto& back = *outcome.value;
+            if (back.tally.count > 0)
+                recordEvent("Move to Trash undone", move->describe(back.tally));
+            relist({.restored = back.tally.count, .failed = back.failed, .error = back.error},
+                back.missing);
+        });
+}
+
+void AppModel::relistRecords(
+    const std::shared_ptr<const RecordPick>& cut, const Missing& missing, Relisted then)
+{
+    struct Lists {
+        std::shared_ptr<const RecordList> of;
+        std::shared_ptr<const RecordList> joined; ///< null: the list is of another scan
+    };
+    auto join = [cut, current = m_records, missing, places = m_platform.places] {
+        std::vector<std::uint32_t> present;
+        for (const auto position : cut->positions) {
+            if (isBack(cut->records->path(position), *missing, *places))
+                present.push_back(position);
+        }
+        return Lists{.of = current, .joined = current->joinedWith(*cut->records, present)};
+    };
+    runInBackground(m_removalQueue, this, std::move(join),
+        [this, cut, missing, then = std::move(then)](Outcome<Lists> outcome) {
+            if (outcome.value && outcome.value->of != m_records)
+                return relistRecords(cut, missing, then); // another list took its place meanwhile
+            const bool listed = outcome.value && outcome.value->joined;
+            if (listed) {
+                disposeInBackground(
+                    publish(Field::records, m_records, std::move(outcome.value->joined)));
+            }
+            then(listed);
+        });
+}
+
+void AppModel::relistCandidates(
+    const std::shared_ptr<const CandidateCut>& cut, const Missing& missing, Relisted then)
+{
+    struct Lists {
+        std::shared_ptr<const CandidateList> of;
+        std::shared_ptr<const CandidateList> joined; ///< null: the list is of another scan
+        std::vector<Uuid> ids; ///< that came back
+    };
+    auto join = [cut, current = m_cleanupCandidates, missing, places = m_platform.places] {
+        std::vector<std::uint32_t> present;
+        std::vector<Uuid> ids;
+        for (const auto position : cut->positions) {
+            const auto& candidates = *cut->candidates;
+            const auto path = candidates.records()->path(candidates.recordPosition(position));
+            if (!isBack(path, *missing, *places))
+                continue;
+            present.push_back(position);
+            ids.push_back(candidates.id(position));
+        }
+        return Lists{.of = current,
+            .joined = current->joinedWith(*cut->candidates, present),
+            .ids = std::move(ids)};
+    };
+    runInBackground(m_quarantineQueue, this, std::move(join),
+        [this, cut, missing, then = std::move(then)](Outcome<Lists> outcome) {
+            if (outcome.value && outcome.value->of != m_cleanupCandidates)
+                return relistCandidates(cut, missing, then);
+            const bool listed = outcome.value && outcome.value->joined;
+            if (listed) {
+                disposeInBackground(publish(Field::cleanupCandidates, m_cleanupCandidates,
+                    std::move(outcome.value->joined)));
+                auto selection = m_selectedCleanupIDs; // ticked as they were
+                for (const auto& id : outcome.value->ids)
+                    selection.insert(id);
+                publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(selection));
+            }
+            then(listed);
+        });
+}
+
+void AppModel::relistJunk(
+    const std::shared_ptr<const JunkGroup>& before, const Missing& missing, Relisted then)
+{
+    runInBackground(
+        m_removalQueue, this,
+        [before, missing, places = m_platform.places] {
+            std::unordered_set<Uuid> present;
+            for (const auto& item : before->items) {
+                if (isBack(item.record.path, *missing, *places))
+                    present.insert(item.id);
+            }
+            return present;
+        },
+        [this, before, then = std::move(then)](const Outcome<std::unordered_set<Uuid>>& outcome) {
+            auto groups = m_junkGroups;
+            const auto shown = std::ranges::find(groups, before->id, &JunkGroup::id);
+            if (!outcome.value || shown == groups.end())
+                return then(false);
+            std::unordered_set<Uuid> listed;
+            for (const auto& item : shown->items)
+                listed.insert(item.id);
+            std::vector<CleanupCandidate> items;
+            for (const auto& item : before->items) {
+                if (listed.erase(item.id) > 0 || outcome.value->contains(item.id))
+                    items.push_back(item);
+            }
+            if (!listed.empty() || shown->isScanning)
+                return then(false); // another scan of the category has replaced them
+            shown->items = std::move(items);
+            publish(Field::junkGroups, m_junkGroups, std::move(groups));
+            then(true);
+        });
+}
+
+} // namespace kestavon
