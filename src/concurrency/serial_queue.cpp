@@ -5,7 +5,24 @@
 #include <mutex>
 #include <thread>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 namespace kestavon {
+
+namespace {
+
+/// How much less urgent than the window the jobs are; see sched(7).
+constexpr int niceness = 5;
+
+/// For this thread, and for those that it starts.
+void letOthersGoFirst()
+{
+    const auto thread = static_cast<id_t>(::gettid()); // on Linux each thread has its own
+    ::setpriority(PRIO_PROCESS, thread, ::getpriority(PRIO_PROCESS, thread) + niceness);
+}
+
+} // namespace
 
 /// Shared by the queue and its thread; whichever goes last frees it.
 struct SerialQueue::State {
@@ -34,7 +51,10 @@ struct SerialQueue::State {
 SerialQueue::SerialQueue()
     : m_state(std::make_shared<State>())
 {
-    std::thread([state = m_state] { state->run(); }).detach();
+    std::thread([state = m_state] {
+        letOthersGoFirst();
+        state->run();
+    }).detach();
 }
 
 SerialQueue::~SerialQueue()

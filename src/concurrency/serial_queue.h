@@ -5,7 +5,9 @@
 
 namespace kestavon {
 
-/// Runs jobs one at a time, in the order given, on a thread of its own.
+/// Runs jobs one at a time, in the order given, on a thread of its own. That thread, and those that
+/// its jobs start, are less urgent than the caller's: a scan with a worker for every core and more
+/// must not keep the window from drawing.
 ///
 /// The destructor drops the jobs that have not begun and does not wait for the one that has: a read
 /// from a dead network share may never return, and neither stopping nor quitting may hang on it. So

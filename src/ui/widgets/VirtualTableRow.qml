@@ -59,6 +59,7 @@ Item {
         color: Theme.accent
     }
     Repeater {
+        id: cellItems
         model: line.columns
         Item {
             id: cell
@@ -68,30 +69,40 @@ Item {
                 line.rows.contentRevision;
                 return line.exists ? line.rows.text(line.row, index) : "";
             }
+            readonly property bool truncated: label.truncated
             x: line.cells[index].x
             width: line.cells[index].width
             height: line.height - 1
             Accessible.role: Accessible.Cell
             Accessible.name: text
 
-            SymbolIcon {
-                visible: cell.modelData.symbol !== ""
+            // Most cells have neither; a screen of rows is made at once when its section is opened.
+            Loader {
+                active: cell.modelData.symbol !== ""
                 anchors.verticalCenter: parent.verticalCenter
-                name: cell.modelData.symbol
-            }
-            Rectangle {
-                readonly property real share: {
-                    line.rows.contentRevision;
-                    return cell.modelData.barWidth > 0 && line.exists ? line.rows.sizeShare(line.row) : 0;
+                sourceComponent: SymbolIcon {
+                    name: cell.modelData.symbol
                 }
-                visible: share > 0.01
-                anchors.verticalCenter: parent.verticalCenter
-                anchors.right: parent.right
-                anchors.rightMargin: cell.modelData.barTextWidth + 10
-                width: Math.max(3, cell.modelData.barWidth * share)
-                height: 4
-                radius: 2
-                color: Theme.tint(Theme.accent, 0.5)
+            }
+            Loader {
+                active: cell.modelData.barWidth > 0
+                anchors.fill: parent
+                sourceComponent: Item {
+                    Rectangle {
+                        readonly property real share: {
+                            line.rows.contentRevision;
+                            return line.exists ? line.rows.sizeShare(line.row) : 0;
+                        }
+                        visible: share > 0.01
+                        anchors.verticalCenter: parent.verticalCenter
+                        anchors.right: parent.right
+                        anchors.rightMargin: cell.modelData.barTextWidth + 10
+                        width: Math.max(3, cell.modelData.barWidth * share)
+                        height: 4
+                        radius: 2
+                        color: Theme.tint(Theme.accent, 0.5)
+                    }
+                }
             }
             AppText {
                 id: label
@@ -105,18 +116,24 @@ Item {
                 horizontalAlignment: cell.modelData.alignRight ? Text.AlignRight : Text.AlignLeft
                 Accessible.ignored: true
             }
-            HoverHandler {
-                id: cellHover
-                enabled: label.truncated
+        }
+    }
+    Loader {
+        id: tip
+        /// The cell under the pointer, when it does not show its whole text.
+        readonly property var cut: {
+            for (let i = 0; hover.hovered && i < cellItems.count; ++i) {
+                const cell = cellItems.itemAt(i);
+                if (cell.truncated && cell.x <= hover.point.position.x && hover.point.position.x < cell.x + cell.width)
+                    return cell;
             }
-            Loader {
-                active: cellHover.hovered && label.truncated
-                sourceComponent: AppToolTip {
-                    parent: label
-                    text: label.text
-                    visible: true
-                }
-            }
+            return null;
+        }
+        active: cut !== null
+        sourceComponent: AppToolTip {
+            parent: tip.cut
+            text: tip.cut ? tip.cut.text : ""
+            visible: true
         }
     }
     FocusRing {
