@@ -20,6 +20,7 @@
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <chrono>
 #include <cstdio>
@@ -80,6 +81,7 @@ int runWindow(QApplication& application, const CommandLine& line)
     if (!folder.empty())
         model.setSelectedRoot(folder);
     UiStates states(model);
+    states.liveCount().setAnimated(!desktopReducesMotion());
     QObject::connect(&instance, &SingleInstance::requested, states.shell(), &ShellState::takeOver);
 
     useFonts();
@@ -96,14 +98,21 @@ int runWindow(QApplication& application, const CommandLine& line)
 
     // The tray takes a conversation with the desktop: only once the window is there.
     std::optional<StatusTray> tray;
-    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
-    const auto whenShown = [&] {
-        if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME"))
-            std::cerr << processAgeMilliseconds() << std::endl;
+    QTimer trayWatch; // a desktop that is just starting may bring its tray later
+    trayWatch.setInterval(std::chrono::seconds(5));
+    const auto lookForTray = [&] {
         if (QSystemTrayIcon::isSystemTrayAvailable())
             tray.emplace(states);
         // With an icon in the tray the program stays when its window is closed.
         QGuiApplication::setQuitOnLastWindowClosed(!tray);
+        tray ? trayWatch.stop() : trayWatch.start();
+    };
+    QObject::connect(&trayWatch, &QTimer::timeout, lookForTray);
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    const auto whenShown = [&] {
+        if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME"))
+            std::cerr << processAgeMilliseconds() << std::endl;
+        lookForTray();
     };
     QObject::connect(window, &QQuickWindow::frameSwapped, &application, whenShown,
         Qt::ConnectionType(Qt::SingleShotConnection | Qt::QueuedConnection));

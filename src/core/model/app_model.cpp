@@ -114,11 +114,10 @@ void AppModel::openWith(std::function<Workspace::Opened()> open, Finished finish
         });
 }
 
-void AppModel::openFullDiskAccessSettings(Finished finished)
+void AppModel::openFullDiskAccessSettings()
 {
     openUrl(
-        "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?Privacy_AllFiles",
-        std::move(finished));
+        "x-apple.systempreferences:com.apple.settings.PrivacySecurity.extension?Privacy_AllFiles");
 }
 
 void AppModel::report(const Finished& finished, const std::string& error)

@@ -228,7 +228,7 @@ public:
     /// Probes again. At most a dozen folders are looked at.
     void refreshFullDiskAccess();
     /// Opens the system's privacy settings where there are any.
-    void openFullDiskAccessSettings(Finished finished = {});
+    void openFullDiskAccessSettings();
     /// @}
 
 Q_SIGNALS:

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Kestavon.Ui
 
 /// The overview: how much there is, how full the disk is, what the scan is doing, what was done.
@@ -9,19 +8,15 @@ SectionScreen {
     readonly property DashboardState dashboard: ui.dashboard
     readonly property ScanPanelState scan: ui.scanPanel
 
-    Flickable {
+    PageFlickable {
         id: flick
         anchors.fill: parent
-        contentWidth: width
-        contentHeight: content.height + 50
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
-        T.ScrollBar.vertical: AppScrollBar {}
+        contentHeight: content.height + 56
 
         Column {
             id: content
             x: 28
-            y: 22
+            y: 28
             width: flick.width - 56
             spacing: 16
 

@@ -1,6 +1,7 @@
 #include "ui/dashboard/dashboard_state.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 namespace kestavon {
 
@@ -38,7 +39,7 @@ void DashboardState::update()
 {
     const auto& phase = m_model.scanPhase();
     const bool hasRecords = !m_model.records()->empty();
-    m_folder = displayText(m_model.selectedRoot());
+    m_folder = fileNameText(m_model.selectedRoot());
     m_metrics = dashboardMetrics(phase, m_liveCount.shown(), m_model.storageSummary());
     m_canFindDuplicates = analysisCanStart(hasRecords, phase, m_model.duplicatePhase());
     m_canReviewSecurity = analysisCanStart(hasRecords, phase, m_model.securityPhase());

@@ -13,6 +13,8 @@ T.ApplicationWindow {
     property bool reducedMotion: false
     /// The window has drawn its first frame since it was last shown.
     property bool hasAppeared: false
+    /// How the window was shown when it was last to be seen.
+    property int lastVisibility: Window.Windowed
 
     title: "Kestavon"
     width: 1280
@@ -39,10 +41,9 @@ T.ApplicationWindow {
     }
 
     function bringToFront() {
-        if (visibility === Window.Minimized)
-            showNormal();
-        else
-            show();
+        // Not show(): that would shrink a window that fills the screen.
+        if (!visible || visibility === Window.Minimized)
+            visibility = lastVisibility;
         raise();
         requestActivate();
     }
@@ -62,6 +63,10 @@ T.ApplicationWindow {
         detail.begin();
         hasAppeared = true;
         ui.onboarding.windowAppeared();
+    }
+    onVisibilityChanged: visibility => {
+        if (visibility !== Window.Hidden && visibility !== Window.Minimized)
+            lastVisibility = visibility;
     }
     onVisibleChanged: {
         if (!visible)

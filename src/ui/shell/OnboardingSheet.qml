@@ -151,19 +151,7 @@ Sheet {
             y: 428
             width: parent.width
         }
-        AppText {
-            x: 30
-            y: 461 - Math.round(height / 2)
-            width: buttons.x - x - 16
-            visible: text !== ""
-            text: sheet.onboarding !== null ? sheet.onboarding.openError : ""
-            role: AppText.Role.Caption
-            color: Theme.text2
-            wrapMode: Text.Wrap
-            Accessible.role: Accessible.AlertMessage
-        }
         Row {
-            id: buttons
             anchors.right: parent.right
             anchors.rightMargin: 24
             y: 445

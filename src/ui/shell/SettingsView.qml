@@ -7,6 +7,8 @@ SectionScreen {
     id: view
 
     readonly property SettingsState settings: ui.settings
+    /// A link of this view was opened last, not one of the same view in another window.
+    property bool opensLink: false
 
     component Line: Item {
         id: row
@@ -108,11 +110,9 @@ SectionScreen {
         }
     }
 
-    Flickable {
+    PageFlickable {
         anchors.fill: parent
         contentHeight: column.y + column.height + 28
-        boundsBehavior: Flickable.StopAtBounds
-        T.ScrollBar.vertical: AppScrollBar {}
 
         Column {
             id: column
@@ -210,7 +210,10 @@ SectionScreen {
                         objectName: "visitWebsite"
                         symbol: "safari"
                         label: "Visit Website →"
-                        onClicked: view.settings.visitWebsite()
+                        onClicked: {
+                            view.opensLink = true;
+                            view.settings.visitWebsite();
+                        }
                     }
                     Link {
                         objectName: "contactSupport"
@@ -218,7 +221,10 @@ SectionScreen {
                         label: "Contact Support"
                         hint: view.settings.supportAddress
                         last: true
-                        onClicked: view.settings.contactSupport()
+                        onClicked: {
+                            view.opensLink = true;
+                            view.settings.contactSupport();
+                        }
                     }
                 }
             }
@@ -234,7 +240,9 @@ SectionScreen {
     }
     Connections {
         target: view.settings
+        enabled: view.opensLink
         function onLinkFailed(reason) {
+            view.opensLink = false;
             linkError.message = reason;
             linkError.open();
         }

@@ -9,7 +9,8 @@ T.ApplicationWindow {
     property UiStates ui: null
 
     function bringToFront() {
-        show();
+        if (!visible || visibility === Window.Minimized)
+            showNormal();
         raise();
         requestActivate();
     }

@@ -62,6 +62,7 @@ T.Control {
             model: sidebar.shell.sidebar
             SidebarRow {
                 width: sidebar.width
+                listFocused: sidebar.activeFocus
                 keyboardFocus: sidebar.visualFocus
                 onActivated: {
                     sidebar.forceActiveFocus(Qt.MouseFocusReason);

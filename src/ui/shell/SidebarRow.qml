@@ -13,6 +13,8 @@ Item {
     required property string badgeColor
     required property bool selected
     required property string accessibleName
+    /// The list has the keyboard, and whether it was used.
+    property bool listFocused: false
     property bool keyboardFocus: false
 
     signal activated
@@ -38,6 +40,8 @@ Item {
         Accessible.name: row.accessibleName
         Accessible.selectable: true
         Accessible.selected: row.selected
+        Accessible.focusable: true
+        Accessible.focused: row.selected && row.listFocused
         Accessible.onPressAction: row.activated()
 
         HoverFill {

@@ -48,7 +48,7 @@ T.AbstractButton {
             anchors.verticalCenter: parent.verticalCenter
             name: statusItem.status.symbol
             size: 18
-            color: statusItem.status.symbolColor === "primary" ? Theme.text2 : Theme.graphic(statusItem.status.symbolColor)
+            color: Theme.graphic(statusItem.status.symbolColor)
         }
         AppText {
             x: 40

@@ -14,8 +14,15 @@ FocusScope {
 
     implicitWidth: 218
     implicitHeight: column.implicitHeight
-    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onDownPressed: move(1)
+    Keys.onUpPressed: move(-1)
+
+    /// Moves the keyboard to the next choice, or from the last to the first.
+    function move(step: int) {
+        const choices = [openKestavon, openSmartClean, quitKestavon];
+        const at = choices.findIndex(choice => choice.activeFocus);
+        choices[(at + step + choices.length) % choices.length].forceActiveFocus(Qt.TabFocusReason);
+    }
 
     component Gauge: Item {
         id: gauge
@@ -138,6 +145,7 @@ FocusScope {
         }
         Item { width: 1; height: 5 }
         Choice {
+            id: openKestavon
             objectName: "openKestavon"
             focus: true
             symbol: "macwindow"
@@ -148,6 +156,7 @@ FocusScope {
             }
         }
         Choice {
+            id: openSmartClean
             objectName: "openSmartClean"
             symbol: "wand.and.sparkles"
             label: "Smart Clean…"
@@ -167,6 +176,7 @@ FocusScope {
             }
         }
         Choice {
+            id: quitKestavon
             objectName: "quitKestavon"
             label: "Quit Kestavon"
             onClicked: Qt.quit()

@@ -2,8 +2,6 @@
 
 #include "ui/shell/shell_rules.h"
 
-#include <QPointer>
-
 namespace kestavon {
 
 namespace {
@@ -41,13 +39,7 @@ void OnboardingState::skip()
 
 void OnboardingState::openSystemSettings()
 {
-    m_model.openFullDiskAccessSettings(
-        [self = QPointer<OnboardingState>(this)](const std::string& error) {
-            if (!self)
-                return;
-            self->m_openError = QString::fromStdString(error);
-            Q_EMIT self->openErrorChanged();
-        });
+    m_model.openFullDiskAccessSettings();
 }
 
 void OnboardingState::dismiss()

@@ -14,15 +14,12 @@ namespace kestavon {
 class OnboardingState final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged)
-    /// Why the system settings did not open; empty unless they were asked for.
-    Q_PROPERTY(QString openError READ openError NOTIFY openErrorChanged)
 public:
     /// While the sheet is shown, access is probed every `pause`.
     explicit OnboardingState(
         AppModel& model, std::chrono::milliseconds pause = std::chrono::milliseconds(1500));
 
     bool isPresented() const { return m_isPresented; }
-    const QString& openError() const { return m_openError; }
 
     /// The main window came up: shows the sheet to a user who was never asked and has no access.
     /// That it was shown is written down now, so that leaving it in any way counts as an answer.
@@ -36,7 +33,6 @@ public:
 
 Q_SIGNALS:
     void isPresentedChanged();
-    void openErrorChanged();
 
 private:
     void watch();
@@ -46,7 +42,6 @@ private:
     AppModel& m_model;
     QTimer m_watcher;
     bool m_isPresented = false;
-    QString m_openError;
 };
 
 } // namespace kestavon

@@ -1,6 +1,7 @@
 #include "ui/shell/settings_state.h"
 
 #include "ui/shell/product_links.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <QPointer>
 
@@ -25,7 +26,7 @@ QString SettingsState::version() const
 
 QString SettingsState::scannedRoot() const
 {
-    return QString::fromStdString(m_model.selectedRoot());
+    return fileNameText(m_model.selectedRoot());
 }
 
 FilePath SettingsState::scannedRootPath() const

@@ -50,11 +50,7 @@ void ShellState::showRow(int row)
 
 void ShellState::openFullDiskAccessSettings()
 {
-    m_model.openFullDiskAccessSettings(
-        [self = QPointer<ShellState>(this)](const std::string& error) {
-            if (self && !error.empty())
-                Q_EMIT self->failed(text(error));
-        });
+    m_model.openFullDiskAccessSettings();
 }
 
 void ShellState::takeOver(const std::string& folder)

@@ -21,21 +21,39 @@ QColor panelColor(const QString& name)
     return QApplication::palette().color(QPalette::WindowText);
 }
 
+QIcon menuSymbol(const char* name)
+{
+    return QPixmap::fromImage(SymbolProvider::draw(
+        QString::fromLatin1(name), QApplication::palette().color(QPalette::WindowText), 16));
+}
+
 } // namespace
 
 StatusTray::StatusTray(UiStates& states)
     : m_states(states)
 {
-    m_choices.addAction(QStringLiteral("Open Kestavon"), states.shell(), &ShellState::raise);
-    m_choices.addAction(QStringLiteral("Smart Clean…"), this, [this] {
+    m_disk = m_menu.addAction(menuSymbol("internaldrive"), QString());
+    m_memory = m_menu.addAction(menuSymbol("memorychip"), QString());
+    m_disk->setEnabled(false);
+    m_memory->setEnabled(false);
+    m_menu.addSeparator();
+    m_menu.addAction(menuSymbol("macwindow"), QStringLiteral("Open Kestavon"), states.shell(),
+        &ShellState::raise);
+    m_menu.addAction(menuSymbol("wand.and.sparkles"), QStringLiteral("Smart Clean…"), this, [this] {
         m_states.shell()->showSmartClean();
         m_states.shell()->raise();
     });
-    m_choices.addSeparator();
-    m_choices.addAction(QStringLiteral("Quit Kestavon"), qApp, &QCoreApplication::quit);
+    m_menu.addSeparator();
+    m_menu.addAction(QStringLiteral("Quit Kestavon"), qApp, &QCoreApplication::quit);
+    connect(&m_menu, &QMenu::aboutToShow, this, [this] {
+        m_states.status()->refresh();
+        refreshFigures();
+    });
+    refreshFigures();
+    qApp->installEventFilter(this);
 
     m_icon.setToolTip(QStringLiteral("Kestavon"));
-    m_icon.setContextMenu(&m_choices);
+    m_icon.setContextMenu(&m_menu);
     refreshIcon();
     connect(states.status(), &StatusState::diskChanged, this, &StatusTray::refreshIcon);
     connect(&m_icon, &QSystemTrayIcon::activated, this, [this](auto reason) {
@@ -43,6 +61,21 @@ StatusTray::StatusTray(UiStates& states)
             openMenu();
     });
     m_icon.show();
+}
+
+bool StatusTray::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == qApp && event->type() == QEvent::ApplicationPaletteChange)
+        refreshIcon();
+    return QObject::eventFilter(object, event);
+}
+
+void StatusTray::refreshFigures()
+{
+    const auto& status = *m_states.status();
+    m_disk->setText(QStringLiteral("Disk: %1 free").arg(status.diskFree()));
+    m_memory->setText(QStringLiteral("Memory: %1 free").arg(status.memoryFree()));
+    m_memory->setVisible(status.hasMemory());
 }
 
 void StatusTray::refreshIcon()

@@ -17,7 +17,9 @@ list(APPEND ui_qml_files
     style/FocusRing.qml
     style/Hairline.qml
     style/HoverFill.qml
+    style/PageFlickable.qml
     style/Sheet.qml
+    style/SpokenText.qml
     style/Spinner.qml
     style/SteppedClock.qml
     style/SymbolIcon.qml

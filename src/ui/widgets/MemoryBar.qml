@@ -39,12 +39,13 @@ Card {
                 ]
                 Rectangle {
                     required property var modelData
+                    property real shownShare: modelData.share
                     visible: modelData.share > 0
-                    width: Math.max(4, track.width * modelData.share - 2)
+                    width: Math.max(4, track.width * shownShare - 2)
                     height: 14
                     radius: 4
                     color: Theme.graphic(modelData.color)
-                    Behavior on width {
+                    Behavior on shownShare {
                         NumberAnimation { duration: Theme.growTime; easing.type: Easing.InOutQuad }
                     }
                 }

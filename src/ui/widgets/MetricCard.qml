@@ -13,8 +13,12 @@ Card {
 
     implicitHeight: 131
     Accessible.role: Accessible.StaticText
-    Accessible.name: card.title + ": " + card.value
+    Accessible.name: card.title + ": " + spokenValue.text
 
+    SpokenText {
+        id: spokenValue
+        source: card.value
+    }
     SymbolTile {
         x: 19
         y: 17

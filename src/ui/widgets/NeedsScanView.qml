@@ -46,6 +46,11 @@ EmptyState {
             y: 18
             text: view.scan.foundSoFar
             color: Theme.text2
+            Accessible.name: spokenCount.text
+            SpokenText {
+                id: spokenCount
+                source: busyCount.text
+            }
         }
     }
 }

@@ -13,6 +13,12 @@ Rectangle {
     required property color tone
 
     readonly property color pale: Theme.over(Theme.surface, tone, 0.72)
+    /// The share that is drawn. It grows, and not the width, so that the fill keeps to a track that
+    /// is made narrower.
+    property real shownFill: fill
+    Behavior on shownFill {
+        NumberAnimation { duration: Theme.growTime; easing.type: Easing.InOutQuad }
+    }
 
     implicitHeight: 14
     radius: height / 2
@@ -20,13 +26,9 @@ Rectangle {
 
     Item {
         id: filled
-        // Never shorter than it is high, or the caps would not meet.
-        width: track.fill > 0 ? Math.max(height, track.width * track.fill) : 0
+        width: track.width * Math.min(1, track.shownFill)
         height: parent.height
         visible: width >= height
-        Behavior on width {
-            NumberAnimation { duration: Theme.growTime; easing.type: Easing.InOutQuad }
-        }
         Rectangle {
             width: height
             height: parent.height
@@ -49,6 +51,19 @@ Rectangle {
                 GradientStop { position: 0; color: track.pale }
                 GradientStop { position: 1; color: track.tone }
             }
+        }
+    }
+    // Narrower than the bar is high the caps would not meet: the track's own cap, as far as it goes.
+    Item {
+        width: filled.width
+        height: parent.height
+        visible: !filled.visible && width > 0
+        clip: true
+        Rectangle {
+            width: height
+            height: parent.height
+            radius: height / 2
+            color: track.pale
         }
     }
 }

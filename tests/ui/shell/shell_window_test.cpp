@@ -79,11 +79,6 @@ TEST_F(ShellWindowTest, OnboardingIsOfferedOnceAndClosesWhenAccessIsThere)
         machine.workspace->opened(), testing::ElementsAre(testing::HasSubstr("Privacy_AllFiles")));
     EXPECT_TRUE(shown(sheetTitle)) << "the sheet stays until access is there";
 
-    const auto reason = QStringLiteral("Nothing opens such links.");
-    machine.workspace->refuse(reason.toStdString());
-    press(Qt::Key_Return);
-    waitFor(reason);
-
     machine.files->listable.insert("/home/alice/Library/Messages");
     waitUntilGone(sheetTitle);
     EXPECT_TRUE(model->hasFullDiskAccess());
@@ -162,9 +157,34 @@ TEST_F(ShellWindowTest, TheStatusMenuShowsFreshFiguresAndLeadsToSmartClean)
     EXPECT_TRUE(shown(QStringLiteral("1.5 GB")));
     EXPECT_EQ(states->status()->symbol(), QStringLiteral("internaldrive.fill"));
 
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedName(), QStringLiteral("Smart Clean…"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedName(), QStringLiteral("Quit Kestavon"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedName(), QStringLiteral("Open Kestavon"));
+    press(Qt::Key_Up);
+    EXPECT_EQ(focusedName(), QStringLiteral("Quit Kestavon"));
+
     click(QStringLiteral("Smart Clean…"));
     EXPECT_EQ(model->section(), AppSection::smartClean);
     waitUntilGone(QStringLiteral("50 GB"));
+}
+
+TEST_F(ShellWindowTest, ComingToTheFrontKeepsTheWindowAsLargeAsItWas)
+{
+    open();
+    window->showMaximized();
+    test::processEvents();
+    states->shell()->raise();
+    EXPECT_EQ(window->visibility(), QWindow::Maximized);
+    window->showMinimized();
+    test::processEvents();
+    states->shell()->raise();
+    EXPECT_EQ(window->visibility(), QWindow::Maximized);
+    window->hide();
+    states->shell()->raise();
+    EXPECT_EQ(window->visibility(), QWindow::Maximized);
 }
 
 TEST_F(ShellWindowTest, WithoutAMemorySnapshotOnlyTheDiskIsShown)
