@@ -50,7 +50,7 @@ public:
 
 private:
     struct Settled {
-        Sha256Digest digest;
+        Sha256Digest digest{};
         DuplicateList::Member member;
     };
     using Clock = std::chrono::steady_clock;

@@ -85,22 +85,22 @@ std::vector<CandidateSet> alikeBySample(
     std::vector<CandidateSet> alike;
     for (const auto& set : sets) {
         // Those that have left the search go to the end.
-        const auto in = std::span(files).subspan(set.begin, set.size());
-        const auto gone = std::ranges::partition(
-            in, [](const CandidateFile& file) { return file.nameCount > 0; });
-        const auto end = set.end - static_cast<std::uint32_t>(gone.size());
-        std::ranges::sort(in.first(end - set.begin), {}, &CandidateFile::sample);
+        const auto begin = files.begin() + set.begin;
+        const auto gone = std::partition(begin, files.begin() + set.end,
+            [](const CandidateFile& file) { return file.nameCount > 0; });
+        const auto end = static_cast<std::uint32_t>(gone - files.begin());
+        std::ranges::sort(begin, gone, {}, &CandidateFile::sample);
         const auto found = setsOf(files, set.begin, end,
             [](const auto& a, const auto& b) { return a.sample == b.sample; });
         std::int64_t filesLeft = 0;
         for (const auto& part : found) {
             filesLeft += part.size();
             const bool isCut = part.size() > mostFiles;
-            for (auto begin = part.begin; begin < part.end;
-                 begin += static_cast<std::uint32_t>(mostFiles)) {
-                const auto next = begin + static_cast<std::uint32_t>(mostFiles);
+            for (auto first = part.begin; first < part.end;
+                 first += static_cast<std::uint32_t>(mostFiles)) {
+                const auto next = first + static_cast<std::uint32_t>(mostFiles);
                 alike.push_back(
-                    {.begin = begin, .end = std::min(next, part.end), .isComplete = !isCut});
+                    {.begin = first, .end = std::min(next, part.end), .isComplete = !isCut});
             }
         }
         search.countDone((set.size() - filesLeft) * files[set.begin].identity.size);

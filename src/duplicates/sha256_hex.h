@@ -11,7 +11,7 @@ namespace kestavon {
 
 /// A file's content, summed up.
 struct FileDigest {
-    Sha256Digest digest;
+    Sha256Digest digest{};
     FileIdentity identity; ///< the file as it was just before it was read
 };
 

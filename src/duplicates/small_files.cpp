@@ -89,8 +89,9 @@ private:
     /// Finds the equal ones among the read files of a set.
     void settle(const CandidateSet& set, std::span<PlannedRead> reads)
     {
-        const auto unread = std::ranges::partition(reads, &PlannedRead::isRead);
-        reads = reads.first(reads.size() - unread.size());
+        const auto unread = std::partition(
+            reads.begin(), reads.end(), [](const PlannedRead& read) { return read.isRead; });
+        reads = reads.first(static_cast<std::size_t>(unread - reads.begin()));
         const auto compare = [](const PlannedRead& a, const PlannedRead& b) {
             return std::memcmp(a.start.data(), b.start.data(), a.start.size());
         };

@@ -60,9 +60,9 @@ public:
 
 private:
     struct Group {
-        Sha256Digest digest;
-        std::size_t firstMember;
-        std::size_t memberCount;
+        Sha256Digest digest{};
+        std::size_t firstMember = 0;
+        std::size_t memberCount = 0;
     };
 
     std::shared_ptr<const RecordList> m_records = std::make_shared<const RecordList>();

@@ -22,9 +22,11 @@ std::vector<JunkGroup> emptyJunkGroups()
 
 } // namespace
 
-AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform)
+AppModel::AppModel(
+    std::shared_ptr<FileScanning> scanner, Platform platform, DuplicateFinder duplicateFinder)
     : m_scanner(std::move(scanner))
     , m_platform(std::move(platform))
+    , m_findDuplicates(std::move(duplicateFinder))
     , m_selectedRoot(m_platform.layout.home)
     , m_junkGroups(emptyJunkGroups())
     , m_quarantineStore(std::make_shared<QuarantineStore>(m_platform.layout,
@@ -43,6 +45,8 @@ AppModel::~AppModel()
 {
     if (m_scanTask)
         m_scanTask->request_stop();
+    if (m_duplicateTask)
+        m_duplicateTask->request_stop();
 }
 
 void AppModel::setSection(AppSection section)

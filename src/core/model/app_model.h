@@ -5,7 +5,7 @@
 #include "core/domain/activity_event.h"
 #include "core/domain/app_section.h"
 #include "core/domain/candidate_list.h"
-#include "core/domain/duplicate_group.h"
+#include "core/domain/duplicate_list.h"
 #include "core/domain/installed_app.h"
 #include "core/domain/junk_group.h"
 #include "core/domain/quarantine_item.h"
@@ -18,6 +18,7 @@
 #include "core/domain/undo.h"
 #include "core/model/removal_worker.h"
 #include "core/model/updater_controller.h"
+#include "duplicates/duplicate_finder.h"
 #include "platform/folder_picker.h"
 #include "platform/platform.h"
 #include "safearea/quarantine_store.h"
@@ -65,6 +66,7 @@ public:
         hasFullDiskAccess,
         liveFileCount,
         duplicatePhase,
+        duplicateProgress,
         securityPhase,
         installedApps,
         isLoadingApps,
@@ -75,8 +77,13 @@ public:
         undoOffer,
     };
 
+    /// As `findDuplicates`.
+    using DuplicateFinder = std::function<std::shared_ptr<const DuplicateList>(
+        std::shared_ptr<const RecordList>, const DuplicateSearchOptions&, const std::stop_token&)>;
+
     /// Reads the disk totals and probes for access once; nothing is loaded from disk.
-    AppModel(std::shared_ptr<FileScanning> scanner, Platform platform);
+    AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
+        DuplicateFinder duplicateFinder = findDuplicates);
     ~AppModel() override;
 
     /// @name Published fields
@@ -87,7 +94,9 @@ public:
     const ScanPhase& scanPhase() const { return m_scanPhase; }
     /// Every item of the last storage scan, depth first; never null.
     const std::shared_ptr<const RecordList>& records() const { return m_records; }
-    const std::vector<DuplicateGroup>& duplicates() const { return m_duplicates; }
+    /// What the last duplicate analysis found; never null. It keeps the records it was made from,
+    /// also those that were removed since.
+    const std::shared_ptr<const DuplicateList>& duplicates() const { return m_duplicates; }
     /// Cleanup suggestions made from `records`, in their order; never null.
     const std::shared_ptr<const CandidateList>& cleanupCandidates() const
     {
@@ -115,6 +124,8 @@ public:
     /// Records the running scan has made so far, or the last one made.
     std::int64_t liveFileCount() const { return m_liveFileCount; }
     const ScanPhase& duplicatePhase() const { return m_duplicatePhase; }
+    /// How far the running analysis has come; no bytes at all until it knows.
+    const DuplicateProgress& duplicateProgress() const { return m_duplicateProgress; }
     const ScanPhase& securityPhase() const { return m_securityPhase; }
     const std::vector<InstalledApp>& installedApps() const { return m_installedApps; }
     bool isLoadingApps() const { return m_isLoadingApps; }
@@ -140,6 +151,9 @@ public:
 
     void setSection(AppSection section);
 
+    /// How an operation on files ended, in words for a person: empty when it was done.
+    using Finished = std::function<void(const std::string& error)>;
+
     /// @name Storage scan
     /// @{
     /// Reads the totals of the volume that holds `selectedRoot`; keeps the old ones when that
@@ -156,11 +170,21 @@ public:
     void stopStorageScan();
     /// @}
 
+    /// @name Duplicates
+    /// @{
+    /// Looks for files with the same content among `records`; a running analysis is cancelled
+    /// first. What lies in the Trash or the Safe Area does not count.
+    void startDuplicateAnalysis();
+    /// Cancels the running analysis: the phase is idle at once, and what was found is dropped.
+    void stopDuplicateAnalysis();
+    /// Keeps the newest file of each group and removes the others: to the Trash, or for good.
+    /// Nothing goes whose group's kept file is not there any more, with the same content; for good
+    /// only what was compared with it once more. Then `duplicates` is empty and the phase idle.
+    void mergeDuplicates(bool toTrash, Finished finished = {});
+    /// @}
+
     /// Takes a fresh memory snapshot; none when the system does not tell.
     void refreshMemory();
-
-    /// How an operation on files ended, in words for a person: empty when it was done.
-    using Finished = std::function<void(const std::string& error)>;
 
     /// @name Removing and restoring
     /// Nothing here asks: the screens do, before. The files are worked on off the main thread; the
@@ -282,6 +306,8 @@ private:
     }
 
     void finishStorageScan(ScanResult result);
+    void cancelDuplicateAnalysis();
+    void forgetDuplicates();
     void removeRecords(
         RecordPick pick, ActionKind action, const std::string& title, Finished finished);
     /// `then` gets what was cut from the list, or null when that failed.
@@ -324,13 +350,14 @@ private:
     // Fixed at construction.
     std::shared_ptr<FileScanning> m_scanner;
     Platform m_platform;
+    DuplicateFinder m_findDuplicates;
     UpdaterController m_updaterController;
 
     // Published fields; main thread only.
     AppSection m_section = AppSection::dashboard;
     ScanPhase m_scanPhase;
     std::shared_ptr<const RecordList> m_records = std::make_shared<const RecordList>();
-    std::vector<DuplicateGroup> m_duplicates;
+    std::shared_ptr<const DuplicateList> m_duplicates = std::make_shared<const DuplicateList>();
     std::shared_ptr<const CandidateList> m_cleanupCandidates
         = std::make_shared<const CandidateList>();
     CandidateSelection m_selectedCleanupIDs;
@@ -347,6 +374,7 @@ private:
     bool m_hasFullDiskAccess = false;
     std::int64_t m_liveFileCount = 0;
     ScanPhase m_duplicatePhase;
+    DuplicateProgress m_duplicateProgress;
     ScanPhase m_securityPhase;
     std::vector<InstalledApp> m_installedApps;
     bool m_isLoadingApps = false;
@@ -358,14 +386,18 @@ private:
     bool m_scanRootWasOpened = true;
     UndoableMove m_undoableMove; // what the offer stands for
 
-    // Main thread only. Only the scan with the current run number may still change anything.
+    // Main thread only. Only the scan, and the analysis, with the current run number may still
+    // change anything.
     std::optional<std::stop_source> m_scanTask;
     std::uint64_t m_scanRun = 0;
+    std::optional<std::stop_source> m_duplicateTask;
+    std::uint64_t m_duplicateRun = 0;
 
     // Used on the queue below only.
     std::shared_ptr<QuarantineStore> m_quarantineStore;
 
     SerialQueue m_scanQueue; // the scanner's own thread
+    SerialQueue m_duplicateQueue; // one duplicate analysis at a time
     SerialQueue m_quarantineQueue; // the Safe Area store's own thread
     SerialQueue m_removalQueue; // Trash and deletion
     SerialQueue m_desktopQueue; // asks the desktop to open things

@@ -1,5 +1,6 @@
 #include "core/model/app_model.h"
 #include "core/model/background.h"
+#include "core/model/removal_actions.h"
 #include "platform/byte_count.h"
 
 #include <algorithm>
@@ -8,35 +9,6 @@
 namespace kestavon {
 
 namespace {
-
-/// The worker that the action stands for; it uses `platform` while it lives.
-RemovalWorker workerFor(
-    const Platform& platform, ActionKind action, const std::string& walkedFolder)
-{
-    RemovalWorker::Remove remove;
-    if (action == ActionKind::trash) {
-        remove = [trash = platform.trash, walkedFolder](std::span<const std::string> paths) {
-            return trash->trashItems(paths, {.noLinksBelow = walkedFolder, .stop = {}});
-        };
-    } else {
-        remove = [remover = platform.remover, trash = platform.trash, walkedFolder](
-                     std::span<const std::string> paths) {
-            std::vector<FileResult<std::string>> results;
-            for (const auto& path : paths) {
-                const auto removed
-                    = remover->remove(path, {.noLinksBelow = walkedFolder, .stop = {}});
-                if (!removed) {
-                    results.emplace_back(removed.error());
-                    continue;
-                }
-                trash->forgetItem(path); // when it was an item of the Trash
-                results.emplace_back(std::string());
-            }
-            return results;
-        };
-    }
-    return {*platform.protectedPlaces, *platform.places, std::move(remove)};
-}
 
 /// The positions in `list` of the pick's records, ascending; records that are not in it are left
 /// out.

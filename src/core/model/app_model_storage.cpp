@@ -46,9 +46,10 @@ void AppModel::startStorageScan()
 {
     if (m_scanTask)
         m_scanTask->request_stop();
+    cancelDuplicateAnalysis();
 
     disposeInBackground(publish(Field::records, m_records, std::make_shared<const RecordList>()));
-    publish(Field::duplicates, m_duplicates, {});
+    forgetDuplicates();
     // A finished analysis beside an emptied list would claim that there are no duplicates.
     publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::idle());
     disposeInBackground(publish(

@@ -1,8 +1,10 @@
-# A library of its own because it knows nothing of Qt.
+# Removing, and deciding what merging removes: a library of its own because it knows nothing of Qt.
 add_library(kestavon_removal_worker STATIC
+    ${CMAKE_CURRENT_SOURCE_DIR}/core/model/duplicate_merge.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/core/model/removal_actions.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/core/model/removal_worker.cpp)
 set_target_properties(kestavon_removal_worker PROPERTIES AUTOMOC OFF AUTOUIC OFF)
 target_include_directories(kestavon_removal_worker PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(kestavon_removal_worker
-    PUBLIC kestavon_platform kestavon_domain
+    PUBLIC kestavon_duplicates kestavon_platform kestavon_domain
     PRIVATE kestavon_warnings)

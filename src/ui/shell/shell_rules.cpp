@@ -60,7 +60,7 @@ std::size_t sidebarBadge(const AppModel& model, AppSection section)
 {
     switch (section) {
     case smartClean: return smartCleanBadge(model.junkGroups());
-    case duplicates: return model.duplicates().size();
+    case duplicates: return model.duplicates()->size();
     case cleaner: return model.cleanupCandidates()->size();
     case appUninstaller: return uninstallerBadge(model.installedApps());
     case security: return securityBadge(model.findings());

@@ -1,0 +1,139 @@
+#include "core/model/app_model.h"
+#include "core/model/background.h"
+#include "core/model/duplicate_merge.h"
+#include "core/model/removal_actions.h"
+#include "platform/byte_count.h"
+
+namespace kestavon {
+
+namespace {
+
+std::string copiesText(const RemovalTally& tally)
+{
+    return std::to_string(tally.count) + " copies · " + fileByteCount(tally.bytes);
+}
+
+} // namespace
+
+void AppModel::startDuplicateAnalysis()
+{
+    cancelDuplicateAnalysis();
+    forgetDuplicates();
+    publish(Field::duplicateProgress, m_duplicateProgress, {});
+    publish(
+        Field::duplicatePhase, m_duplicatePhase, ScanPhase::scanning("Computing SHA-256 hashes…"));
+
+    const auto& task = m_duplicateTask.emplace();
+    const auto run = m_duplicateRun;
+    const auto isCurrent
+        = [run](const AppModel* model) { return model && model->m_duplicateRun == run; };
+    const auto postProgress
+        = [isCurrent, self = QPointer<AppModel>(this)](const DuplicateProgress& progress) {
+              MainQueue::instance().post([isCurrent, self, progress] {
+                  if (isCurrent(self))
+                      self->publish(Field::duplicateProgress, self->m_duplicateProgress, progress);
+              });
+          };
+
+    // What lies in the Trash or the Safe Area is about to go: it must not be the copy that stays.
+    auto search = [find = m_findDuplicates, records = m_records, trash = m_platform.trash,
+                      safeArea = m_quarantineStore->root(), postProgress, stop = task.get_token()] {
+        DuplicateSearchOptions options{.leaveOut = {safeArea}, .progress = postProgress};
+        for (auto& place : trash->trashPlaces())
+            options.leaveOut.push_back(std::move(place.folder));
+        return find(records, options, stop);
+    };
+    runInBackground(m_duplicateQueue, this, std::move(search),
+        [this, isCurrent](Outcome<std::shared_ptr<const DuplicateList>> outcome) {
+            if (!isCurrent(this))
+                return; // stopped, or overtaken by a newer analysis or scan
+            m_duplicateTask.reset();
+            ++m_duplicateRun;
+            if (!outcome.value) {
+                publish(Field::duplicatePhase, m_duplicatePhase,
+                    outcome.cancelled() ? ScanPhase::idle() : ScanPhase::failed(outcome.error));
+                return;
+            }
+            const auto count = (*outcome.value)->size();
+            publish(Field::duplicates, m_duplicates, std::move(*outcome.value));
+            publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::finished());
+            recordEvent(
+                "Duplicate analysis complete", std::to_string(count) + " duplicate groups found");
+        });
+}
+
+void AppModel::stopDuplicateAnalysis()
+{
+    cancelDuplicateAnalysis();
+    publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::idle());
+}
+
+void AppModel::cancelDuplicateAnalysis()
+{
+    if (m_duplicateTask)
+        m_duplicateTask->request_stop();
+    m_duplicateTask.reset();
+    ++m_duplicateRun;
+}
+
+void AppModel::forgetDuplicates()
+{
+    disposeInBackground(
+        publish(Field::duplicates, m_duplicates, std::make_shared<const DuplicateList>()));
+}
+
+void AppModel::mergeDuplicates(bool toTrash, Finished finished)
+{
+    struct Merged {
+        RemovalReport removed;
+        std::shared_ptr<const RecordPick> copies;
+    };
+    const auto action = toTrash ? ActionKind::trash : ActionKind::permanent;
+    auto removeCopies = [duplicates = m_duplicates, action, platform = m_platform] {
+        const DuplicateMerge merge(
+            duplicates, action == ActionKind::trash ? CopyProof::identity : CopyProof::content);
+        const auto remove = removalFor(platform, action, duplicates->records()->root());
+        RemovalWorker worker(
+            *platform.protectedPlaces, *platform.places, merge.afterLooking(remove));
+        Merged merged;
+        merged.removed = worker.run(merge.requests());
+        merged.copies = std::make_shared<const RecordPick>(
+            RecordPick{.records = duplicates->records(), .positions = merge.positions()});
+        return merged;
+    };
+    runInBackground(m_removalQueue, this, std::move(removeCopies),
+        [this, from = m_duplicates, action, finished = std::move(finished)](
+            Outcome<Merged> outcome) {
+            if (!outcome.value)
+                return report(finished, outcome.error);
+            // Every copy leaves the list, what was skipped too.
+            dropRecords(outcome.value->copies,
+                [this, from, action, finished, removed = std::move(outcome.value->removed)](
+                    const std::shared_ptr<const RecordPick>& cut) {
+                    // A scan or an analysis that began meanwhile has put its own list there.
+                    if (m_duplicates == from) {
+                        forgetDuplicates();
+                        publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::idle());
+                    }
+                    refreshDiskSpace();
+                    const auto& tally = removed.tally;
+                    recordEvent("Duplicates merged",
+                        std::to_string(tally.count) + " copies "
+                            + (action == ActionKind::trash ? "moved to Trash"
+                                                           : "permanently deleted")
+                            + " · " + fileByteCount(tally.bytes) + " freed");
+                    UndoableMove move{.action = action, .describe = copiesText};
+                    if (action == ActionKind::trash) {
+                        move.count = tally.count;
+                        move.trashed = removed.trashed;
+                        move.relist = [this, cut](const Missing& missing, Relisted then) {
+                            cut ? relistRecords(cut, missing, std::move(then)) : then(false);
+                        };
+                    }
+                    offerUndo(std::move(move));
+                    report(finished, {});
+                });
+        });
+}
+
+} // namespace kestavon
