@@ -1,6 +1,9 @@
 #include "probe/verbs.h"
 
+#include "core/model/duplicate_merge.h"
 #include "core/model/removal_worker.h"
+#include "duplicates/duplicate_finder.h"
+#include "duplicates/sha256_hex.h"
 #include "platform/clock.h"
 #include "platform/file_mover.h"
 #include "platform/file_places.h"
@@ -104,6 +107,12 @@ void quarantineRecords(const std::vector<FileRecord>& records, const QuarantineO
     printItems(valueOf(store.quarantine(candidates, options)));
 }
 
+void printTally(const RemovalTally& tally)
+{
+    std::printf(
+        "%lld %lld\n", static_cast<long long>(tally.count), static_cast<long long>(tally.bytes));
+}
+
 void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::Remove& remove)
 {
     std::vector<RemovalRequest> requests;
@@ -111,13 +120,11 @@ void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::
         requests.push_back(
             {.path = record.path, .bytes = record.size, .isDirectory = record.isDirectory});
     const Machine machine;
-    const auto tally
-        = RemovalWorker(*machine.protectedPlaces, *machine.places, remove).run(requests).tally;
-    std::printf(
-        "%lld %lld\n", static_cast<long long>(tally.count), static_cast<long long>(tally.bytes));
+    printTally(
+        RemovalWorker(*machine.protectedPlaces, *machine.places, remove).run(requests).tally);
 }
 
-RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
+RemovalWorker::Remove deletion(const std::string& scannedRoot)
 {
     return [scannedRoot](std::span<const std::string> paths) {
         std::vector<FileResult<std::string>> results;
@@ -132,7 +139,7 @@ RemovalWorker::Remove deletion(const std::string& scannedRoot = {})
     };
 }
 
-RemovalWorker::Remove trashing(const std::string& scannedRoot = {})
+RemovalWorker::Remove trashing(const std::string& scannedRoot)
 {
     const Machine machine;
     const auto trash = makeSystemTrash(
@@ -140,6 +147,12 @@ RemovalWorker::Remove trashing(const std::string& scannedRoot = {})
     return [trash, scannedRoot](std::span<const std::string> paths) {
         return trash->trashItems(paths, {.noLinksBelow = scannedRoot, .stop = {}});
     };
+}
+
+void runHook(const Arguments& arguments)
+{
+    if (!arguments.hook.empty() && std::system(arguments.hook.c_str()) == -1)
+        throw std::runtime_error("the hook could not be run");
 }
 
 /// Scans the first path, picks the records of the others, and runs the hook.
@@ -155,8 +168,7 @@ std::vector<FileRecord> pickedRecords(const Arguments& arguments)
         if (std::ranges::find(wanted, record.path) != wanted.end())
             picked.push_back(std::move(record));
     }
-    if (!arguments.hook.empty() && std::system(arguments.hook.c_str()) == -1)
-        throw std::runtime_error("the hook could not be run");
+    runHook(arguments);
     return picked;
 }
 
@@ -186,6 +198,37 @@ void printSummary(const Arguments& arguments)
     field(std::to_string(summary.hiddenBytes));
 }
 
+std::shared_ptr<const DuplicateList> duplicatesBelow(const std::string& root)
+{
+    return findDuplicates(scanOf(root).records, {}, {});
+}
+
+void printDuplicates(const Arguments& arguments)
+{
+    const auto duplicates = duplicatesBelow(arguments.paths.at(0));
+    for (std::size_t i = 0; i < duplicates->size(); ++i) {
+        const auto group = (*duplicates)[i];
+        for (const auto& file : group.files) {
+            field(group.hash);
+            field(std::to_string(file.size));
+            field(file.path);
+        }
+    }
+}
+
+/// Finds the duplicates below the first path, runs the hook, and merges them.
+void merge(const Arguments& arguments, CopyProof proof,
+    RemovalWorker::Remove (*removal)(const std::string&))
+{
+    const DuplicateMerge merge(duplicatesBelow(arguments.paths.at(0)), proof);
+    runHook(arguments);
+    const auto remove = merge.afterLooking(removal(normalisedPath(arguments.paths.at(0))));
+    const Machine machine;
+    printTally(RemovalWorker(*machine.protectedPlaces, *machine.places, remove)
+                   .run(merge.requests())
+                   .tally);
+}
+
 void restore(const Arguments& arguments)
 {
     QuarantineItem item;
@@ -210,12 +253,21 @@ const std::map<std::string, Verb>& verbs()
         {"restore", restore},
         {"delete",
             [](const Arguments& arguments) {
-                removeRecords(recordsOf(arguments.paths), deletion());
+                removeRecords(recordsOf(arguments.paths), deletion({}));
             }},
         {"trash",
             [](const Arguments& arguments) {
-                removeRecords(recordsOf(arguments.paths), trashing());
+                removeRecords(recordsOf(arguments.paths), trashing({}));
             }},
+        {"hash",
+            [](const Arguments& arguments) {
+                std::puts(valueOf(sha256Hex(normalisedPath(arguments.paths.at(0)))).c_str());
+            }},
+        {"dups", printDuplicates},
+        {"merge-delete",
+            [](const Arguments& arguments) { merge(arguments, CopyProof::content, deletion); }},
+        {"merge-trash",
+            [](const Arguments& arguments) { merge(arguments, CopyProof::identity, trashing); }},
         {"scan", printScan},
         {"summary", printSummary},
         {"scan-delete",
