@@ -130,6 +130,21 @@ TEST_P(AppModelUndo, WhatCouldNotBeMovedIsNotOffered)
     EXPECT_EQ(model->undoOffer(), std::nullopt);
 }
 
+TEST_P(AppModelUndo, MergedCopiesComeBack)
+{
+    scan({"a", "b", "c"});
+    model->startDuplicateAnalysis();
+    ASSERT_TRUE(test::processEventsUntil([&] { return !model->duplicates()->empty(); }));
+    await([&](auto done) { model->mergeDuplicates(true, done); });
+    ASSERT_THAT(names(), ElementsAre("a"));
+    EXPECT_EQ(model->undoOffer(), (UndoOffer{ActionKind::trash, 2}));
+
+    EXPECT_EQ(undo(), (UndoReport{.restored = 2}));
+    EXPECT_EQ(folder.readFile("b"), "12345");
+    EXPECT_THAT(names(), ElementsAre("a", "b", "c"));
+    EXPECT_EQ(lastEvent().detail, "2 copies · 10 bytes");
+}
+
 TEST_P(AppModelUndo, SuggestionsComeBackFromTheSafeAreaTicked)
 {
     scan({"Library/Caches/1", "Library/Caches/2", "Library/Caches/3"});
