@@ -21,7 +21,7 @@ constexpr int readingFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_
 constexpr int lookingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
 // How far a disk is kept ahead of the reader.
-constexpr std::size_t readAheadBytes = std::size_t{2} << 20;
+constexpr std::int64_t readAheadBytes = std::int64_t{2} << 20;
 
 std::int64_t nanoseconds(const timespec& time)
 {
@@ -79,17 +79,14 @@ FileDescriptor openFolderToLookAt(const std::string& path)
 
 ReadResult readPiece(int file, std::int64_t offset, std::span<char> into)
 {
-    auto got = readWithoutWaiting(file, offset, into);
-    if (got < into.size())
-        readAhead(file, offset + static_cast<std::int64_t>(got), readAheadBytes);
-    while (got < into.size()) {
-        const auto count = ::pread(
-            file, into.data() + got, into.size() - got, offset + static_cast<std::int64_t>(got));
+    while (!into.empty()) {
+        const auto count = ::pread(file, into.data(), into.size(), offset);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
             return count < 0 ? ReadResult::failed : ReadResult::shorter;
-        got += static_cast<std::size_t>(count);
+        into = into.subspan(static_cast<std::size_t>(count));
+        offset += count;
     }
     return ReadResult::complete;
 }
@@ -104,6 +101,19 @@ std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> in
 void readAhead(int file, std::int64_t offset, std::size_t bytes)
 {
     ::posix_fadvise(file, offset, static_cast<off_t>(bytes), POSIX_FADV_WILLNEED);
+}
+
+ReadResult readOnwards(FileReadOnwards& file, std::int64_t offset, std::span<char> into)
+{
+    const auto got = readWithoutWaiting(file.file.get(), offset, into);
+    const auto end = offset + static_cast<std::int64_t>(into.size());
+    const bool comesFromDisk = got < into.size() || file.askedUpTo > 0;
+    if (comesFromDisk && end + readAheadBytes / 2 > file.askedUpTo) {
+        const auto from = std::max(offset + static_cast<std::int64_t>(got), file.askedUpTo);
+        readAhead(file.file.get(), from, static_cast<std::size_t>(readAheadBytes));
+        file.askedUpTo = from + readAheadBytes;
+    }
+    return readPiece(file.file.get(), offset + static_cast<std::int64_t>(got), into.subspan(got));
 }
 
 std::size_t openFilesPerThread(unsigned threads)

@@ -40,8 +40,7 @@ enum class ReadResult {
     failed,
 };
 
-/// Reads exactly the piece of the file that begins at `offset` and is as long as `into`. When it
-/// has to come from a disk, what follows is asked for at once.
+/// Reads exactly the piece of the file that begins at `offset` and is as long as `into`.
 ReadResult readPiece(int file, std::int64_t offset, std::span<char> into);
 
 /// The number of the piece's first bytes that lie in memory, after reading those.
@@ -49,6 +48,16 @@ std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> in
 
 /// Asks the disk for a piece of the file without waiting for it.
 void readAhead(int file, std::int64_t offset, std::size_t bytes);
+
+/// A file that is read piece by piece from its start to its end.
+struct FileReadOnwards {
+    FileDescriptor file;
+    std::int64_t askedUpTo = 0; ///< where what the disk was asked for ends
+};
+
+/// As `readPiece`, for the next piece of such a file. Once a piece had to come from a disk, the
+/// disk is kept a few pieces ahead.
+ReadResult readOnwards(FileReadOnwards& file, std::int64_t offset, std::span<char> into);
 
 /// How many files each of `threads` threads may hold open, so that neither they nor the rest of the
 /// process run out of descriptors.

@@ -111,7 +111,7 @@ std::vector<CandidateSet> alikeBySample(
 /// Open files that have been equal so far.
 struct Comparison {
     struct Member {
-        FileDescriptor file;
+        FileReadOnwards content;
         std::uint32_t candidate;
     };
 
@@ -156,7 +156,8 @@ private:
         comparison.isComplete = set.isComplete;
         for (auto i = set.begin; i < set.end; ++i) {
             if (auto file = m_search.open(m_search.file(i)))
-                comparison.members.push_back({.file = std::move(file), .candidate = i});
+                comparison.members.push_back(
+                    {.content = {.file = std::move(file)}, .candidate = i});
             else
                 m_search.countDone(comparison.size);
         }
@@ -232,9 +233,9 @@ private:
     }
 
     /// Reads the member's next piece; when it cannot be, the member has left the search.
-    bool isRead(const Member& member, const Comparison& comparison, std::span<char> into)
+    bool isRead(Member& member, const Comparison& comparison, std::span<char> into)
     {
-        const auto result = readPiece(member.file.get(), comparison.offset, into);
+        const auto result = readOnwards(member.content, comparison.offset, into);
         if (result == ReadResult::complete)
             return true;
         if (result == ReadResult::shorter)
