@@ -270,6 +270,8 @@ private:
     using Missing = std::shared_ptr<const PathSet>;
     /// Called with whether the list shows again what came back.
     using Relisted = std::function<void(bool listed)>;
+    /// What a history event says of how much came back.
+    using Describe = std::function<std::string(const RemovalTally&)>;
     /// What it takes to take a move back.
     struct UndoableMove {
         ActionKind action = ActionKind::trash;
@@ -277,7 +279,7 @@ private:
         std::vector<TrashedItem> trashed = {};
         std::vector<QuarantineItem> held = {};
         /// The detail of the event, for what came back from the Trash.
-        std::function<std::string(const RemovalTally&)> describe = {};
+        Describe describe = {};
         std::function<void(const Missing&, Relisted)> relist = {};
     };
     /// Suggestions that were cut from a list.
@@ -316,7 +318,13 @@ private:
         std::shared_ptr<const std::vector<std::uint32_t>> positions, CandidatesCut then);
     void addToQuarantine(std::vector<QuarantineItem> items);
     void forgetQuarantined(const std::unordered_set<Uuid>& ids);
+    /// What becomes of listed items that resist their deletion.
+    enum class Undeleted { stayListed, areForgotten };
+    void deleteHeldItems(std::vector<QuarantineItem> items, Undeleted undeleted, Finished finished);
     void offerUndo(UndoableMove move);
+    /// Offers to take back a removal of `cut` from the records, which only the Trash allows.
+    void offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
+        const std::shared_ptr<const RecordPick>& cut, Describe describe);
     /// How far putting held items back has come.
     struct HeldReturn {
         std::shared_ptr<const std::vector<QuarantineItem>> items;

@@ -90,15 +90,7 @@ void AppModel::removeRecords(
                     const std::shared_ptr<const RecordPick>& cut) {
                     refreshDiskSpace();
                     recordEvent(title, filesText(removed.tally));
-                    UndoableMove move{.action = action, .describe = filesText};
-                    if (action == ActionKind::trash) {
-                        move.count = removed.tally.count;
-                        move.trashed = removed.trashed;
-                        move.relist = [this, cut](const Missing& missing, Relisted then) {
-                            cut ? relistRecords(cut, missing, std::move(then)) : then(false);
-                        };
-                    }
-                    offerUndo(std::move(move));
+                    offerUndoOfRecords(action, removed, cut, filesText);
                     report(finished, {});
                 });
         });

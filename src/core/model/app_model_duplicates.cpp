@@ -122,15 +122,7 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
                             + (action == ActionKind::trash ? "moved to Trash"
                                                            : "permanently deleted")
                             + " · " + fileByteCount(tally.bytes) + " freed");
-                    UndoableMove move{.action = action, .describe = copiesText};
-                    if (action == ActionKind::trash) {
-                        move.count = tally.count;
-                        move.trashed = removed.trashed;
-                        move.relist = [this, cut](const Missing& missing, Relisted then) {
-                            cut ? relistRecords(cut, missing, std::move(then)) : then(false);
-                        };
-                    }
-                    offerUndo(std::move(move));
+                    offerUndoOfRecords(action, removed, cut, copiesText);
                     report(finished, {});
                 });
         });

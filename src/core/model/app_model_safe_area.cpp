@@ -142,23 +142,7 @@ void AppModel::findEarlierHeldItems(Finished finished)
 
 void AppModel::deleteAllEarlierHeldItems(Finished finished)
 {
-    auto removeAll = [remover = m_platform.remover, items = m_earlierQuarantine] {
-        std::unordered_set<Uuid> ids;
-        for (const auto& item : items) {
-            if (remover->remove(item.quarantinedPath))
-                ids.insert(item.id);
-        }
-        return ids;
-    };
-    runInBackground(m_removalQueue, this, std::move(removeAll),
-        [this, finished = std::move(finished)](const Outcome<std::unordered_set<Uuid>>& outcome) {
-            if (outcome.value) {
-                forgetQuarantined(*outcome.value);
-                recordEvent("Safe Area emptied",
-                    std::to_string(outcome.value->size()) + " items permanently deleted");
-            }
-            report(finished, outcome.error);
-        });
+    deleteHeldItems(m_earlierQuarantine, Undeleted::stayListed, std::move(finished));
 }
 
 void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
@@ -181,12 +165,19 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
 
 void AppModel::emptySafeArea(Finished finished)
 {
-    auto removeAll = [remover = m_platform.remover, items = m_quarantine] {
+    deleteHeldItems(m_quarantine, Undeleted::areForgotten, std::move(finished));
+}
+
+void AppModel::deleteHeldItems(
+    std::vector<QuarantineItem> items, Undeleted undeleted, Finished finished)
+{
+    auto removeAll = [remover = m_platform.remover, items = std::move(items), undeleted] {
         std::unordered_set<Uuid> ids;
         for (const auto& item : items) {
-            // What cannot be deleted stays in the holding folder, whole, and is not reported.
-            static_cast<void>(remover->remove(item.quarantinedPath));
-            ids.insert(item.id);
+            // What cannot be deleted stays in the holding folder, whole.
+            const auto deleted = remover->remove(item.quarantinedPath);
+            if (deleted || undeleted == Undeleted::areForgotten)
+                ids.insert(item.id);
         }
         return ids;
     };

@@ -61,6 +61,20 @@ void AppModel::offerUndo(UndoableMove move)
     publish(Field::undoOffer, m_undoOffer, offer);
 }
 
+void AppModel::offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
+    const std::shared_ptr<const RecordPick>& cut, Describe describe)
+{
+    UndoableMove move{.action = action, .describe = std::move(describe)};
+    if (action == ActionKind::trash) {
+        move.count = removed.tally.count;
+        move.trashed = removed.trashed;
+        move.relist = [this, cut](const Missing& missing, Relisted then) {
+            cut ? relistRecords(cut, missing, std::move(then)) : then(false);
+        };
+    }
+    offerUndo(std::move(move));
+}
+
 void AppModel::withdrawUndo()
 {
     disposeInBackground(std::exchange(m_undoableMove, {}));
