@@ -175,7 +175,7 @@ const std::vector<Shot> shotList{
     {"alert-error", AppSection::storage,
         [](TestWindow& window) {
             auto& removal = *window.states->storage()->removal();
-            removal.setRemove([](RemovalKind, SelectedRecords, const RecordRemoval::Done& done) {
+            removal.setRemove([](RemovalKind, RecordPick, const RecordRemoval::Done& done) {
                 done(QStringLiteral("“photos-2016-2024.tar” could not be moved to the Trash "
                                     "because you don’t have permission to access it."));
             });

@@ -12,6 +12,8 @@ namespace kestavon {
 struct RecordPick {
     std::shared_ptr<const RecordList> records;
     std::vector<std::uint32_t> positions; ///< ascending
+
+    friend bool operator==(const RecordPick&, const RecordPick&) = default;
 };
 
 } // namespace kestavon

@@ -47,6 +47,8 @@ public:
     /// The row the keys move from; nothing when there is none or the filter hides it.
     std::optional<std::size_t> currentRow() const { return rowOf(m_current); }
 
+    /// Whether nothing is selected, in sight or hidden.
+    bool empty() const { return m_count == 0 && m_selected.empty(); }
     /// How many rows are selected.
     std::size_t count() const { return m_count; }
     /// The selected rows' sizes, in bytes; the sum stops at the largest 64-bit number.

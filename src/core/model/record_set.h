@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -39,6 +40,11 @@ public:
     void insert(std::size_t i) { m_words[i / wordBits] |= std::uint64_t{1} << i % wordBits; }
     void erase(std::size_t i) { m_words[i / wordBits] &= ~(std::uint64_t{1} << i % wordBits); }
     void assign(std::size_t i, bool in) { in ? insert(i) : erase(i); }
+    /// Whether the set holds nothing.
+    bool empty() const
+    {
+        return std::ranges::all_of(m_words, [](std::uint64_t word) { return word == 0; });
+    }
     void clear() { m_words.assign(m_words.size(), 0); }
 
     /// `other` is a set over the same positions.

@@ -2,23 +2,36 @@ import QtQuick
 import Kestavon.Ui
 
 /// What can be done with the selected rows of the table above; slides in while `shown`.
-Item {
+FocusScope {
     id: bar
 
     required property bool shown
     /// "3 selected · 57.91 GB"
     required property string summary
+    /// Selected rows are in sight.
+    required property bool canRemove
 
     signal clear
     signal trash
     signal deleteForever
+    /// The bar goes while one of its buttons has the keyboard.
+    signal keyboardLeft
 
     implicitHeight: 60
     // What the bar takes of the screen's height; the table above ends there.
     height: shown ? implicitHeight : 0
     clip: true
-    enabled: shown
+    enabled: false
     visible: height > 0
+    onShownChanged: followShown()
+    Component.onCompleted: followShown()
+
+    function followShown() {
+        const hadKeyboard = activeFocus;
+        enabled = shown;
+        if (hadKeyboard && !shown)
+            keyboardLeft();
+    }
     Accessible.role: Accessible.ToolBar
     Accessible.name: "Selection"
     Behavior on height {
@@ -69,12 +82,14 @@ Item {
                 objectName: "moveToTrash"
                 label: "Move to Trash"
                 symbol: "trash"
+                enabled: bar.canRemove
                 onClicked: bar.trash()
             }
             AppButton {
                 objectName: "deleteForever"
                 label: "Delete Forever"
                 symbol: "trash.fill"
+                enabled: bar.canRemove
                 kind: AppButton.Kind.DestructiveProminent
                 onClicked: bar.deleteForever()
             }

@@ -69,14 +69,21 @@ Item {
         width: parent.width
         shown: page.files.hasSelection
         summary: page.files.selectionSummary
+        canRemove: page.files.canRemove
         onClear: {
             page.files.rows.clearSelection();
             table.focusRows();
         }
+        onKeyboardLeft: table.focusRows()
         onTrash: page.files.removal.askTrash()
         onDeleteForever: page.files.removal.askDelete()
     }
     RemovalDialogs {
         removal: page.files.removal
+        // What was asked about may be gone, and with it the button that had the keyboard.
+        onAnswered: {
+            if (!bar.shown)
+                table.focusRows();
+        }
     }
 }

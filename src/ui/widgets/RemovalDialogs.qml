@@ -7,6 +7,19 @@ Item {
 
     required property RecordRemoval removal
 
+    /// The question is gone, and the keyboard is back where it came from.
+    signal answered
+
+    function showError() {
+        if (removal.errorMessage === "")
+            return;
+        alert.message = removal.errorMessage;
+        alert.open();
+    }
+
+    // A removal may have failed while another section was shown.
+    Component.onCompleted: showError()
+
     ConfirmDialog {
         id: question
         objectName: "removalQuestion"
@@ -15,6 +28,7 @@ Item {
         actionLabel: dialogs.removal.action
         onConfirmed: dialogs.removal.confirm()
         onAboutToHide: withdrawal.restart()
+        onClosed: dialogs.answered()
     }
     // A moment after, because the dialog hides before it says that it was confirmed.
     Timer {
@@ -37,10 +51,7 @@ Item {
                 question.close();
         }
         function onErrorMessageChanged() {
-            if (dialogs.removal.errorMessage === "")
-                return;
-            alert.message = dialogs.removal.errorMessage;
-            alert.open();
+            dialogs.showError();
         }
     }
 }

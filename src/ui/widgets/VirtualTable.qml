@@ -157,7 +157,7 @@ Item {
                 table.rows.selectAll();
             else if (event.key === Qt.Key_Space)
                 table.rows.toggleCurrent();
-            else if (event.key === Qt.Key_Escape && table.rows.selectedCount > 0)
+            else if (event.key === Qt.Key_Escape && table.rows.hasSelection)
                 table.rows.clearSelection();
             else
                 return;

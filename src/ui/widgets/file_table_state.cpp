@@ -15,14 +15,13 @@ FileTableState::FileTableState(AppModel& model, bool largestFilesOnly)
     : m_model(model)
     , m_removal(
           [this] {
-              return SelectedRecords{m_rows.shownRecords(), m_rows.selectedVisiblePositions()};
+              return RecordPick{m_rows.shownRecords(), m_rows.selectedVisiblePositions()};
           },
           [this] { m_rows.clearSelection(); })
 {
-    m_removal.setRemove(
-        [this](RemovalKind kind, SelectedRecords selected, RecordRemoval::Done done) {
-            remove(kind, std::move(selected), std::move(done));
-        });
+    m_removal.setRemove([this](RemovalKind kind, RecordPick selected, RecordRemoval::Done done) {
+        remove(kind, std::move(selected), std::move(done));
+    });
     m_rows.setLargestFilesOnly(largestFilesOnly);
     m_rows.setRecords(model.records());
     connect(&m_rows, &RecordTableModel::selectionChanged, this, &FileTableState::followSelection);
@@ -34,16 +33,14 @@ FileTableState::FileTableState(AppModel& model, bool largestFilesOnly)
     });
 }
 
-void FileTableState::remove(RemovalKind kind, SelectedRecords selected, RecordRemoval::Done done)
+void FileTableState::remove(RemovalKind kind, RecordPick selected, RecordRemoval::Done done)
 {
-    RecordPick pick{
-        .records = std::move(selected.records), .positions = std::move(selected.positions)};
     auto finished
         = [done = std::move(done)](const std::string& error) { done(displayText(error)); };
     if (kind == RemovalKind::trash)
-        m_model.trashRecords(std::move(pick), std::move(finished));
+        m_model.trashRecords(std::move(selected), std::move(finished));
     else
-        m_model.deleteRecordsPermanently(std::move(pick), std::move(finished));
+        m_model.deleteRecordsPermanently(std::move(selected), std::move(finished));
 }
 
 void FileTableState::reset()

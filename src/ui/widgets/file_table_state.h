@@ -18,9 +18,12 @@ class FileTableState : public QObject {
     Q_PROPERTY(bool empty READ empty NOTIFY recordsChanged)
     Q_PROPERTY(kestavon::RecordTableModel* rows READ rows CONSTANT)
     Q_PROPERTY(kestavon::RecordRemoval* removal READ removal CONSTANT)
-    /// Selected rows are shown; selected records that the filter hides do not count.
+    /// Something is selected, be it hidden by the filter.
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
-    /// "3 selected · 57.91 GB"; keeps its last text while nothing is selected.
+    /// Selected rows are in sight: only those can be removed.
+    Q_PROPERTY(bool canRemove READ canRemove NOTIFY selectionChanged)
+    /// "3 selected · 57.91 GB", of the rows in sight; keeps its last text while nothing is
+    /// selected.
     Q_PROPERTY(QString selectionSummary READ selectionSummary NOTIFY selectionChanged)
 public:
     FileTableState(AppModel& model, bool largestFilesOnly);
@@ -29,7 +32,8 @@ public:
     RecordTableModel* rows() { return &m_rows; }
     const RecordTableModel* rows() const { return &m_rows; }
     RecordRemoval* removal() { return &m_removal; }
-    bool hasSelection() const { return m_rows.selectedCount() > 0; }
+    bool hasSelection() const { return m_rows.hasSelection(); }
+    bool canRemove() const { return m_rows.selectedCount() > 0; }
     const QString& selectionSummary() const { return m_selectionSummary; }
 
     /// The screen is gone: what it showed is forgotten.
@@ -44,7 +48,7 @@ protected:
     const AppModel& model() const { return m_model; }
 
 private:
-    void remove(RemovalKind kind, SelectedRecords selected, RecordRemoval::Done done);
+    void remove(RemovalKind kind, RecordPick selected, RecordRemoval::Done done);
     void followSelection();
 
     AppModel& m_model;

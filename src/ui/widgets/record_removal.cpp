@@ -24,8 +24,8 @@ RemovalQuestion removalQuestion(RemovalKind kind, std::size_t count)
     };
 }
 
-RecordRemoval::RecordRemoval(std::function<SelectedRecords()> selected,
-    std::function<void()> clearSelection, QObject* parent)
+RecordRemoval::RecordRemoval(
+    std::function<RecordPick()> selected, std::function<void()> clearSelection, QObject* parent)
     : QObject(parent)
     , m_selected(std::move(selected))
     , m_clearSelection(std::move(clearSelection))

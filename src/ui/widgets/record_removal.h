@@ -1,27 +1,16 @@
 #pragma once
 
-#include "core/domain/record_list.h"
+#include "core/domain/record_pick.h"
 
 #include <QObject>
 #include <QString>
 
-#include <cstdint>
 #include <functional>
-#include <memory>
-#include <vector>
 
 namespace kestavon {
 
 /// How selected records are removed.
 enum class RemovalKind { trash, permanent };
-
-/// Some records of one list, by position.
-struct SelectedRecords {
-    std::shared_ptr<const RecordList> records;
-    std::vector<std::uint32_t> positions;
-
-    friend bool operator==(const SelectedRecords&, const SelectedRecords&) = default;
-};
 
 /// What the question before a removal says.
 struct RemovalQuestion {
@@ -48,11 +37,11 @@ public:
     /// Called on the main thread with the reason, or with nothing on success.
     using Done = std::function<void(const QString& error)>;
     /// Removes the records and later calls `done`.
-    using Remove = std::function<void(RemovalKind, SelectedRecords, Done done)>;
+    using Remove = std::function<void(RemovalKind, RecordPick, Done done)>;
 
     /// `selected` gives the selected records that are shown; `clearSelection` empties the
     /// selection.
-    RecordRemoval(std::function<SelectedRecords()> selected, std::function<void()> clearSelection,
+    RecordRemoval(std::function<RecordPick()> selected, std::function<void()> clearSelection,
         QObject* parent = nullptr);
 
     /// Gives the deed behind the buttons; without one, nothing is asked.
@@ -81,12 +70,12 @@ private:
     void ask(RemovalKind kind);
     void finish(const QString& error);
 
-    std::function<SelectedRecords()> m_selected;
+    std::function<RecordPick()> m_selected;
     std::function<void()> m_clearSelection;
     Remove m_remove;
     bool m_asking = false;
     RemovalKind m_kind = RemovalKind::trash;
-    SelectedRecords m_asked; ///< what the question is about
+    RecordPick m_asked; ///< what the question is about
     RemovalQuestion m_question;
     QString m_errorMessage;
 };

@@ -41,6 +41,7 @@ class RecordTableModel : public QObject {
     Q_PROPERTY(int rowCount READ rowCount NOTIFY rowsChanged)
     Q_PROPERTY(int contentRevision READ contentRevision NOTIFY rowsChanged)
     Q_PROPERTY(int selectionRevision READ selectionRevision NOTIFY selectionChanged)
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
     Q_PROPERTY(int selectedCount READ selectedCount NOTIFY selectionChanged)
     Q_PROPERTY(qint64 selectedBytes READ selectedBytes NOTIFY selectionChanged)
     Q_PROPERTY(QString selectedSizeText READ selectedSizeText NOTIFY selectionChanged)
@@ -107,6 +108,9 @@ public:
     Q_INVOKABLE void clearSelection();
     /// The row the keys move from; -1 when there is none, or the filter hides it.
     int currentRow() const;
+    /// Whether anything is selected, records hidden by the filter included.
+    bool hasSelection() const { return !m_selection.empty(); }
+    /// How many rows are; hidden records do not count, here and below.
     int selectedCount() const { return static_cast<int>(m_selection.count()); }
     qint64 selectedBytes() const { return m_selection.bytes(); }
     QString selectedSizeText() const;

@@ -81,12 +81,18 @@ TEST_F(FileTableTest, SumsUpOnlyTheSelectedRowsInSight)
 
     search("mov");
     EXPECT_EQ(m_storage.selectionSummary(), "1 selected · 3 MB");
+    EXPECT_TRUE(m_storage.canRemove());
     search("nothing has this name");
-    EXPECT_FALSE(m_storage.hasSelection());
-    EXPECT_EQ(m_storage.selectionSummary(), "1 selected · 3 MB")
-        << "the bar keeps its text while it slides away";
+    EXPECT_TRUE(m_storage.hasSelection()) << "what is hidden can still be cleared";
+    EXPECT_EQ(m_storage.selectionSummary(), "0 selected · Zero KB");
+    EXPECT_FALSE(m_storage.canRemove());
     search("");
     EXPECT_EQ(m_storage.selectionSummary(), "2 selected · 4.5 MB");
+
+    m_storage.rows()->clearSelection();
+    EXPECT_FALSE(m_storage.hasSelection());
+    EXPECT_EQ(m_storage.selectionSummary(), "2 selected · 4.5 MB")
+        << "the bar keeps its text while it slides away";
 }
 
 TEST_F(FileTableTest, RemovesTheSelectedRowsInSightAndNoOthers)
@@ -94,7 +100,7 @@ TEST_F(FileTableTest, RemovesTheSelectedRowsInSightAndNoOthers)
     scan({file("/home/alice/a.mov", 30), file("/home/alice/b.txt", 20),
         file("/home/alice/c.mov", 10)});
     std::vector<std::string> removed;
-    m_storage.removal()->setRemove([&](RemovalKind, SelectedRecords selected, auto done) {
+    m_storage.removal()->setRemove([&](RemovalKind, RecordPick selected, auto done) {
         for (const auto position : selected.positions)
             removed.push_back(selected.records->path(position));
         done({});
@@ -113,7 +119,7 @@ TEST_F(FileTableTest, RemovesTheSelectedRowsInSightAndNoOthers)
 TEST_F(FileTableTest, WithdrawsTheQuestionWhenANewScanBegins)
 {
     scan({file("/home/alice/a", 30)});
-    m_storage.removal()->setRemove([](RemovalKind, SelectedRecords, const auto&) { FAIL(); });
+    m_storage.removal()->setRemove([](RemovalKind, RecordPick, const auto&) { FAIL(); });
     m_storage.rows()->selectAll();
     m_storage.removal()->askTrash();
     ASSERT_TRUE(m_storage.removal()->asking());

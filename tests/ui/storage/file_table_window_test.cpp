@@ -184,7 +184,7 @@ protected:
     RemovalWindow()
     {
         states->storage()->removal()->setRemove(
-            [this](RemovalKind kind, SelectedRecords selected, auto done) {
+            [this](RemovalKind kind, RecordPick selected, auto done) {
                 m_kinds.push_back(kind);
                 m_removed = selected.positions.size();
                 done(m_error);
@@ -228,6 +228,7 @@ TEST_F(RemovalWindow, RemovesAfterAYes)
     EXPECT_THAT(m_kinds, ElementsAre(RemovalKind::trash));
     EXPECT_EQ(m_removed, 2u);
     EXPECT_EQ(rows().selectedCount(), 0);
+    EXPECT_EQ(window->activeFocusItem(), &need("tableBody")) << "the bar's button is gone";
 
     clickRow(5);
     clickItem("deleteForever");
@@ -245,6 +246,23 @@ TEST_F(RemovalWindow, TellsWhatWentWrong)
     EXPECT_THAT(selectedRows(), ElementsAre(0, 1));
     clickItem("ok");
     EXPECT_EQ(item("ok"), nullptr);
+    EXPECT_EQ(states->storage()->removal()->errorMessage(), "");
+}
+
+TEST_F(RemovalWindow, TellsLaterWhatWentWrongWhileAnotherScreenWasShown)
+{
+    RecordRemoval::Done done;
+    states->storage()->removal()->setRemove(
+        [&done](RemovalKind, RecordPick, auto later) { done = std::move(later); });
+    clickItem("moveToTrash");
+    clickItem("confirm");
+    model->setSection(AppSection::history);
+    processEvents();
+    done("The disk is full.");
+    EXPECT_EQ(item("ok"), nullptr);
+    model->setSection(AppSection::storage);
+    processEvents();
+    clickItem("ok");
     EXPECT_EQ(states->storage()->removal()->errorMessage(), "");
 }
 

@@ -24,19 +24,19 @@ class RecordRemovalTest : public testing::Test {
 protected:
     struct Removed {
         RemovalKind kind;
-        SelectedRecords records;
+        RecordPick records;
         RecordRemoval::Done done;
     };
 
     RecordRemovalTest() { m_selection.positions = {2, 5}; }
     void enable()
     {
-        m_removal.setRemove([this](RemovalKind kind, SelectedRecords records, auto done) {
+        m_removal.setRemove([this](RemovalKind kind, RecordPick records, auto done) {
             m_removed.push_back({kind, std::move(records), std::move(done)});
         });
     }
 
-    SelectedRecords m_selection{std::make_shared<const RecordList>(), {}};
+    RecordPick m_selection{std::make_shared<const RecordList>(), {}};
     std::vector<Removed> m_removed;
     RecordRemoval m_removal{
         [this] { return m_selection; }, [this] { m_selection.positions.clear(); }};
