@@ -52,7 +52,7 @@ public:
 private:
     OpenedFolder openAt(int base, const char* path, int flags) const;
 
-    bool m_refusesLinksOnTheWay; ///< else only a link in the last place is refused
+    bool m_refusesLinksOnTheWay = false; ///< else only a link in the last place is refused
 };
 
 /// Bytes that a block of listed names must have behind its end.

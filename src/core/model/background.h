@@ -8,6 +8,7 @@
 
 #include <exception>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -41,6 +42,8 @@ void runInBackground(SerialQueue& queue, QObject* context, Work work, Done done)
         try {
             job->outcome.value.emplace(job->work());
         } catch (const Cancelled&) {
+        } catch (const std::bad_alloc&) {
+            job->outcome.error = "There isn't enough memory.";
         } catch (const std::exception& failure) {
             job->outcome.error = failure.what();
             if (job->outcome.error.empty())
