@@ -17,10 +17,13 @@ FocusScope {
     Keys.onDownPressed: move(1)
     Keys.onUpPressed: move(-1)
 
+    readonly property list<Item> choices: [openKestavon, openSmartClean, quitKestavon]
+
     /// Moves the keyboard to the next choice, or from the last to the first.
     function move(step: int) {
-        const choices = [openKestavon, openSmartClean, quitKestavon];
-        const at = choices.findIndex(choice => choice.activeFocus);
+        let at = 0;
+        while (at < choices.length - 1 && !choices[at].activeFocus)
+            ++at;
         choices[(at + step + choices.length) % choices.length].forceActiveFocus(Qt.TabFocusReason);
     }
 
