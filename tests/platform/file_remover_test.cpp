@@ -44,6 +44,21 @@ TEST(FileRemoverTests, DeletesLinksAndNotWhatTheyLeadTo)
     EXPECT_EQ(home.readFile("victim/file"), before);
 }
 
+TEST(FileRemoverTests, FollowsNoLinkThatTookAFoldersPlaceBelowTheWholeDisk)
+{
+    const test::TemporaryTree home;
+    home.writeFile("folder/item", "found");
+    home.writeFile("elsewhere/item", "not meant");
+    fs::rename(home / "folder", home / "gone");
+    home.link("folder", home / "elsewhere");
+    const auto whole = fs::canonical(home.path()).native();
+    SystemFileRemover remover;
+    for (const auto& walked : {std::string("/"), whole})
+        EXPECT_FALSE(remover.remove(whole + "/folder/item", {.noLinksBelow = walked})) << walked;
+    EXPECT_EQ(home.readFile("elsewhere/item"), "not meant");
+    EXPECT_TRUE(remover.remove(whole + "/gone/item", {.noLinksBelow = "/"}));
+}
+
 TEST(FileRemoverTests, DeletesFoldersThatMayNotBeReadOrWrittenTo)
 {
     const test::TemporaryTree home;

@@ -3,5 +3,7 @@ kestavon_test(removal_tests
         platform/file_mover_test.cpp
         platform/file_remover_test.cpp
         platform/protected_places_test.cpp
+        platform/rename_item_test.cpp
+        support/faulty_calls.cpp
         support/tree_picture.cpp
     LINKS kestavon_platform kestavon_test_support GTest::gtest_main)

@@ -17,7 +17,8 @@ std::string_view withoutTrailingSlashes(std::string_view path)
 
 bool isAtOrBelow(std::string_view path, std::string_view prefix)
 {
-    return path.starts_with(prefix) && (path.size() == prefix.size() || path[prefix.size()] == '/');
+    return path.starts_with(prefix)
+        && (path.size() == prefix.size() || path[prefix.size()] == '/' || prefix == "/");
 }
 
 std::string_view lastComponent(std::string_view path)

@@ -23,7 +23,8 @@ inline constexpr std::array<std::string_view, 3> protectedNameSuffixes{
     ".xpc",
 };
 
-/// Whether `path` equals `prefix` or lies below it. Plain text: "/usrlocal" is not below "/usr".
+/// Whether `path` equals `prefix` or lies below it, as every absolute path does below "/". Plain
+/// text: "/usrlocal" is not below "/usr".
 bool isAtOrBelow(std::string_view path, std::string_view prefix);
 
 /// The path's last component; trailing slashes do not count. "/" for the root.

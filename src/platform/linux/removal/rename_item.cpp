@@ -3,7 +3,9 @@
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/removal/entry_status.h"
 #include "platform/linux/removal/metadata.h"
+#include "platform/linux/removal/remove_tree.h"
 #include "platform/linux/removal/retry.h"
+#include "platform/linux/removal/unfinished_moves.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -36,19 +38,57 @@ int plainRename(const Names& names)
     }));
 }
 
-/// A second name at the target, then the first one goes: two names are never one too few.
-int moveByLinking(const Names& names)
+/// What lies under a name, as far as it matters to one item.
+enum class Found { nothing, theItem, another, unknown };
+
+Found lookFor(const Identity& item, int folder, const char* name)
 {
-    const auto link = [&] {
+    const auto status = statusOf(folder, name);
+    if (!status)
+        return status.error() == ENOENT ? Found::nothing : Found::unknown;
+    return status->identity == item ? Found::theItem : Found::another;
+}
+
+int linkTo(const Names& names)
+{
+    return outcome(retrying([&] {
         return ::linkat(names.sourceFolder, names.source, names.targetFolder, names.target, 0);
-    };
-    if (retrying(link) != 0)
-        return errno;
-    const int error
-        = outcome(retrying([&] { return ::unlinkat(names.sourceFolder, names.source, 0); }));
-    if (error != 0)
-        ::unlinkat(names.targetFolder, names.target, 0);
-    return error;
+    }));
+}
+
+/// Ends a move whose item has both names, by taking the first one away - under a name of our own,
+/// because whoever saves the file just now puts another one in its place.
+int dropFirstName(const Names& names, const Identity& item)
+{
+    const auto aside = MoveNames::random().removedSource;
+    const int folder = names.sourceFolder;
+    const int error = plainRename({folder, names.source, folder, aside.c_str()});
+    switch (lookFor(item, folder, aside.c_str())) {
+    case Found::theItem: removeEntry(folder, aside.c_str(), 0); return 0;
+    case Found::another: // Just saved: it belongs where it was.
+        if (linkTo({folder, aside.c_str(), folder, names.source}) == 0)
+            removeEntry(folder, aside.c_str(), 0);
+        return 0;
+    case Found::unknown: return error != 0 ? error : EIO;
+    case Found::nothing: break;
+    }
+    // Only a name that is seen lets the other one go: an answer can be wrong or late.
+    switch (lookFor(item, folder, names.source)) {
+    case Found::theItem: removeEntry(names.targetFolder, names.target, 0); break;
+    case Found::nothing:
+    case Found::another: return 0;
+    case Found::unknown: break;
+    }
+    return error != 0 ? error : EIO;
+}
+
+/// A second name at the target, then the first one goes: two names are never one too few.
+int moveByLinking(const Names& names, const Identity& item)
+{
+    const int error = linkTo(names);
+    const bool isLinked = error == 0
+        || (error != EEXIST && lookFor(item, names.targetFolder, names.target) == Found::theItem);
+    return isLinked ? dropFirstName(names, item) : error;
 }
 
 /// Takes the name with an empty file of our own, which the rename may then replace.
@@ -75,8 +115,11 @@ int moveOntoEmptyFolder(const Names& names)
 {
     if (retrying([&] { return ::mkdirat(names.targetFolder, names.target, 0700); }) != 0)
         return errno;
+    const auto claimed = statusOf(names.targetFolder, names.target);
     const int error = plainRename(names);
-    if (error != 0)
+    // The item itself may be an empty folder, and have arrived all the same.
+    if (error != 0 && claimed
+        && lookFor(claimed->identity, names.targetFolder, names.target) == Found::theItem)
         ::unlinkat(names.targetFolder, names.target, AT_REMOVEDIR);
     return error;
 }
@@ -97,21 +140,23 @@ int renameOnce(const Names& names)
         return status.error();
     if (status->isFolder())
         return moveOntoEmptyFolder(names);
-    const int error = moveByLinking(names);
+    const int error = moveByLinking(names, status->identity);
     return error == EPERM || error == ENOTSUP || error == ENOSYS || error == EMLINK
         ? moveOntoEmptyFile(names)
         : error;
 }
 
-/// Whether the item lies at the target although the rename reported a failure: over a network an
-/// answer can get lost, or what was done already be asked for again.
-bool hasArrived(const Names& names, const Identity& item)
+/// Renames and looks what came of it: over a network an answer can get lost, or what was done
+/// already be asked for again; and some disks answer for what they have not done.
+int renameAndLook(const Names& names, const Identity& item)
 {
-    const auto arrived = statusOf(names.targetFolder, names.target);
-    if (!arrived || arrived->identity != item)
-        return false;
-    const auto left = statusOf(names.sourceFolder, names.source);
-    return !left && left.error() == ENOENT;
+    const int error = renameOnce(names);
+    const auto left = lookFor(item, names.sourceFolder, names.source);
+    if (error == 0)
+        return left == Found::theItem ? EIO : 0;
+    const bool hasArrived = left == Found::nothing
+        && lookFor(item, names.targetFolder, names.target) == Found::theItem;
+    return hasArrived ? 0 : error;
 }
 
 } // namespace
@@ -123,15 +168,13 @@ int renameWithoutReplacing(
     const auto before = statusOf(sourceFolder, source);
     if (!before)
         return before.error();
-    const int error = renameOnce(names);
-    if (error == 0 || hasArrived(names, before->identity))
-        return 0;
+    const int error = renameAndLook(names, before->identity);
     // Changing a folder's parent changes the folder, so it takes the permission to write to it.
     if (error != EACCES || !before->isFolder() || (before->mode & S_IWUSR)
         || before->owner != ::geteuid())
         return error;
     const BorrowedPermissions writable(sourceFolder, source, before->permissions() | S_IWUSR);
-    return writable ? renameOnce(names) : error;
+    return writable ? renameAndLook(names, before->identity) : error;
 }
 
 } // namespace kestavon
