@@ -17,8 +17,6 @@ namespace kestavon {
 
 namespace {
 
-constexpr std::size_t largestFile = 256 * 1024;
-
 std::string folderOf(const std::string& path)
 {
     const auto slash = path.rfind('/');
@@ -43,7 +41,7 @@ std::string followed(const std::string& path)
 
 } // namespace
 
-SmallFile readSmallFile(const std::string& path)
+SmallFile readSmallFile(const std::string& path, std::size_t limit)
 {
     SmallFile file;
     const FileDescriptor descriptor(
@@ -57,7 +55,12 @@ SmallFile readSmallFile(const std::string& path)
         file.error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
         return file;
     }
-    if (auto bytes = readAll(descriptor.get(), largestFile))
+    // One that grows, or tells no size, is found out while it is read.
+    if (std::cmp_greater(status.st_size, limit)) {
+        file.error = EFBIG;
+        return file;
+    }
+    if (auto bytes = readAll(descriptor.get(), limit))
         file.bytes = std::move(*bytes);
     else
         file.error = errno;

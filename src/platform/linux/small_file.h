@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace kestavon {
@@ -10,9 +11,12 @@ struct SmallFile {
     int error = 0; ///< 0, or the errno value that says why the file could not be read as a whole
 };
 
-/// Reads a configuration file as a whole. Only regular files are read: a pipe of that name must not
-/// hold up the program. EFBIG for a file of more than 256 KiB.
-SmallFile readSmallFile(const std::string& path);
+/// As large as a configuration file may reasonably be, in bytes.
+inline constexpr std::size_t largestConfigurationFile = 256 * 1024;
+
+/// Reads a file as a whole. Only regular files are read: a pipe of that name must not hold up the
+/// program. EFBIG for a file of more than `limit` bytes.
+SmallFile readSmallFile(const std::string& path, std::size_t limit = largestConfigurationFile);
 
 /// Puts `bytes` in the place of the file, readable and writable by its owner only, and makes its
 /// folder (mode 0700) and those above it when they are missing. Whatever happens, the file holds
