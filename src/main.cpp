@@ -38,16 +38,14 @@ namespace {
 // NOLINTNEXTLINE(google-build-using-namespace): the program's own file, included by nobody
 using namespace kestavon;
 
-constexpr std::uint64_t scanMemoryLimit = 1'073'741'824;
-
 AppModel makeModel(const CommandLine& line)
 {
     auto environment = currentHostEnvironment();
     environment.systemRoot = normalisedPath(line.systemRoot);
-    auto scanner = std::make_shared<FileScanner>(
-        std::vector<std::string>{"/System", "/private/var/db", "/private/var/vm"}, scanMemoryLimit,
-        residentMemoryBytes);
-    return {std::move(scanner), systemPlatform(environment)};
+    auto platform = systemPlatform(environment);
+    auto scanner = std::make_shared<FileScanner>(platform.layout.scanExclusions,
+        FileScanner::standardMemoryLimit, residentMemoryBytes);
+    return {std::move(scanner), std::move(platform)};
 }
 
 int scanWithoutWindow(int argc, char** argv, const CommandLine& line)

@@ -33,6 +33,10 @@ struct HostLayout {
     /// Files below these folders are downloads.
     std::vector<std::string> downloadFolders;
 
+    /// Places below the system root that a scan leaves out: the system's own, sealed or changing
+    /// under its feet.
+    std::vector<std::string> scanExclusions;
+
     /// `path` below the system root: "/Library" is "/mnt/mac/Library" when a Mac's disk is there.
     std::string belowSystemRoot(const std::string& path) const;
 };

@@ -1,5 +1,6 @@
 #include "storage/cleanup_suggestions.h"
 
+#include "concurrency/cancelled.h"
 #include "core/domain/removal_guard.h"
 
 #include <algorithm>
@@ -13,14 +14,14 @@ constexpr std::string_view cacheReason = "Application cache";
 constexpr std::string_view downloadReason = "Old download";
 constexpr std::int64_t youngestOldDownloadDays = 91;
 
-/// What the paths of a folder's entries have in common, as far as the rule goes.
-struct FolderTraits {
-    bool isProtected = false;
-    bool isInCache = false;
-    bool isInDownloads = false;
+/// How many folders or records are looked at between two looks at the stop token.
+constexpr std::size_t stretch = 4096;
 
-    bool concernsTheRule() const { return !isProtected && (isInCache || isInDownloads); }
-};
+void throwIfStopped(std::size_t done, const std::stop_token& stop)
+{
+    if (done % stretch == 0 && stop.stop_requested())
+        throw Cancelled{};
+}
 
 bool hasProtectedPrefix(std::string_view path)
 {
@@ -28,7 +29,27 @@ bool hasProtectedPrefix(std::string_view path)
         [path](std::string_view prefix) { return isAtOrBelow(path, prefix); });
 }
 
+/// The last `bytes` bytes, or more, of a folder's path with a slash behind it; all of it when it is
+/// shorter, but for the root's own part.
+std::string tailOfPath(const RecordList& records, std::uint32_t folder, std::size_t bytes)
+{
+    std::string tail = "/";
+    for (; folder != 0 && tail.size() < bytes; folder = records.folderParent(folder))
+        tail.insert(0, records.folderName(folder)).insert(0, 1, '/');
+    return folder == 0 && tail.size() < bytes ? records.root() + tail : tail;
+}
+
 } // namespace
+
+/// What the paths of a folder's entries have in common, as far as the rule goes.
+struct CleanupSuggestions::FolderTraits {
+    std::size_t pathBytes = 0; ///< with a slash behind the path
+    bool isProtected = false;
+    bool isInCache = false;
+    bool isInDownloads = false;
+
+    bool concernsTheRule() const { return !isProtected && (isInCache || isInDownloads); }
+};
 
 CleanupSuggestions::CleanupSuggestions(
     const HostLayout& layout, const Calendar& calendar, Timestamp now)
@@ -36,6 +57,8 @@ CleanupSuggestions::CleanupSuggestions(
     , m_calendar(calendar)
     , m_now(now)
 {
+    for (const auto& marker : layout.cacheMarkers)
+        m_longestMarker = std::max(m_longestMarker, marker.size());
 }
 
 bool CleanupSuggestions::isInCache(std::string_view path) const
@@ -73,23 +96,59 @@ std::optional<CleanupCandidate> CleanupSuggestions::cleanupCandidate(const FileR
     return std::nullopt;
 }
 
+CleanupSuggestions::FolderTraits CleanupSuggestions::traitsOf(std::string_view inside) const
+{
+    return {.pathBytes = inside.size(),
+        .isProtected = hasProtectedPrefix(inside),
+        .isInCache = isInCache(inside),
+        .isInDownloads = isInDownloads(inside)};
+}
+
+bool CleanupSuggestions::mayBeNamedByTheRule(std::size_t pathBytes) const
+{
+    const auto isAsLong
+        = [pathBytes](std::string_view path) { return path.size() + 1 == pathBytes; };
+    return std::ranges::any_of(protectedPathPrefixes, isAsLong)
+        || std::ranges::any_of(m_layout.downloadFolders, isAsLong);
+}
+
+/// A folder has what its parent has. What is new follows from its own name and a few above it, or
+/// from a path of just the right length: no path is built for most folders, however deep they lie.
+CleanupSuggestions::FolderTraits CleanupSuggestions::traitsBelow(
+    const FolderTraits& parent, const RecordList& records, std::uint32_t folder) const
+{
+    auto traits = parent;
+    const auto name = records.folderName(folder);
+    traits.pathBytes += name.size() + 1;
+    if (mayBeNamedByTheRule(traits.pathBytes)) {
+        const auto inside = records.folderPath(folder) + '/';
+        traits.isProtected = traits.isProtected || hasProtectedPrefix(inside);
+        traits.isInDownloads = traits.isInDownloads || isInDownloads(inside);
+    }
+    if (!traits.isInCache && m_longestMarker > 0)
+        traits.isInCache = isInCache(tailOfPath(records, folder, m_longestMarker + name.size()));
+    return traits;
+}
+
 std::shared_ptr<const CandidateList> CleanupSuggestions::suggestFrom(
-    std::shared_ptr<const RecordList> records) const
+    std::shared_ptr<const RecordList> records, const std::stop_token& stop) const
 {
     // A file's own name decides nothing but the guard's endings: everything else follows from its
     // folder, and there are a dozen files to a folder.
     std::vector<FolderTraits> traits(records->folderCount());
     for (std::uint32_t folder = 0; folder < traits.size(); ++folder) {
-        auto inside = records->folderPath(folder);
-        if (!inside.ends_with('/'))
-            inside += '/';
-        traits[folder] = {.isProtected = hasProtectedPrefix(inside),
-            .isInCache = isInCache(inside),
-            .isInDownloads = isInDownloads(inside)};
+        throwIfStopped(folder, stop);
+        if (folder == 0) {
+            const auto& root = records->root();
+            traits[0] = traitsOf(root.ends_with('/') ? root : root + '/');
+        } else {
+            traits[folder] = traitsBelow(traits[records->folderParent(folder)], *records, folder);
+        }
     }
 
     auto candidates = std::make_shared<CandidateList>(records);
     for (std::size_t i = 0; i < records->size(); ++i) {
+        throwIfStopped(i, stop);
         const auto& folder = traits[records->folderOf(i)];
         if (!folder.concernsTheRule() || records->isDirectory(i))
             continue;

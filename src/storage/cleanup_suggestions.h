@@ -4,8 +4,11 @@
 #include "platform/calendar.h"
 #include "platform/host_layout.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string_view>
 
 namespace kestavon {
@@ -21,11 +24,19 @@ public:
     std::optional<CleanupCandidate> cleanupCandidate(const FileRecord& record) const;
 
     /// The suggestions for every record of the list, in its order. Looks at folders once, not at
-    /// each of their files, so that it costs little beside the scan.
+    /// each of their files, so that it costs little beside the scan. Throws `Cancelled` once `stop`
+    /// is requested.
     std::shared_ptr<const CandidateList> suggestFrom(
-        std::shared_ptr<const RecordList> records) const;
+        std::shared_ptr<const RecordList> records, const std::stop_token& stop = {}) const;
 
 private:
+    struct FolderTraits;
+
+    /// `inside`: a folder's path with a slash behind it.
+    FolderTraits traitsOf(std::string_view inside) const;
+    FolderTraits traitsBelow(
+        const FolderTraits& parent, const RecordList& records, std::uint32_t folder) const;
+    bool mayBeNamedByTheRule(std::size_t pathBytes) const;
     bool isInCache(std::string_view path) const;
     bool isInDownloads(std::string_view path) const;
     bool isOld(const std::optional<Timestamp>& modifiedAt) const;
@@ -33,6 +44,7 @@ private:
     const HostLayout& m_layout;
     const Calendar& m_calendar;
     Timestamp m_now;
+    std::size_t m_longestMarker = 0; ///< bytes of the longest text that marks a cache
 };
 
 } // namespace kestavon

@@ -4,7 +4,6 @@
 #include "storage/tree_walk.h"
 
 #include <algorithm>
-#include <new>
 #include <thread>
 #include <utility>
 
@@ -44,30 +43,25 @@ FileScanner::FileScanner(std::vector<std::string> excludedPrefixes, std::uint64_
 ScanOutcome FileScanner::scan(const std::string& root, ScanProgressCounter& counter,
     const LiveCountSink& postLiveCount, std::stop_token stop)
 {
+    const auto walkedRoot = withoutTrailingSlash(root);
+    const auto walk = std::make_shared<TreeWalk>(TreeWalkOrder{
+        .root = walkedRoot,
+        .excludedPrefixes = m_excludedPrefixes,
+        .memoryLimitBytes = m_memoryLimitBytes,
+        .memoryProbe = m_probe,
+        .threads = m_threads,
+        .counter = &counter,
+        .postLiveCount = postLiveCount,
+        .stop = stop,
+    });
+    walk->start();
+    walk->wait();
     ScanOutcome outcome;
-    outcome.records = std::make_shared<const RecordList>();
-    try {
-        const auto walk = std::make_shared<TreeWalk>(TreeWalkOrder{
-            .root = withoutTrailingSlash(root),
-            .excludedPrefixes = m_excludedPrefixes,
-            .memoryLimitBytes = m_memoryLimitBytes,
-            .memoryProbe = m_probe,
-            .threads = m_threads,
-            .counter = &counter,
-            .postLiveCount = postLiveCount,
-            .stop = stop,
-        });
-        walk->start();
-        walk->wait();
-        outcome.hitMemoryLimit = walk->hitMemoryLimit();
-        outcome.rootProblem = walk->rootProblem();
-        outcome.unreadableFolders = walk->unreadableFolders();
-        outcome.records
-            = std::make_shared<const RecordList>(stitchDepthFirst(withoutTrailingSlash(root),
-                walk->stores(), walk->folderCount(), std::min(m_threads, cores()), stop));
-    } catch (const std::bad_alloc&) {
-        outcome.hitMemoryLimit = true;
-    }
+    outcome.hitMemoryLimit = walk->hitMemoryLimit();
+    outcome.rootProblem = walk->rootProblem();
+    outcome.unreadableFolders = walk->unreadableFolders();
+    outcome.records = std::make_shared<const RecordList>(stitchDepthFirst(
+        walkedRoot, walk->stores(), walk->folderCount(), std::min(m_threads, cores()), stop));
     return outcome;
 }
 

@@ -34,7 +34,13 @@ private:
 };
 
 /// Why a scan's root could not be walked.
-enum class RootProblem { missing, notAFolder, notPermitted, unreadable };
+enum class RootProblem {
+    missing,
+    notAFolder,
+    notPermitted,
+    notStorage, ///< what it shows is made up by the system as it is read, like /proc
+    unreadable,
+};
 
 /// What a scan found.
 struct ScanOutcome {

@@ -59,15 +59,29 @@ std::string_view nextField(std::string_view& line)
     return field;
 }
 
+bool isPseudoMagic(long magic)
+{
+    return std::ranges::find(pseudoMagics, magic) != pseudoMagics.end();
+}
+
+/// The number that stands for the file system's type; 0 when that cannot be told.
+long magicOf(int folder)
+{
+    struct statfs fileSystem { };
+    return ::fstatfs(folder, &fileSystem) == 0 ? static_cast<long>(fileSystem.f_type) : 0;
+}
+
 } // namespace
+
+bool isOnKernelFileSystem(int folder)
+{
+    return isPseudoMagic(magicOf(folder));
+}
 
 bool isOnPseudoFileSystem(int folder)
 {
-    struct statfs fileSystem { };
-    if (::fstatfs(folder, &fileSystem) != 0)
-        return false;
-    const auto magic = static_cast<long>(fileSystem.f_type);
-    if (std::ranges::find(pseudoMagics, magic) != pseudoMagics.end())
+    const auto magic = magicOf(folder);
+    if (isPseudoMagic(magic))
         return true;
     if (magic != TMPFS_MAGIC && magic != FUSE_SUPER_MAGIC)
         return false;

@@ -10,6 +10,10 @@ namespace kestavon {
 /// be told. Any thread.
 bool isOnPseudoFileSystem(int folder);
 
+/// Whether it is the kernel that makes the file system up. Narrower than the above: in a portal or
+/// under a desktop's network mounts somebody who chooses a folder finds files of their own.
+bool isOnKernelFileSystem(int folder);
+
 /// The type of the file system mounted with the given device number, out of a mount table as in
 /// /proc/self/mountinfo, see proc(5); empty when it is not there.
 std::string_view mountedType(std::string_view mountTable, std::string_view device);

@@ -146,6 +146,10 @@ void TreeWalk::Worker::readRoot()
         return;
     }
     const auto file = std::make_shared<const FileDescriptor>(std::move(opened.file));
+    if (isOnKernelFileSystem(file->get())) {
+        m_walk.m_rootProblem = RootProblem::notStorage;
+        return;
+    }
     const auto facts = lookAt(file->get(), "");
     const auto folder = std::make_shared<Folder>();
     folder->device = facts ? facts->device : 0;

@@ -91,6 +91,10 @@ TEST(HostLayout, ResolvesSystemPathsBelowTheSystemRoot)
     EXPECT_EQ(attached.systemRoot, "/mnt/mac");
     EXPECT_EQ(attached.belowSystemRoot("/Library/Logs"), "/mnt/mac/Library/Logs");
     EXPECT_EQ(attached.belowSystemRoot("/"), "/mnt/mac");
+    EXPECT_THAT(attached.scanExclusions,
+        ElementsAre("/mnt/mac/System", "/mnt/mac/private/var/db", "/mnt/mac/private/var/vm"));
+    EXPECT_THAT(layoutOf("/nonexistent").scanExclusions,
+        ElementsAre("/System", "/private/var/db", "/private/var/vm"));
 }
 
 TEST(HostLayout, AddsTheDownloadFolderThatTheUserNamed)

@@ -1,3 +1,4 @@
+#include "concurrency/cancelled.h"
 #include "storage/cleanup_suggestions.h"
 #include "support/fake_platform.h"
 
@@ -108,6 +109,34 @@ TEST_F(CleanupSuggestionsTest, AWholeListGivesWhatEachRecordGives)
     }
     EXPECT_EQ(next, suggested->size());
     EXPECT_GT(next, 50U);
+}
+
+TEST_F(CleanupSuggestionsTest, ADeepTreeIsReadAsQuicklyAsAFlatOne)
+{
+    // One folder inside the other, below the home and then below a cache at half the depth: building
+    // every folder's path would copy gigabytes.
+    std::string path = "/home/alice";
+    std::vector<FileRecord> records;
+    const auto enter = [&](const std::string& name) {
+        path += '/' + name;
+        auto folder = fileOf(path, 0);
+        folder.isDirectory = true;
+        records.push_back(folder);
+    };
+    for (int i = 0; i < 2000; ++i)
+        enter(i == 1000 ? "Library" : i == 1001 ? "Caches" : "a-folder-with-a-name");
+    records.push_back(fileOf(path + "/file", 0));
+    const auto suggested = suggestions.suggestFrom(RecordList::fromRecords("/home/alice", records));
+    ASSERT_EQ(suggested->size(), 1U);
+    EXPECT_EQ((*suggested)[0].record.path, records.back().path);
+}
+
+TEST_F(CleanupSuggestionsTest, EndsWhenItIsStopped)
+{
+    const auto list = RecordList::fromRecords("/", std::vector{fileOf("/Library/Caches/a", 0)});
+    std::stop_source stopped;
+    stopped.request_stop();
+    EXPECT_THROW(suggestions.suggestFrom(list, stopped.get_token()), Cancelled);
 }
 
 } // namespace

@@ -42,11 +42,21 @@ TEST(PseudoFileSystems, AreFoundInTheMountTable)
 
 TEST(PseudoFileSystems, AreListedButNotEnteredByAScan)
 {
-    ASSERT_TRUE(std::filesystem::exists("/dev/pts/ptmx"));
-    const auto names = test::scannedNames("/dev");
-    EXPECT_THAT(names, testing::Contains("pts"));
-    EXPECT_THAT(names, testing::Not(testing::Contains("pts/ptmx")));
-    EXPECT_THAT(names, testing::Contains("null"));
+    ASSERT_TRUE(std::filesystem::exists("/proc/self"));
+    std::vector<std::string> others;
+    for (const auto& entry : std::filesystem::directory_iterator("/")) {
+        if (entry.path() != "/proc")
+            others.push_back(entry.path().native());
+    }
+    EXPECT_THAT(test::scannedNames("/", FileScanner(others, test::noLimit, {})),
+        testing::ElementsAre("proc"));
+}
+
+TEST(PseudoFileSystems, AreRefusedAsTheRootOfAScan)
+{
+    const auto outcome = test::scanOf("/proc");
+    EXPECT_EQ(outcome.rootProblem, RootProblem::notStorage);
+    EXPECT_TRUE(outcome.records->empty());
 }
 
 } // namespace

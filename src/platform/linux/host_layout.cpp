@@ -36,6 +36,13 @@ constexpr std::array<std::string_view, 6> nativeProbes{
     ".cache",
 };
 
+/// A Mac's sealed system volume, its databases and its swap files.
+constexpr std::array<const char*, 3> excludedFromScans{
+    "/System",
+    "/private/var/db",
+    "/private/var/vm",
+};
+
 std::string below(const std::string& folder, std::string_view path)
 {
     auto joined = folder;
@@ -136,6 +143,8 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
     }
     layout.cacheMarkers = {"/Library/Caches/"};
     layout.downloadFolders = downloadFoldersOf(layout);
+    for (const auto* place : excludedFromScans)
+        layout.scanExclusions.push_back(layout.belowSystemRoot(place));
     return layout;
 }
 
