@@ -48,11 +48,12 @@ struct SerialQueue::State {
     }
 };
 
-SerialQueue::SerialQueue()
+SerialQueue::SerialQueue(Urgency urgency)
     : m_state(std::make_shared<State>())
 {
-    std::thread([state = m_state] {
-        letOthersGoFirst();
+    std::thread([state = m_state, urgency] {
+        if (urgency == Urgency::background)
+            letOthersGoFirst();
         state->run();
     }).detach();
 }

@@ -6,15 +6,20 @@
 namespace kestavon {
 
 /// Runs jobs one at a time, in the order given, on a thread of its own. That thread, and those that
-/// its jobs start, are less urgent than the caller's: a scan with a worker for every core and more
-/// must not keep the window from drawing.
+/// its jobs start, are less urgent than the caller's unless told otherwise: a scan with a worker
+/// for every core and more must not keep the window from drawing.
 ///
 /// The destructor drops the jobs that have not begun and does not wait for the one that has: a read
 /// from a dead network share may never return, and neither stopping nor quitting may hang on it. So
 /// a job owns, by value or shared pointer, everything it touches.
 class SerialQueue {
 public:
-    SerialQueue();
+    enum class Urgency {
+        background, ///< gives way to the window
+        asTheCaller, ///< for what the window waits for
+    };
+
+    explicit SerialQueue(Urgency urgency = Urgency::background);
     ~SerialQueue();
     SerialQueue(const SerialQueue&) = delete;
     SerialQueue& operator=(const SerialQueue&) = delete;

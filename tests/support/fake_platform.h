@@ -21,11 +21,13 @@ class FakeVolumes final : public Volumes {
 public:
     std::optional<VolumeCapacity> capacityOf(const std::string& path) const override
     {
+        const std::lock_guard lock(hung);
         const auto found = capacities.find(path);
         return found == capacities.end() ? fallback : found->second;
     }
     std::map<std::string, std::optional<VolumeCapacity>> capacities;
     std::optional<VolumeCapacity> fallback = VolumeCapacity{512'110'190'592, 158'617'000'000};
+    mutable std::mutex hung; ///< nobody gets an answer while a test holds it
 };
 
 class FakeMemoryCounters final : public MemoryCounters {

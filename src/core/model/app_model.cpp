@@ -56,12 +56,17 @@ void AppModel::setSection(AppSection section)
 
 void AppModel::refreshDiskSpace()
 {
-    const auto capacity = m_platform.volumes->capacityOf(m_selectedRoot);
-    if (!capacity)
-        return;
-    const bool complete = capacity->total && capacity->available;
-    publish(Field::diskTotal, m_diskTotal, complete ? *capacity->total : 0);
-    publish(Field::diskFree, m_diskFree, complete ? *capacity->available : 0);
+    auto lookAtVolume = [volumes = m_platform.volumes, root = m_selectedRoot] {
+        return volumes->capacityOf(root);
+    };
+    m_volumeAsker.ask(this, std::move(lookAtVolume),
+        [this, root = m_selectedRoot](const std::optional<VolumeCapacity>& capacity) {
+            if (!capacity || root != m_selectedRoot)
+                return;
+            const bool complete = capacity->total && capacity->available;
+            publish(Field::diskTotal, m_diskTotal, complete ? *capacity->total : 0);
+            publish(Field::diskFree, m_diskFree, complete ? *capacity->available : 0);
+        });
 }
 
 void AppModel::chooseScanFolder(FolderPicker& picker)

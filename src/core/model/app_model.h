@@ -16,6 +16,7 @@
 #include "core/domain/startup_item.h"
 #include "core/domain/system_state.h"
 #include "core/domain/undo.h"
+#include "core/model/impatient_asker.h"
 #include "core/model/removal_worker.h"
 #include "core/model/updater_controller.h"
 #include "duplicates/duplicate_finder.h"
@@ -281,6 +282,8 @@ private:
         /// The detail of the event, for what came back from the Trash.
         Describe describe = {};
         std::function<void(const Missing&, Relisted)> relist = {};
+        /// The list that it came from goes with the next storage scan.
+        bool isOfStorageScan = false;
     };
     /// Suggestions that were cut from a list.
     struct CandidateCut {
@@ -308,6 +311,7 @@ private:
     }
 
     void finishStorageScan(ScanResult result);
+    void forgetScanned();
     void cancelDuplicateAnalysis();
     void forgetDuplicates();
     void removeRecords(
@@ -404,6 +408,7 @@ private:
     // Used on the queue below only.
     std::shared_ptr<QuarantineStore> m_quarantineStore;
 
+    ImpatientAsker m_volumeAsker; // how full volumes are
     SerialQueue m_scanQueue; // the scanner's own thread
     SerialQueue m_duplicateQueue; // one duplicate analysis at a time
     SerialQueue m_quarantineQueue; // the Safe Area store's own thread

@@ -159,7 +159,8 @@ void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
                         .held = held,
                         .relist = [this, cut](const Missing& missing, Relisted then) {
                             cut ? relistCandidates(cut, missing, std::move(then)) : then(false);
-                        }});
+                        },
+                        .isOfStorageScan = true});
                     report(finished, {});
                 });
         });

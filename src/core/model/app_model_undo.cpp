@@ -64,7 +64,7 @@ void AppModel::offerUndo(UndoableMove move)
 void AppModel::offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
     const std::shared_ptr<const RecordPick>& cut, Describe describe)
 {
-    UndoableMove move{.action = action, .describe = std::move(describe)};
+    UndoableMove move{.action = action, .describe = std::move(describe), .isOfStorageScan = true};
     if (action == ActionKind::trash) {
         move.count = removed.tally.count;
         move.trashed = removed.trashed;

@@ -250,5 +250,37 @@ TEST_F(AppModelScan, ProbesForAccessInOrderUntilAFolderListsItself)
     EXPECT_THAT(machine.files->asked, ElementsAre("/home/alice/Library/Mail"));
 }
 
+TEST_F(AppModelScan, AVolumeThatDoesNotAnswerHoldsNobodyUp)
+{
+    std::unique_lock hung(machine.volumes->hung);
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 100; ++i)
+        model->refreshDiskSpace();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5))
+        << "each waits for the one before";
+
+    machine.volumes->fallback = VolumeCapacity{1000, 400};
+    hung.unlock();
+    ASSERT_TRUE(test::processEventsUntil([this] { return model->diskTotal() == 1000; }));
+    EXPECT_EQ(model->diskFree(), 400);
+}
+
+TEST_F(AppModelScan, ALateAnswerForAnotherFolderChangesNothing)
+{
+    std::vector<std::int64_t> totals;
+    QObject::connect(model.get(), &AppModel::fieldChanged, model.get(), [&](Field field) {
+        if (field == Field::diskTotal)
+            totals.push_back(model->diskTotal());
+    });
+    std::unique_lock hung(machine.volumes->hung);
+    machine.volumes->capacities["/mnt/share"] = VolumeCapacity{1, 1};
+    machine.volumes->fallback = VolumeCapacity{1000, 400};
+    model->setSelectedRoot("/mnt/share");
+    model->setSelectedRoot("/home/alice");
+    hung.unlock();
+    ASSERT_TRUE(test::processEventsUntil([&] { return !totals.empty(); }));
+    EXPECT_THAT(totals, ElementsAre(1000));
+}
+
 } // namespace
 } // namespace kestavon
