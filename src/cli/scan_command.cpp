@@ -1,11 +1,14 @@
 #include "cli/scan_command.h"
 
 #include "cli/interrupt_watch.h"
+#include "core/domain/utf8.h"
 #include "core/model/record_queries.h"
 #include "platform/byte_count.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 
+#include <algorithm>
 #include <iomanip>
 
 namespace kestavon {
@@ -33,38 +36,83 @@ void printResult(const AppModel& model, std::ostream& out)
     }
 }
 
-} // namespace
-
-std::string printablePath(std::string_view bytes)
+void appendEscaped(std::string& text, std::string_view bytes)
 {
     static constexpr std::string_view hexDigits = "0123456789ABCDEF";
-    std::string text;
-    text.reserve(bytes.size());
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
         if (c == '\n')
             text += "\\n";
         else if (c == '\t')
             text += "\\t";
-        else if (byte < 0x20 || byte == 0x7F)
-            text.append("\\x").append({hexDigits[byte >> 4], hexDigits[byte & 0x0F]});
         else
-            text += c;
+            text.append("\\x").append({hexDigits[byte >> 4], hexDigits[byte & 0x0F]});
+    }
+}
+
+/// Tells how far the scan has come.
+class LiveCountLine {
+public:
+    LiveCountLine(std::ostream& out, bool onTerminal)
+        : m_out(out)
+        , m_onTerminal(onTerminal)
+    {
+        m_sinceLine.start();
+    }
+
+    void show(std::int64_t count)
+    {
+        if (!m_onTerminal && m_sinceLine.elapsed() < millisecondsBetweenLines)
+            return;
+        m_sinceLine.start();
+        m_out << (m_onTerminal ? "\r" : "") << count << " files found so far"
+              << (m_onTerminal ? "" : "\n") << std::flush;
+    }
+
+    void end()
+    {
+        if (m_onTerminal)
+            m_out << "\r\x1B[K" << std::flush;
+    }
+
+private:
+    static constexpr qint64 millisecondsBetweenLines = 2000;
+
+    std::ostream& m_out;
+    bool m_onTerminal;
+    QElapsedTimer m_sinceLine;
+};
+
+} // namespace
+
+std::string printablePath(std::string_view bytes)
+{
+    std::string text;
+    text.reserve(bytes.size());
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto character = utf8CharacterAt(bytes, i);
+        const auto length = std::max<std::size_t>(1, character.length);
+        if (character.length > 0 && !misleads(character.code))
+            text.append(bytes.substr(i, length));
+        else
+            appendEscaped(text, bytes.substr(i, length));
+        i += length;
     }
     return text;
 }
 
-int runScanCommand(AppModel& model, std::ostream& out, std::ostream& progress, bool showsProgress)
+int runScanCommand(AppModel& model, std::ostream& out, std::ostream& progress, bool onTerminal)
 {
     QEventLoop loop;
+    LiveCountLine line(progress, onTerminal);
     bool interrupted = false;
     const InterruptWatch interrupts([&] {
         interrupted = true;
         model.stopStorageScan();
     });
     QObject::connect(&model, &AppModel::fieldChanged, &loop, [&](AppModel::Field field) {
-        if (field == AppModel::Field::liveFileCount && showsProgress)
-            progress << '\r' << model.liveFileCount() << " files found so far" << std::flush;
+        if (field == AppModel::Field::liveFileCount && model.liveFileCount() > 0)
+            line.show(model.liveFileCount());
         // A scan that found something ends with its history event, any other with its phase.
         const auto kind = model.scanPhase().kind();
         const bool foundNothing = kind == ScanPhase::Kind::idle || kind == ScanPhase::Kind::failed;
@@ -75,8 +123,7 @@ int runScanCommand(AppModel& model, std::ostream& out, std::ostream& progress, b
     out << "Scanning " << printablePath(model.selectedRoot()) << '\n' << std::flush;
     model.startStorageScan();
     loop.exec();
-    if (showsProgress)
-        progress << "\r\x1B[K" << std::flush;
+    line.end();
 
     if (interrupted)
         return interruptedExitCode;

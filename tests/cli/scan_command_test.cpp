@@ -16,10 +16,7 @@ using testing::Not;
 
 class ScanCommand : public testing::Test {
 protected:
-    int run(bool showsProgress = false)
-    {
-        return runScanCommand(model, out, progress, showsProgress);
-    }
+    int run(bool onTerminal = false) { return runScanCommand(model, out, progress, onTerminal); }
 
     test::FakeMachine machine;
     std::shared_ptr<test::FakeScanner> scanner = std::make_shared<test::FakeScanner>();
@@ -75,6 +72,19 @@ TEST_F(ScanCommand, ShowsTheLiveCountWhileItRuns)
     });
     EXPECT_EQ(run(true), 0);
     EXPECT_THAT(progress.str(), HasSubstr("\r2000 files found so far"));
+}
+
+TEST(PrintablePath, NeitherBreaksALineNorDrivesTheTerminal)
+{
+    EXPECT_EQ(printablePath("/plain été 日本 \U0001F600"), "/plain été 日本 \U0001F600");
+    EXPECT_EQ(printablePath("a\n\tb\x1B[31m"), "a\\n\\tb\\x1B[31m");
+    EXPECT_EQ(printablePath("c\xC2\x9B"
+                            "31mred"),
+        "c\\xC2\\x9B31mred")
+        << "a control sequence too";
+    EXPECT_EQ(printablePath("\x9B\xFF(\xC3"), "\\x9B\\xFF(\\xC3");
+    EXPECT_EQ(printablePath("photo\u202Egpj.exe"), "photo\\xE2\\x80\\xAEgpj.exe");
+    EXPECT_EQ(printablePath("a\u2028b"), "a\\xE2\\x80\\xA8b");
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "ui/widgets/scan_panel_state.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <utility>
 
@@ -10,14 +11,14 @@ ScanPanelState::ScanPanelState(AppModel& model, LiveCount& liveCount, QObject* p
     : QObject(parent)
     , m_model(model)
     , m_liveCount(liveCount)
-    , m_notice(displayText(model.scanNotice()))
+    , m_notice(fileNameText(model.scanNotice()))
 {
     connect(&liveCount, &LiveCount::changed, this, &ScanPanelState::update);
     connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
         if (field == AppModel::Field::scanPhase || field == AppModel::Field::records)
             update();
         if (field == AppModel::Field::scanNotice) {
-            m_notice = displayText(m_model.scanNotice());
+            m_notice = fileNameText(m_model.scanNotice());
             Q_EMIT noticeChanged();
         }
     });
