@@ -41,10 +41,10 @@ using namespace kestavon;
 AppModel makeModel(const CommandLine& line)
 {
     auto environment = currentHostEnvironment();
-    environment.systemRoot = normalisedPath(line.systemRoot);
+    environment.systemRoot = typedPath(line.systemRoot);
     auto platform = systemPlatform(environment);
-    auto scanner = std::make_shared<FileScanner>(platform.layout.scanExclusions,
-        FileScanner::standardMemoryLimit, residentMemoryBytes);
+    auto scanner = std::make_shared<FileScanner>(
+        platform.layout.scanExclusions, FileScanner::standardMemoryLimit, residentMemoryBytes);
     return {std::move(scanner), std::move(platform)};
 }
 
@@ -53,7 +53,7 @@ int scanWithoutWindow(int argc, char** argv, const CommandLine& line)
     QCoreApplication application(argc, argv);
     auto model = makeModel(line);
     if (!line.folder.empty())
-        model.setSelectedRoot(line.folder);
+        model.setSelectedRoot(typedPath(line.folder));
     return runScanCommand(model, std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1);
 }
 
@@ -70,7 +70,7 @@ void useFonts()
 
 int runWindow(QApplication& application, const CommandLine& line)
 {
-    const auto folder = line.folder.empty() ? std::string() : normalisedPath(line.folder);
+    const auto folder = line.folder.empty() ? std::string() : typedPath(line.folder);
     SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
     if (instance.claim(folder) == SingleInstance::Claim::handedOver)
         return EXIT_SUCCESS;

@@ -26,6 +26,9 @@ struct HostLayout {
     std::string dataHome; ///< XDG_DATA_HOME
     std::string stateHome; ///< XDG_STATE_HOME
 
+    /// Where this program keeps its own settings; in a sandbox that is not the user's `configHome`.
+    std::string settingsFolder;
+
     /// Folders of which one that can be listed proves that protected data can be read.
     std::vector<std::string> fullDiskAccessProbes;
     /// Paths with one of these texts anywhere lie in a cache.
@@ -49,6 +52,9 @@ struct HostEnvironment {
     std::string xdgConfigHome = {};
     std::string xdgDataHome = {};
     std::string xdgStateHome = {};
+    /// XDG_CONFIG_HOME of a process that lives in a sandbox, and so does not see the user's own;
+    /// empty for a process that does.
+    std::string sandboxConfigHome = {};
 };
 
 /// This process's environment. The home is $HOME; when that is unset, empty or relative, the
@@ -61,5 +67,11 @@ HostLayout makeHostLayout(const HostEnvironment& environment);
 /// `path` absolute and without trailing slashes ("/" stays); components are neither resolved nor
 /// collapsed. A relative path is taken from the working folder.
 std::string normalisedPath(std::string path);
+
+/// A path as somebody types it, for the same place: absolute, without ".", empty components and
+/// trailing slashes, so that it begins as every other path there does. ".." is followed on the
+/// disk, where links may lead elsewhere than the text says; what does not exist stays as the text
+/// says. Looks at the disk only for "..".
+std::string typedPath(const std::string& path);
 
 } // namespace kestavon

@@ -52,7 +52,8 @@ TEST(HostLayout, AnyOtherHomeFollowsTheBaseDirectories)
         ElementsAre(home / "Library/Mail", home / "Library/Messages", home / "Library/Safari",
             home / "Library/Calendars", home / "Library/AddressBook", home / ".thunderbird",
             home / ".config/mozilla", home / ".mozilla", home / ".local/share/evolution",
-            home / ".config", home / ".cache"));
+            home / ".config", home / ".cache", home.path()));
+    EXPECT_EQ(layout.settingsFolder, home / ".config/Kestavon");
 }
 
 TEST(HostLayout, TakesAbsoluteBaseDirectoriesOnly)
@@ -133,6 +134,33 @@ TEST(HostLayout, AddsTheDownloadFolderThatTheUserNamed)
         else
             EXPECT_EQ(folders.back(), added.starts_with('/') ? added : home / added) << row.line;
     }
+}
+
+TEST(HostLayout, InASandboxItsOwnSettingsAreNotTheUsers)
+{
+    const TemporaryFolder home;
+    const auto layout = makeHostLayout({.home = home.path(),
+        .xdgConfigHome = home / ".config",
+        .sandboxConfigHome = home / ".var/app/kestavon/config/"});
+    EXPECT_EQ(layout.configHome, home / ".config");
+    EXPECT_EQ(layout.settingsFolder, home / ".var/app/kestavon/config/Kestavon");
+    EXPECT_THAT(layout.fullDiskAccessProbes, testing::Not(testing::Contains(home.path())))
+        << "a sandbox shows an empty home of its own";
+}
+
+TEST(TypedPath, LeadsToTheSamePlaceInTheSpellingOfItsFolder)
+{
+    const TemporaryFolder folder;
+    folder.makeFolder("real/inner");
+    std::filesystem::create_directory_symlink("real/inner", folder / "link");
+    EXPECT_EQ(typedPath(folder / "real/./inner//"), folder / "real/inner");
+    EXPECT_EQ(typedPath(folder / "./link/."), folder / "link") << "a link keeps its name";
+    EXPECT_EQ(typedPath(folder / "link/../x"),
+        std::filesystem::canonical(folder.path()).native() + "/real/x");
+    EXPECT_EQ(typedPath("."), std::filesystem::current_path());
+    EXPECT_EQ(typedPath("/"), "/");
+    EXPECT_EQ(typedPath("/.."), "/");
+    EXPECT_EQ(typedPath(folder / "\xFF./..x"), folder / "\xFF./..x");
 }
 
 TEST(NormalisedPath, IsAbsoluteWithoutTrailingSlashes)

@@ -3,6 +3,7 @@
 #include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -102,7 +103,8 @@ std::string HostLayout::belowSystemRoot(const std::string& path) const
 HostEnvironment currentHostEnvironment()
 {
     // In a Flatpak the usual variables lead into the sandbox, and these to the user's own folders.
-    const std::string prefix = ::access("/.flatpak-info", F_OK) == 0 ? "HOST_XDG_" : "XDG_";
+    const bool isSandboxed = ::access("/.flatpak-info", F_OK) == 0;
+    const std::string prefix = isSandboxed ? "HOST_XDG_" : "XDG_";
     const auto baseFolderVariable
         = [&prefix](const char* name) { return environmentValue((prefix + name).c_str()); };
 
@@ -116,6 +118,9 @@ HostEnvironment currentHostEnvironment()
     environment.xdgConfigHome = baseFolderVariable("CONFIG_HOME");
     environment.xdgDataHome = baseFolderVariable("DATA_HOME");
     environment.xdgStateHome = baseFolderVariable("STATE_HOME");
+    if (isSandboxed)
+        environment.sandboxConfigHome
+            = baseFolder(environmentValue("XDG_CONFIG_HOME"), environment.home, ".config");
     return environment;
 }
 
@@ -141,6 +146,13 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
         for (const auto probe : nativeProbes)
             layout.fullDiskAccessProbes.push_back(below(layout.home, probe));
     }
+    // Outside a sandbox whoever can list the home may read all of it: nobody is asked for anything.
+    const bool isSandboxed = !environment.sandboxConfigHome.empty();
+    if (layout.kind == HomeKind::native && !isSandboxed)
+        layout.fullDiskAccessProbes.push_back(layout.home);
+    layout.settingsFolder
+        = below(isSandboxed ? normalisedPath(environment.sandboxConfigHome) : layout.configHome,
+            "Kestavon");
     layout.cacheMarkers = {"/Library/Caches/"};
     layout.downloadFolders = downloadFoldersOf(layout);
     for (const auto* place : excludedFromScans)
@@ -158,6 +170,19 @@ std::string normalisedPath(std::string path)
     while (path.size() > 1 && path.ends_with('/'))
         path.pop_back();
     return path;
+}
+
+std::string typedPath(const std::string& path)
+{
+    const std::filesystem::path typed = normalisedPath(path);
+    const bool goesUp = std::ranges::find(typed, "..") != typed.end();
+    std::error_code error;
+    if (goesUp) {
+        const auto onDisk = std::filesystem::weakly_canonical(typed, error);
+        if (!error)
+            return normalisedPath(onDisk.native());
+    }
+    return normalisedPath(typed.lexically_normal().native());
 }
 
 } // namespace kestavon

@@ -9,7 +9,7 @@ Platform systemPlatform(const HostEnvironment& environment)
     auto layout = makeHostLayout(environment);
     const auto protectedPlaces
         = std::make_shared<const ProtectedPlaces>(ProtectedPlaces::listsFor(layout));
-    auto settings = std::make_shared<FileSettings>(layout.configHome + "/Kestavon/settings.json");
+    auto settings = std::make_shared<FileSettings>(layout.settingsFolder + "/settings.json");
     auto clock = std::make_shared<SystemClock>();
     auto trash = makeSystemTrash(layout, *protectedPlaces, clock);
     return {.layout = std::move(layout),
