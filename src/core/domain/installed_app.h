@@ -11,23 +11,11 @@
 
 namespace kestavon {
 
-/// What kind of data an application left behind.
-enum class LeftoverKind { preferences, cache, appSupport, container, logs, savedState, other };
-
-template <> struct NamedCases<LeftoverKind> {
-    static constexpr std::array<NamedCase<LeftoverKind>, 7> table{{
-        {LeftoverKind::preferences, "Preferences"},
-        {LeftoverKind::cache, "Cache"},
-        {LeftoverKind::appSupport, "App Support"},
-        {LeftoverKind::container, "Container"},
-        {LeftoverKind::logs, "Logs"},
-        {LeftoverKind::savedState, "Saved State"},
-        {LeftoverKind::other, "Other"},
-    }};
-};
-
 /// A file or folder that belongs to an installed application but lies outside its bundle.
 struct LeftoverFile {
+    /// What kind of data it is.
+    enum class LeftoverKind { preferences, cache, appSupport, container, logs, savedState, other };
+
     Uuid id;
     std::string url; ///< absolute path
     std::int64_t size = 0; ///< bytes
@@ -35,6 +23,19 @@ struct LeftoverFile {
 
     friend bool operator==(const LeftoverFile&, const LeftoverFile&) = default;
     std::size_t hashValue() const { return hashFields(id, url, size, kind); }
+};
+
+template <> struct NamedCases<LeftoverFile::LeftoverKind> {
+    using enum LeftoverFile::LeftoverKind;
+    static constexpr std::array<NamedCase<LeftoverFile::LeftoverKind>, 7> table{{
+        {preferences, "Preferences"},
+        {cache, "Cache"},
+        {appSupport, "App Support"},
+        {container, "Container"},
+        {logs, "Logs"},
+        {savedState, "Saved State"},
+        {other, "Other"},
+    }};
 };
 
 /// An application found by the uninstaller.

@@ -42,7 +42,7 @@ TEST(Enumerations, ListTheirTextsInOrder)
         ElementsAre("App Caches", "System Logs", "Crash Reports", "Trash", "Developer Tools",
             "Orphaned Apps", "Old Downloads", "Xcode Artifacts", "iOS Backups", "Browser Caches",
             "Mail & Messages"));
-    EXPECT_THAT(rawValues<LeftoverKind>(),
+    EXPECT_THAT(rawValues<LeftoverFile::LeftoverKind>(),
         ElementsAre(
             "Preferences", "Cache", "App Support", "Container", "Logs", "Saved State", "Other"));
     EXPECT_THAT(rawValues<AppSection>(),
@@ -58,7 +58,7 @@ TEST(Enumerations, FindEachCaseByItsOwnText)
 {
     expectEveryCaseToBeFoundByItsOwnText<ThreatLevel>();
     expectEveryCaseToBeFoundByItsOwnText<JunkCategory>();
-    expectEveryCaseToBeFoundByItsOwnText<LeftoverKind>();
+    expectEveryCaseToBeFoundByItsOwnText<LeftoverFile::LeftoverKind>();
     expectEveryCaseToBeFoundByItsOwnText<AppSection>();
     expectEveryCaseToBeFoundByItsOwnText<PreviewSortOrder>();
 }

@@ -89,12 +89,13 @@ TEST(Records, AreEqualOnlyWhenEveryFieldIs)
             [](auto& event) { event.title = "detail"; },
             [](auto& event) { event.detail = "title"; },
         });
-    expectEveryFieldToCount<LeftoverFile>({Uuid::random(), "/a", 1, LeftoverKind::logs},
+    expectEveryFieldToCount<LeftoverFile>(
+        {Uuid::random(), "/a", 1, LeftoverFile::LeftoverKind::logs},
         {
             [](auto& file) { file.id = Uuid::random(); },
             [](auto& file) { file.url = "/b"; },
             [](auto& file) { file.size = 2; },
-            [](auto& file) { file.kind = LeftoverKind::cache; },
+            [](auto& file) { file.kind = LeftoverFile::LeftoverKind::cache; },
         });
 }
 
