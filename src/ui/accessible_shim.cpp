@@ -8,6 +8,9 @@
 #include <QtQuick/private/qaccessiblequickitem_p.h>
 #include <QtQuick/private/qquickitem_p.h>
 
+#include <algorithm>
+#include <functional>
+
 namespace kestavon {
 
 namespace {
@@ -22,6 +25,30 @@ public:
         if (const auto* shown = quickItem(); shown && !shown->isEnabled())
             state.disabled = true;
         return state;
+    }
+
+    void* interface_cast(QAccessible::InterfaceType type) override
+    {
+        // Quick leaves bars out, although it knows where their value is: in the item's properties.
+        const bool isBar = role() == QAccessible::ProgressBar && hasValue();
+        if (type == QAccessible::ValueInterface && isBar)
+            return static_cast<QAccessibleValueInterface*>(this);
+        return QAccessibleQuickItem::interface_cast(type);
+    }
+
+    QAccessibleInterface* child(int index) const override
+    {
+        if (!holdsRows())
+            return QAccessibleQuickItem::child(index);
+        const auto rows = rowsFromTheTop();
+        return index >= 0 && index < rows.size() ? rows[index] : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface* row) const override
+    {
+        if (!holdsRows())
+            return QAccessibleQuickItem::indexOfChild(row);
+        return static_cast<int>(rowsFromTheTop().indexOf(const_cast<QAccessibleInterface*>(row)));
     }
 
     QStringList actionNames() const override
@@ -51,6 +78,21 @@ public:
 
 private:
     QQuickItem* quickItem() const { return qobject_cast<QQuickItem*>(object()); }
+    bool hasValue() const { return object() && object()->property("value").isValid(); }
+    bool holdsRows() const { return role() == QAccessible::Table || role() == QAccessible::List; }
+    /// The items that show rows are used again for others as the rows are scrolled: their own order
+    /// says nothing.
+    QList<QAccessibleInterface*> rowsFromTheTop() const
+    {
+        QList<QAccessibleInterface*> rows;
+        for (int i = 0; i < childCount(); ++i)
+            rows.append(QAccessibleQuickItem::child(i));
+        std::ranges::stable_sort(rows, std::ranges::less(), [](const QAccessibleInterface* row) {
+            const auto* item = qobject_cast<QQuickItem*>(row->object());
+            return item ? item->y() : 0.0;
+        });
+        return rows;
+    }
     bool isButton() const { return object() && object()->inherits("QQuickAbstractButton"); }
 };
 

@@ -11,7 +11,7 @@ Rectangle {
     required property var badges
 
     width: 1080
-    height: 640
+    height: 730
     color: Theme.bg
     Component.onCompleted: {
         Theme.choice = themeChoice;
@@ -77,6 +77,10 @@ Rectangle {
         MemoryBar {
             width: parent.width
             memory: gallery.ui.memoryBar
+        }
+        FullDiskAccessBanner {
+            width: parent.width
+            shell: gallery.ui.shell
         }
         Row {
             spacing: 20

@@ -310,6 +310,25 @@ void drawComponents(const QString& theme, const QString& file)
         throw std::runtime_error("Cannot write " + file.toStdString());
 }
 
+/// Settings in a window of its own.
+void drawSettingsWindow(const QString& theme, const QString& file)
+{
+    TestWindow window;
+    window.machine.settings->setFlag("kv.fda.onboardingShown", true);
+    window.open({.theme = theme});
+    window.press(Qt::Key_Comma, Qt::ControlModifier);
+    QQuickWindow* settings = nullptr;
+    const auto isThere = [&] {
+        for (auto* candidate : QGuiApplication::topLevelWindows()) {
+            if (candidate->title() == QStringLiteral("Settings") && candidate->isExposed())
+                settings = qobject_cast<QQuickWindow*>(candidate);
+        }
+        return settings != nullptr;
+    };
+    if (!QTest::qWaitFor(isThere) || !settings->grabWindow().save(file))
+        throw std::runtime_error("Cannot draw " + file.toStdString());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -341,12 +360,17 @@ int main(int argc, char** argv)
             }
         }
     }
-    if (std::string_view("components").find(part) != std::string_view::npos) {
+    const auto drawOwn = [&](std::string_view name, auto drawIt) {
+        if (name.find(part) == std::string_view::npos)
+            return;
         for (const auto& theme : {QStringLiteral("light"), QStringLiteral("dark")}) {
-            drawComponents(theme, folder.filePath(QStringLiteral("components-%1.png").arg(theme)));
+            const auto file = QString::fromUtf8(name.data(), int(name.size())) + QLatin1Char('-');
+            drawIt(theme, folder.filePath(file + theme + QStringLiteral(".png")));
             ++drawn;
         }
-    }
+    };
+    drawOwn("components", drawComponents);
+    drawOwn("settings-window", drawSettingsWindow);
     std::printf("%d pictures in %s\n", drawn, argv[1]);
     return drawn == 0;
 }

@@ -69,6 +69,7 @@ SectionScreen {
                 }
             }
             StorageBar {
+                objectName: "diskBar"
                 width: parent.width
                 disk: screen.ui.diskBar
             }

@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Kestavon.Ui
 
-/// The main window: sidebar, toolbar and the shown section's screen. What is seldom needed is
-/// loaded when it is.
+/// The main window and what it opens beside itself, which is loaded when it is needed.
 T.ApplicationWindow {
     id: window
 
@@ -60,7 +59,7 @@ T.ApplicationWindow {
     onFrameSwapped: {
         if (hasAppeared)
             return;
-        detail.begin();
+        content.begin();
         hasAppeared = true;
         ui.onboarding.windowAppeared();
     }
@@ -73,52 +72,11 @@ T.ApplicationWindow {
             hasAppeared = false;
     }
 
-    Sidebar {
-        id: sidebar
-        height: parent.height
+    ContentView {
+        id: content
+        anchors.fill: parent
         ui: window.ui
-    }
-    Toolbar {
-        id: toolbar
-        anchors.left: sidebar.right
-        anchors.right: parent.right
-        shell: window.ui.shell
-    }
-    DetailArea {
-        id: detail
-        anchors.left: sidebar.right
-        anchors.right: parent.right
-        anchors.top: toolbar.bottom
-        anchors.bottom: noticeBar.top
-        ui: window.ui
-    }
-    NoticeBar {
-        id: noticeBar
-        objectName: "noticeBar"
-        anchors.left: sidebar.right
-        anchors.right: parent.right
-        anchors.bottom: parent.bottom
-        notice: window.ui.notice
-    }
-    MainShortcuts {
-        shell: window.ui.shell
-        notice: window.ui.notice
-        onFilterRequested: detail.focusFilter()
         onSettingsRequested: window.showSettingsWindow()
-    }
-
-    Loader {
-        id: onboardingSheet
-        active: false
-        source: "OnboardingSheet.qml"
-        onLoaded: (item as OnboardingSheet).onboarding = window.ui.onboarding
-    }
-    Connections {
-        target: window.ui.onboarding
-        function onIsPresentedChanged() {
-            if (window.ui.onboarding.isPresented)
-                onboardingSheet.active = true;
-        }
     }
 
     Loader {

@@ -17,6 +17,7 @@ Item {
     }
     Shortcut {
         sequences: ["F5", "Ctrl+R"]
+        enabled: !shortcuts.shell.isScanning
         onActivated: shortcuts.shell.scan()
     }
     Shortcut {

@@ -86,7 +86,7 @@ T.AbstractButton {
                 border.width: 1
                 border.color: Theme.border
             }
-            contentItem: StatusMenu {
+            contentItem: MenuBarStatusView {
                 ui: statusItem.ui
                 focus: true
                 onDone: popup.close()

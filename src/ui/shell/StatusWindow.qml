@@ -40,7 +40,7 @@ Window {
         width: parent.width - 2
         focus: true
         active: window.ui !== null
-        sourceComponent: StatusMenu {
+        sourceComponent: MenuBarStatusView {
             ui: window.ui
             focus: true
             onDone: window.close()

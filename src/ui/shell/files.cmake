@@ -11,19 +11,20 @@ list(APPEND ui_state_sources
     shell/window_folder_picker.cpp shell/window_folder_picker.h)
 list(APPEND ui_module_sources shell/shell_types.h)
 list(APPEND ui_qml_files
+    shell/ContentView.qml
     shell/DetailArea.qml
+    shell/FDAOnboardingSheet.qml
     shell/FolderPickerDialog.qml
     shell/FullDiskAccessBanner.qml
     shell/Main.qml
     shell/MainShortcuts.qml
-    shell/OnboardingSheet.qml
+    shell/MenuBarStatusView.qml
     shell/SectionScreen.qml
     shell/SettingsView.qml
     shell/SettingsWindow.qml
     shell/Sidebar.qml
     shell/SidebarRow.qml
     shell/StatusItem.qml
-    shell/StatusMenu.qml
     shell/StatusWindow.qml
     shell/Toolbar.qml
     shell/UnbuiltScreen.qml)

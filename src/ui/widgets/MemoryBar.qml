@@ -7,6 +7,11 @@ Card {
 
     required property MemoryBarState memory
 
+    /// In use, of the whole, in percent; for screen readers.
+    readonly property real value: Math.round((memory.wiredShare + memory.activeShare + memory.inactiveShare) * 100)
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 100
+
     implicitHeight: 104
     Accessible.role: Accessible.ProgressBar
     Accessible.name: "Memory Pressure"

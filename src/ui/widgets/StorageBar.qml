@@ -7,6 +7,11 @@ Card {
 
     required property DiskBarState disk
 
+    /// Of the whole, in percent; for screen readers.
+    readonly property real value: Math.round(disk.fill * 100)
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 100
+
     implicitHeight: 104
     Accessible.role: Accessible.ProgressBar
     Accessible.name: "Disk Usage"

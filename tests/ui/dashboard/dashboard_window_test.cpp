@@ -3,6 +3,8 @@
 #include "support/records.h"
 #include "ui/support/window_test.h"
 
+#include <QAccessible>
+
 #include <gmock/gmock.h>
 
 namespace kestavon {
@@ -85,6 +87,16 @@ TEST_F(DashboardWindow, DrawsEveryPhaseOfTheScan)
     scanner->failWith("The disk is gone.");
     ASSERT_TRUE(processEventsUntil([&] { return !model->scanPhase().isScanning(); }));
     EXPECT_TRUE(panelGrowsTo(62));
+}
+
+TEST_F(DashboardWindow, TellsAScreenReaderHowFullTheDiskIs)
+{
+    machine.volumes->fallback = VolumeCapacity{1000, 250};
+    model->refreshDiskSpace();
+    auto* bar = QAccessible::queryAccessibleInterface(&need("diskBar"));
+    ASSERT_TRUE(bar && bar->valueInterface());
+    EXPECT_EQ(bar->valueInterface()->currentValue().toDouble(), 75);
+    EXPECT_EQ(bar->valueInterface()->maximumValue().toDouble(), 100);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "support/event_loop.h"
 #include "ui/support/window_test.h"
 
+#include <QQmlComponent>
 #include <QTest>
 
 namespace kestavon::test {
@@ -54,6 +55,8 @@ TEST_F(ShellWindowTest, TheToolbarStartsAndStopsTheScan)
     click(QStringLiteral("Scan"));
     EXPECT_EQ(scanner->waitForScans(1), std::vector<std::string>{"/home/alice"});
     EXPECT_FALSE(shown(QStringLiteral("Scan")));
+    press(Qt::Key_F5);
+    EXPECT_EQ(scanner->waitForScans(1).size(), 1U) << "the key must not throw a running scan away";
     click(QStringLiteral("Stop"));
     EXPECT_EQ(model->scanPhase(), ScanPhase::idle());
 
@@ -131,6 +134,27 @@ TEST_F(ShellWindowTest, SettingsTellTheVersionAndLeadOut)
     waitFor(QStringLiteral("OK"));
     press(Qt::Key_Escape);
     waitUntilGone(QStringLiteral("OK"));
+}
+
+TEST_F(ShellWindowTest, TheAccessBannerLeadsToTheSwitchAndLooksAgain)
+{
+    open();
+    QQmlComponent component(engine.get());
+    component.setData("import Kestavon.Ui\nFullDiskAccessBanner { property int rechecks: 0\n"
+                      "onRecheck: ++rechecks; width: 900 }",
+        QUrl());
+    const std::unique_ptr<QObject> banner(component.createWithInitialProperties(
+        {{QStringLiteral("shell"), QVariant::fromValue(states->shell())}}));
+    auto* item = qobject_cast<QQuickItem*>(banner.get());
+    ASSERT_TRUE(item) << component.errorString().toStdString();
+    item->setParentItem(window->contentItem());
+
+    click(QStringLiteral("Re-check"));
+    EXPECT_EQ(banner->property("rechecks").toInt(), 1);
+    click(QStringLiteral("Open System Settings"));
+    EXPECT_TRUE(processEventsUntil([this] { return !machine.workspace->opened().empty(); }));
+    EXPECT_THAT(
+        machine.workspace->opened(), testing::ElementsAre(testing::HasSubstr("Privacy_AllFiles")));
 }
 
 TEST_F(ShellWindowTest, SettingsOpenInAWindowOfTheirOwn)

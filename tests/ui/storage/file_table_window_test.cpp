@@ -3,7 +3,10 @@
 #include "support/records.h"
 #include "ui/support/window_test.h"
 
+#include <QAccessible>
 #include <QTest>
+
+#include <algorithm>
 
 #include <gmock/gmock.h>
 
@@ -291,6 +294,26 @@ TEST_F(StorageWindow, ShowsTheHundredLargestFilesOnTheirOwnScreen)
     clickRow(0);
     EXPECT_EQ(barText(), "1 selected · 1 MB");
     EXPECT_EQ(rows().selectedCount(), 0) << "each screen has a selection of its own";
+}
+
+TEST_F(StorageWindow, ReadsItsRowsFromTheTopDownWhereverItIsScrolled)
+{
+    scanThousandFiles();
+    auto* table = QAccessible::queryAccessibleInterface(&need("tableBody"));
+    ASSERT_TRUE(table);
+    for (const int row : {0, 5, 31, 999}) {
+        QMetaObject::invokeMethod(&need("fileTable"), "ensureVisible", Q_ARG(int, row));
+        processEvents();
+        std::vector<double> tops;
+        for (int i = 0; i < table->childCount(); ++i) {
+            tops.push_back(qobject_cast<QQuickItem*>(table->child(i)->object())->y());
+            EXPECT_EQ(table->indexOfChild(table->child(i)), i);
+        }
+        EXPECT_GT(tops.size(), 10U);
+        EXPECT_TRUE(std::ranges::is_sorted(tops)) << "with row " << row << " in view";
+    }
+    EXPECT_EQ(table->child(-1), nullptr);
+    EXPECT_EQ(table->child(table->childCount()), nullptr);
 }
 
 } // namespace

@@ -34,6 +34,9 @@ FocusScope {
         required property string freeText
         required property real fraction
         required property string colorName
+        readonly property real value: Math.round(fraction * 100)
+        readonly property real minimumValue: 0
+        readonly property real maximumValue: 100
         width: parent.width
         height: 61
         Accessible.role: Accessible.ProgressBar
