@@ -157,9 +157,10 @@ void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
                     offerUndo({.action = ActionKind::safeArea,
                         .count = static_cast<std::int64_t>(held.size()),
                         .held = held,
-                        .relist = [this, cut](const Missing& missing, Relisted then) {
-                            cut ? relistCandidates(cut, missing, std::move(then)) : then(false);
-                        },
+                        .relist =
+                            [this, cut](const Missing& missing, Relisted then) {
+                                cut ? relistCandidates(cut, missing, std::move(then)) : then(false);
+                            },
                         .isOfStorageScan = true});
                     report(finished, {});
                 });
