@@ -11,7 +11,7 @@ Rectangle {
     required property var badges
 
     width: 1080
-    height: 730
+    height: 640
     color: Theme.bg
     Component.onCompleted: {
         Theme.choice = themeChoice;

@@ -54,7 +54,34 @@ T.Control {
         weight: 700
         font.letterSpacing: -0.1
     }
+    Rectangle {
+        id: mark
+        readonly property SidebarRow row: rows.count > sidebar.shell.row ? rows.itemAt(sidebar.shell.row) as SidebarRow
+                                                                         : null
+        x: 10
+        y: row ? sections.y + row.y + row.groupHeight : 0
+        visible: row !== null
+        width: parent.width - 21
+        height: 32
+        radius: 8
+        color: Theme.selectedSide
+        border.width: 1
+        border.color: Theme.selectedSideLine
+        Rectangle {
+            x: 4
+            y: 9
+            width: 3
+            height: 14
+            radius: 1.5
+            color: Theme.accent
+        }
+        FocusRing {
+            visible: sidebar.visualFocus
+            gap: -2
+        }
+    }
     Column {
+        id: sections
         y: 52
         width: parent.width
         Repeater {
@@ -63,7 +90,6 @@ T.Control {
             SidebarRow {
                 width: sidebar.width
                 listFocused: sidebar.activeFocus
-                keyboardFocus: sidebar.visualFocus
                 onActivated: {
                     sidebar.forceActiveFocus(Qt.MouseFocusReason);
                     sidebar.shell.showRow(index);

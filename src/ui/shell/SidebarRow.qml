@@ -1,7 +1,9 @@
 import QtQuick
 import Kestavon.Ui
 
-/// One section in the sidebar, with the title of its group above the group's first.
+/// One section in the sidebar, with the title of its group above the group's first. The sidebar
+/// draws what marks the selected one. What few rows have is made for those only: there is a row for
+/// every section before the window's first frame.
 Item {
     id: row
 
@@ -13,9 +15,8 @@ Item {
     required property string badgeColor
     required property bool selected
     required property string accessibleName
-    /// The list has the keyboard, and whether it was used.
+    /// The list has the keyboard.
     property bool listFocused: false
-    property bool keyboardFocus: false
 
     signal activated
 
@@ -23,13 +24,15 @@ Item {
 
     implicitHeight: groupHeight + 33
 
-    AppText {
+    Loader {
         x: 20
         y: row.groupHeight - 19
-        visible: row.group !== ""
-        text: row.group
-        role: AppText.Role.Micro
-        color: Theme.text3
+        active: row.group !== ""
+        sourceComponent: AppText {
+            text: row.group
+            role: AppText.Role.Micro
+            color: Theme.text3
+        }
     }
     Item {
         x: 10
@@ -44,30 +47,15 @@ Item {
         Accessible.focused: row.selected && row.listFocused
         Accessible.onPressAction: row.activated()
 
-        HoverFill {
+        Loader {
+            readonly property bool hovered: pointer.containsMouse
             anchors.fill: parent
-            hovered: pointer.containsMouse && !row.selected
-            pressed: pointer.pressed && !row.selected
-        }
-        Rectangle {
-            anchors.fill: parent
-            visible: row.selected
-            radius: 8
-            color: Theme.selectedSide
-            border.width: 1
-            border.color: Theme.selectedSideLine
-            Rectangle {
-                x: 4
-                y: 9
-                width: 3
-                height: 14
-                radius: 1.5
-                color: Theme.accent
+            active: false
+            onHoveredChanged: active = true
+            sourceComponent: HoverFill {
+                hovered: pointer.containsMouse && !row.selected
+                pressed: pointer.pressed && !row.selected
             }
-        }
-        FocusRing {
-            visible: row.selected && row.keyboardFocus
-            gap: -2
         }
         SymbolIcon {
             x: 12
@@ -84,23 +72,25 @@ Item {
             weight: row.selected ? 600 : 500
             Accessible.ignored: true
         }
-        Rectangle {
+        Loader {
             anchors.right: parent.right
             anchors.rightMargin: 10
             anchors.verticalCenter: parent.verticalCenter
-            visible: row.badge !== ""
-            width: Math.max(22, Math.ceil(count.implicitWidth) + 12)
-            height: 18
-            radius: 9
-            color: Theme.tint(Theme.graphic(row.badgeColor), 0.15)
-            AppText {
-                id: count
-                anchors.centerIn: parent
-                text: row.badge
-                role: AppText.Role.Micro
-                weight: 700
-                color: Theme.ink(row.badgeColor)
-                Accessible.ignored: true
+            active: row.badge !== ""
+            sourceComponent: Rectangle {
+                implicitWidth: Math.max(22, Math.ceil(count.implicitWidth) + 12)
+                implicitHeight: 18
+                radius: 9
+                color: Theme.tint(Theme.graphic(row.badgeColor), 0.15)
+                AppText {
+                    id: count
+                    anchors.centerIn: parent
+                    text: row.badge
+                    role: AppText.Role.Micro
+                    weight: 700
+                    color: Theme.ink(row.badgeColor)
+                    Accessible.ignored: true
+                }
             }
         }
         MouseArea {

@@ -8,14 +8,14 @@ Text {
 
     property int role: AppText.Role.Body
     property bool display: role <= AppText.Role.SheetTitle
-    property int weight: [700, 700, 700, 600, 600, 600, 600, 400, 400, 600][role]
+    property int weight: Theme.textWeights[role]
 
     color: Theme.text
     font.family: display ? Theme.displayFamily : Theme.family
-    font.pixelSize: [28, 26, 20, 17, 15, 14, 13, 13, 12, 11][role]
+    font.pixelSize: Theme.textSizes[role]
     font.weight: weight
-    font.letterSpacing: [-0.35, -0.3, -0.2, 0, 0, 0, 0, 0, 0, 0][role]
-    lineHeight: [34, 32, 26, 24, 20, 20, 18, 18, 16, 14][role]
+    font.letterSpacing: Theme.textSpacings[role]
+    lineHeight: Theme.textLineHeights[role]
     lineHeightMode: Text.FixedHeight
     verticalAlignment: Text.AlignVCenter
     renderType: Text.NativeRendering

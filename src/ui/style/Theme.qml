@@ -95,6 +95,12 @@ QtObject {
     readonly property string family: "Inter Tabular"
     readonly property string displayFamily: "Inter Display Tabular"
 
+    // By AppText's roles.
+    readonly property list<int> textWeights: [700, 700, 700, 600, 600, 600, 600, 400, 400, 600]
+    readonly property list<int> textSizes: [28, 26, 20, 17, 15, 14, 13, 13, 12, 11]
+    readonly property list<real> textSpacings: [-0.35, -0.3, -0.2, 0, 0, 0, 0, 0, 0, 0]
+    readonly property list<int> textLineHeights: [34, 32, 26, 24, 20, 20, 18, 18, 16, 14]
+
     readonly property int hoverTime: time(90)
     readonly property int sheetInTime: time(160)
     readonly property int sheetOutTime: time(110)
