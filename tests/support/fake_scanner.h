@@ -43,6 +43,8 @@ public:
     /// Blocks until `count` scans have begun, and returns the roots of all begun so far.
     std::vector<std::string> waitForScans(std::size_t count) { return m_runs.waitFor(count); }
 
+    std::size_t scansBegun() const { return m_runs.begun(); }
+
     /// A scan that does not hear its token, like one stuck in a read.
     bool ignoresStop = false;
 

@@ -53,6 +53,13 @@ public:
         return m_begun;
     }
 
+    /// How many runs have begun so far.
+    std::size_t begun() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_begun.size();
+    }
+
 private:
     void endWith(std::function<Result()> ending)
     {
@@ -61,7 +68,7 @@ private:
         m_changed.notify_all();
     }
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::condition_variable_any m_changed;
     std::deque<std::function<Result()>> m_endings; // guarded by m_mutex
     std::vector<Begun> m_begun; // guarded by m_mutex

@@ -4,6 +4,8 @@
 #include "support/fake_platform.h"
 #include "support/fake_scanner.h"
 
+#include <thread>
+
 #include <gmock/gmock.h>
 
 namespace kestavon {
@@ -280,6 +282,17 @@ TEST_F(AppModelScan, ALateAnswerForAnotherFolderChangesNothing)
     hung.unlock();
     ASSERT_TRUE(test::processEventsUntil([&] { return !totals.empty(); }));
     EXPECT_THAT(totals, ElementsAre(1000));
+}
+
+TEST_F(AppModelScan, ALargeListLeavesBeforeTheNextScanBegins)
+{
+    finishScan(std::vector<FileRecord>(100'000, file("/home/alice/file", 1)));
+    auto shown = model->records(); // by a view that has not noticed yet
+    model->startStorageScan();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(scanner->scansBegun(), 1U);
+    shown.reset();
+    EXPECT_EQ(scanner->waitForScans(2).size(), 2U);
 }
 
 } // namespace
