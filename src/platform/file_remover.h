@@ -1,7 +1,9 @@
 #pragma once
 
+#include "core/domain/file_identity.h"
 #include "platform/file_error.h"
 
+#include <functional>
 #include <stop_token>
 #include <string>
 
@@ -23,12 +25,22 @@ public:
     /// followed, and volumes mounted inside are not entered. An entry that cannot be deleted does
     /// not stop the others: the first such failure is what comes back in the end.
     virtual FileResult<Done> remove(const std::string& path, const RemoveOptions& options = {}) = 0;
+
+    /// Deletes the regular file at `path`, but only the very one that `expected` describes: neither
+    /// what has taken its place nor what it has become. `mayGo` is asked at the last moment, when
+    /// the file already lies under a name of its own beside its place and can still come back. When
+    /// either says no, the file stays and the error is `Kind::changed`.
+    virtual FileResult<Done> removeFileIf(const std::string& path, const FileIdentity& expected,
+        const std::function<bool()>& mayGo, const RemoveOptions& options = {})
+        = 0;
 };
 
 /// Deletes on this machine's file systems.
 class SystemFileRemover final : public FileRemover {
 public:
     FileResult<Done> remove(const std::string& path, const RemoveOptions& options = {}) override;
+    FileResult<Done> removeFileIf(const std::string& path, const FileIdentity& expected,
+        const std::function<bool()>& mayGo, const RemoveOptions& options = {}) override;
 };
 
 } // namespace kestavon

@@ -13,6 +13,7 @@ target_sources(kestavon_platform PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/item_place.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/metadata.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/move_item.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/removal/remove_file.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/remove_tree.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/rename_item.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/tree_copy.cpp

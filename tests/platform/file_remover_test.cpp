@@ -3,6 +3,10 @@
 #include "support/tree_picture.h"
 
 #include <filesystem>
+#include <fstream>
+#include <functional>
+#include <new>
+#include <set>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -149,6 +153,93 @@ TEST(FileRemoverTests, StopsWhenAsked)
     ASSERT_FALSE(removed);
     EXPECT_EQ(removed.error().kind, Kind::cancelled);
     EXPECT_TRUE(isThere(home / "tree/file"));
+}
+
+/// A file that was looked at and is to be deleted, if it still is that one.
+class OneFileRemoval : public testing::Test {
+protected:
+    FileIdentity identityOf(const std::string& name) const
+    {
+        struct stat status { };
+        ::lstat((home / name).c_str(), &status);
+        const auto nanoseconds
+            = [](const timespec& time) { return time.tv_sec * 1'000'000'000 + time.tv_nsec; };
+        return {.device = status.st_dev,
+            .inode = status.st_ino,
+            .size = status.st_size,
+            .modifiedAt = nanoseconds(status.st_mtim),
+            .changedAt = nanoseconds(status.st_ctim)};
+    }
+
+    std::set<std::string> names() const
+    {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(home.path()))
+            names.insert(entry.path().filename());
+        return names;
+    }
+
+    using Names = std::set<std::string>;
+    const test::TemporaryTree home;
+    SystemFileRemover remover;
+};
+
+TEST_F(OneFileRemoval, DeletesItWhenItMayGo)
+{
+    home.writeFile("file", "content");
+    bool wasAway = false;
+    const auto mayGo = [&] {
+        wasAway = !isThere(home / "file");
+        return true;
+    };
+    EXPECT_TRUE(remover.removeFileIf(home / "file", identityOf("file"), mayGo));
+    EXPECT_TRUE(wasAway);
+    EXPECT_EQ(names(), Names());
+}
+
+TEST_F(OneFileRemoval, GivesItsNameBackWhenItMayNot)
+{
+    home.writeFile("file.txt", "content");
+    auto known = identityOf("file.txt");
+    EXPECT_EQ(remover.removeFileIf(home / "file.txt", known, [] { return false; }).error().kind,
+        Kind::changed);
+    known = identityOf("file.txt");
+    EXPECT_FALSE(
+        remover.removeFileIf(home / "file.txt", known, []() -> bool { throw std::bad_alloc(); }));
+    EXPECT_EQ(names(), Names{"file.txt"});
+    // Somebody wants the name just then: neither of the two is lost.
+    known = identityOf("file.txt");
+    EXPECT_FALSE(remover.removeFileIf(home / "file.txt", known, [this] {
+        home.writeFile("file.txt", "new");
+        return false;
+    }));
+    EXPECT_EQ(home.readFile("file.txt"), "new");
+    EXPECT_EQ(home.readFile("file 2.txt"), "content");
+    EXPECT_EQ(names(), (Names{"file.txt", "file 2.txt"}));
+}
+
+TEST_F(OneFileRemoval, NeverDeletesWhatHasTakenItsPlace)
+{
+    struct {
+        const char* what;
+        std::function<void()> replace;
+    } const rows[] = {
+        {"another file", [this] { home.writeFile("file", "CONTENT"); }},
+        {"the same, written to", [this] { fs::rename(home / "beside", home / "file"); }},
+        {"a folder", [this] { home.writeFile("file/precious"); }},
+        {"a link", [this] { home.link("file", "beside"); }},
+    };
+    for (const auto& row : rows) {
+        home.writeFile("file", "content");
+        const auto known = identityOf("file");
+        fs::rename(home / "file", home / "beside");
+        std::ofstream(home / "beside") << "CONTENT";
+        row.replace();
+        const auto before = names();
+        EXPECT_FALSE(remover.removeFileIf(home / "file", known, [] { return true; })) << row.what;
+        EXPECT_EQ(names(), before) << row.what;
+        fs::remove_all(home / "file");
+    }
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "core/domain/removal_guard.h"
 #include "platform/linux/removal/item_place.h"
+#include "platform/linux/removal/remove_file.h"
 #include "platform/linux/removal/remove_tree.h"
 
 namespace kestavon {
@@ -14,6 +15,18 @@ FileResult<Done> SystemFileRemover::remove(const std::string& path, const Remove
     const auto failure = removeTree(place->folder.get(), place->name, {.stop = options.stop});
     if (failure.error != 0)
         return removalError(fileErrorKind(failure.error), failure.name);
+    return Done{};
+}
+
+FileResult<Done> SystemFileRemover::removeFileIf(const std::string& path,
+    const FileIdentity& expected, const std::function<bool()>& mayGo, const RemoveOptions& options)
+{
+    const auto place = openItemPlace(path, options.noLinksBelow);
+    const int error = place
+        ? kestavon::removeFileIf(place->folder.get(), place->name, expected, mayGo)
+        : place.error();
+    if (error != 0)
+        return removalError(fileErrorKind(error), lastComponent(path));
     return Done{};
 }
 
