@@ -5,15 +5,28 @@
 #include "duplicates/sha256_hex.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <span>
+#include <tuple>
 #include <vector>
 
-#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kestavon {
 
 namespace {
+
+/// Whether both may be one file. A file system that shows another's files - a union of folders, a
+/// share of this machine - gives them a device and numbers of its own, but the times are the
+/// file's. Nobody can choose the time of change, so that two files hardly ever agree in it.
+bool mayBeOneFile(const FileIdentity& a, const FileIdentity& b)
+{
+    return a.isSameFileAs(b)
+        || (a.device != b.device && a.size == b.size && a.modifiedAt == b.modifiedAt
+            && a.changedAt == b.changedAt);
+}
 
 bool holdsContent(const OpenedFile& opened, const KnownFile& known, const Sha256Digest& digest,
     const std::stop_token& stop)
@@ -30,49 +43,67 @@ bool holdsContent(const OpenedFile& opened, const KnownFile& known, const Sha256
 bool haveEqualContents(const OpenedFile& a, const OpenedFile& b, const std::stop_token& stop)
 {
     constexpr std::size_t pieceBytes = 256 * 1024;
-    if (a.identity.size != b.identity.size)
+    const auto size = a.identity.size;
+    if (size != b.identity.size)
         return false;
     std::vector<char> ofA(pieceBytes);
     std::vector<char> ofB(pieceBytes);
-    for (std::int64_t offset = 0; offset < a.identity.size;) {
-        const auto length = std::min<std::int64_t>(
-            static_cast<std::int64_t>(pieceBytes), a.identity.size - offset);
-        const auto count = static_cast<std::size_t>(length);
+    for (std::int64_t offset = 0; offset < size;) {
+        const auto count = static_cast<std::size_t>(
+            std::min<std::int64_t>(static_cast<std::int64_t>(pieceBytes), size - offset));
         if (stop.stop_requested()
             || readPiece(a.file.get(), offset, std::span(ofA).first(count)) != ReadResult::complete
             || readPiece(b.file.get(), offset, std::span(ofB).first(count)) != ReadResult::complete
             || std::memcmp(ofA.data(), ofB.data(), count) != 0)
             return false;
-        offset += length;
+        offset += static_cast<std::int64_t>(count);
     }
-    return true;
+    return endsAt(a.file.get(), size) && endsAt(b.file.get(), size);
 }
 
-/// Whether the path still leads to the file that was opened by it, and nobody wrote to it since.
-bool isStillAt(const std::string& path, const OpenedFile& opened)
+/// Whether the file will be there after a power cut, having been waited for if need be.
+bool isOnDisk(const std::string& path, const OpenedFile& opened)
 {
-    struct stat status { };
-    return ::lstat(path.c_str(), &status) == 0 && identityOf(status) == opened.identity;
+    // Changes reach the disk within a minute or so; asking for it takes a disk longer than all else
+    // that a small file needs.
+    constexpr auto certainly = std::chrono::hours(1);
+    const auto age = std::chrono::system_clock::now().time_since_epoch()
+        - std::chrono::nanoseconds(opened.identity.changedAt);
+    if (age > certainly)
+        return true;
+    // The folder may be new too. One that cannot be opened holds the name all the same.
+    const auto slash = path.rfind('/');
+    if (auto folder = openFolderToWriteOut(path.substr(0, std::max<std::size_t>(slash, 1))))
+        std::ignore = ::fsync(folder.get());
+    return ::fsync(opened.file.get()) == 0 || errno == EINVAL || errno == EROFS;
 }
 
 } // namespace
 
-FileResult<Done> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
+FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
     const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop)
 {
     const auto changed = removalError(FileError::Kind::changed, lastComponent(copy.path));
     const auto openedKept = openRegularFile(kept.path);
     const auto openedCopy = openRegularFile(copy.path);
-    if (!openedKept || !openedCopy || openedKept->identity.isSameFileAs(openedCopy->identity)
+    if (!openedKept || !openedCopy || mayBeOneFile(openedKept->identity, openedCopy->identity)
         || !holdsContent(*openedKept, kept, digest, stop))
         return changed;
     const bool isCopy = proof == CopyProof::content
-        ? haveEqualContents(*openedKept, *openedCopy, stop)
+        ? haveEqualContents(*openedKept, *openedCopy, stop) && isOnDisk(kept.path, *openedKept)
         : holdsContent(*openedCopy, copy, digest, stop);
+    SpareCopy spare{.kept = {.path = kept.path, .identity = openedKept->identity},
+        .copy = {.path = copy.path, .identity = openedCopy->identity}};
     // Looked at once more: reading may have taken long.
-    if (!isCopy || !isStillAt(kept.path, *openedKept) || !isStillAt(copy.path, *openedCopy))
+    if (!isCopy || !isUntouched(spare.kept) || !isUntouched(spare.copy))
         return changed;
-    return Done{};
+    return spare;
+}
+
+bool isUntouched(const KnownFile& file)
+{
+    const auto opened = openRegularFile(file.path);
+    return opened && lookAgain(opened->file.get()) == file.identity;
 }
 
 } // namespace kestavon

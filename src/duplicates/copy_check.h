@@ -21,11 +21,23 @@ enum class CopyProof {
     content, ///< both files are read again, side by side
 };
 
-/// Whether the file at `copy` can go without anything being lost: it is a regular file with the
-/// content of this digest, and `kept` is another one. When not, the error says that one of the two
-/// is gone or changed; two names of one file count as such. With `CopyProof::identity`, only what
-/// changed since the search is read. Any thread but the main one.
-FileResult<Done> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
+/// A copy that can go and the file that stays for it, as they were when they were compared.
+struct SpareCopy {
+    KnownFile kept;
+    KnownFile copy;
+};
+
+/// Gives the two as they are now if the file at `copy` can go without anything being lost: it is a
+/// regular file with the content of this digest, and `kept` is another one. When not, the error
+/// says that one of the two is gone or changed; two names of one file count as such, also when they
+/// lead there through different file systems. With `CopyProof::identity`, only what changed since
+/// the search is read; with `CopyProof::content` both are, and `kept` is on the disk afterwards,
+/// not only in memory. Any thread but the main one.
+FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
     const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop = {});
+
+/// Whether the file can be opened by its path and is what it was when it was last looked at. Asks
+/// its file system anew, whatever is remembered here.
+bool isUntouched(const KnownFile& file);
 
 } // namespace kestavon

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
@@ -72,9 +73,30 @@ std::optional<FileIdentity> lookAtRegularFile(int folder, const char* name)
     return identityOf(status);
 }
 
+std::optional<FileIdentity> lookAgain(int file)
+{
+    struct statx status { };
+    if (::statx(file, "", AT_EMPTY_PATH | AT_STATX_FORCE_SYNC, STATX_BASIC_STATS, &status) != 0
+        || !S_ISREG(status.stx_mode))
+        return std::nullopt;
+    const auto time = [](const statx_timestamp& stamp) {
+        return nanoseconds({.tv_sec = stamp.tv_sec, .tv_nsec = stamp.tv_nsec});
+    };
+    return FileIdentity{.device = makedev(status.stx_dev_major, status.stx_dev_minor),
+        .inode = status.stx_ino,
+        .size = static_cast<std::int64_t>(status.stx_size),
+        .modifiedAt = time(status.stx_mtime),
+        .changedAt = time(status.stx_ctime)};
+}
+
 FileDescriptor openFolderToLookAt(const std::string& path)
 {
     return FileDescriptor(openPath(path, lookingFlags));
+}
+
+FileDescriptor openFolderToWriteOut(const std::string& path)
+{
+    return FileDescriptor(openPath(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
 ReadResult readPiece(int file, std::int64_t offset, std::span<char> into)
@@ -89,6 +111,12 @@ ReadResult readPiece(int file, std::int64_t offset, std::span<char> into)
         offset += count;
     }
     return ReadResult::complete;
+}
+
+bool endsAt(int file, std::int64_t size)
+{
+    char byte = 0;
+    return readPiece(file, size, {&byte, 1}) == ReadResult::shorter;
 }
 
 std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> into)

@@ -30,8 +30,14 @@ Result<OpenedFile, int> openRegularFile(const std::string& path);
 /// file.
 std::optional<FileIdentity> lookAtRegularFile(int folder, const char* name);
 
+/// Looks at an open file. Its file system is asked, even one on another machine whose last answer
+/// is remembered here.
+std::optional<FileIdentity> lookAgain(int file);
+
 /// Opens the folder at an absolute path of any length, to look at its entries.
 FileDescriptor openFolderToLookAt(const std::string& path);
+/// The same, to write it out to the disk.
+FileDescriptor openFolderToWriteOut(const std::string& path);
 
 /// How reading a piece of a file went.
 enum class ReadResult {
@@ -42,6 +48,9 @@ enum class ReadResult {
 
 /// Reads exactly the piece of the file that begins at `offset` and is as long as `into`.
 ReadResult readPiece(int file, std::int64_t offset, std::span<char> into);
+
+/// Whether the file has no byte at `size` or behind it, whatever length it claims.
+bool endsAt(int file, std::int64_t size);
 
 /// The number of the piece's first bytes that lie in memory, after reading those.
 std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> into);

@@ -4,10 +4,17 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <optional>
+#include <thread>
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace kestavon {
 namespace {
@@ -121,6 +128,79 @@ TEST_F(CopyCheck, AnEditThatNoDateShowsIsSeenWhenTheContentIsAsked)
     tree.writeFile("copy", other);
     copy.identity = sha256OfFile(copy.path)->identity; // the clock did not tick between the two
     EXPECT_FALSE(isSpare(CopyProof::content));
+}
+
+TEST_F(CopyCheck, FilesAtPathsThatNoCallTakesAreChecked)
+{
+    // Written by way of the working folder: no path leads there.
+    const std::string name(200, 'n');
+    tree.chain(name, 30);
+    auto bottom = tree.path();
+    const auto workingFolder = fs::current_path();
+    fs::current_path(tree.path());
+    for (int i = 0; i < 30; ++i) {
+        fs::current_path(name);
+        bottom += '/' + name;
+    }
+    std::ofstream("copy") << content;
+    fs::current_path(workingFolder);
+    copy = {.path = bottom + "/copy", .identity = sha256OfFile(bottom + "/copy")->identity};
+    EXPECT_TRUE(isSpare(CopyProof::identity));
+    EXPECT_TRUE(isSpare(CopyProof::content));
+}
+
+/// Runs `check` in a process of its own, where `upper` also shows at `merged`, as another file
+/// system's. Gives what it said; nothing where that is not allowed.
+std::optional<bool> withUnion(const test::TemporaryTree& tree, const std::function<bool()>& check)
+{
+    for (const auto* name : {"lower", "upper", "work", "merged"})
+        tree.folder(name);
+    constexpr int notAllowed = 77;
+    const auto child = ::fork();
+    if (child == 0) {
+        const auto options = "lowerdir=" + tree / "lower" + ",upperdir=" + tree / "upper"
+            + ",workdir=" + tree / "work";
+        const int spaces = CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER);
+        if (::unshare(spaces) != 0 || ::mount("", "/", nullptr, MS_PRIVATE | MS_REC, nullptr) != 0
+            || ::mount("", (tree / "merged").c_str(), "overlay", 0, options.c_str()) != 0)
+            ::_exit(notAllowed);
+        ::_exit(check() ? 1 : 0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) == notAllowed)
+        return std::nullopt;
+    return WEXITSTATUS(status) == 1;
+}
+
+TEST_F(CopyCheck, AFileIsNoCopyOfItselfSeenThroughAnotherFileSystem)
+{
+    tree.writeFile("upper/file", content);
+    for (const auto proof : {CopyProof::identity, CopyProof::content}) {
+        const auto isItsOwnCopy = withUnion(tree, [&] {
+            kept = {tree / "upper/file", sha256OfFile(tree / "upper/file")->identity};
+            copy = {tree / "merged/file", sha256OfFile(tree / "merged/file")->identity};
+            return kept.identity.isSameFileAs(copy.identity) || isSpare(proof);
+        });
+        if (!isItsOwnCopy)
+            GTEST_SKIP() << "no file system may be mounted here";
+        EXPECT_FALSE(*isItsOwnCopy);
+    }
+}
+
+TEST_F(CopyCheck, AFileIsUntouchedUntilItsContentOrOneOfItsNamesChanges)
+{
+    EXPECT_TRUE(isUntouched(kept));
+    EXPECT_FALSE(isUntouched({.path = kept.path, .identity = copy.identity}));
+    fs::create_hard_link(kept.path, tree / "other name");
+    see();
+    EXPECT_TRUE(isUntouched(kept));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // a tick of the system's clock
+    fs::rename(tree / "other name", tree / "aside");
+    EXPECT_FALSE(isUntouched(kept));
+    see();
+    fs::remove(kept.path);
+    EXPECT_FALSE(isUntouched(kept));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "platform/file_places.h"
 #include "platform/file_remover.h"
 #include "platform/host_layout.h"
+#include "platform/platform.h"
 #include "platform/protected_places.h"
 #include "platform/resident_memory.h"
 #include "platform/trash.h"
@@ -217,16 +218,14 @@ void printDuplicates(const Arguments& arguments)
 }
 
 /// Finds the duplicates below the first path, runs the hook, and merges them.
-void merge(const Arguments& arguments, CopyProof proof,
-    RemovalWorker::Remove (*removal)(const std::string&))
+void merge(const Arguments& arguments, ActionKind action)
 {
-    const DuplicateMerge merge(duplicatesBelow(arguments.paths.at(0)), proof);
+    const DuplicateMerge merge(duplicatesBelow(arguments.paths.at(0)));
     runHook(arguments);
-    const auto remove = merge.afterLooking(removal(normalisedPath(arguments.paths.at(0))));
-    const Machine machine;
-    printTally(RemovalWorker(*machine.protectedPlaces, *machine.places, remove)
-                   .run(merge.requests())
-                   .tally);
+    const auto report = merge.run(systemPlatform(currentHostEnvironment()), action);
+    if (!report.error.empty())
+        throw std::runtime_error(report.error);
+    printTally(report.removed.tally);
 }
 
 void restore(const Arguments& arguments)
@@ -265,9 +264,8 @@ const std::map<std::string, Verb>& verbs()
             }},
         {"dups", printDuplicates},
         {"merge-delete",
-            [](const Arguments& arguments) { merge(arguments, CopyProof::content, deletion); }},
-        {"merge-trash",
-            [](const Arguments& arguments) { merge(arguments, CopyProof::identity, trashing); }},
+            [](const Arguments& arguments) { merge(arguments, ActionKind::permanent); }},
+        {"merge-trash", [](const Arguments& arguments) { merge(arguments, ActionKind::trash); }},
         {"scan", printScan},
         {"summary", printSummary},
         {"scan-delete",

@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -101,6 +102,8 @@ public:
         if (refused != refusals.end())
             return moveError(refused->second, path, "Trash");
         trashed.push_back(path);
+        if (whenTrashed)
+            whenTrashed(path);
         return places.front().items + '/' + std::to_string(trashed.size());
     }
     void forgetItem(const std::string& path) override { forgotten.push_back(path); }
@@ -108,6 +111,7 @@ public:
 
     std::map<std::string, FileError::Kind> refusals; ///< paths that cannot be moved, and why
     std::vector<std::string> trashed; ///< in order
+    std::function<void(const std::string& path)> whenTrashed;
     std::vector<std::string> forgotten;
     std::vector<TrashPlace> places{{"/home/alice/.Trash", "/home/alice/.Trash"}};
 };
@@ -123,6 +127,7 @@ struct FakeMachine {
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
     std::shared_ptr<FileMover> mover = std::make_shared<SystemFileMover>();
+    std::shared_ptr<FileRemover> remover = std::make_shared<SystemFileRemover>();
     std::shared_ptr<FilePlaces> places = std::make_shared<SystemFilePlaces>();
     std::string home = "/home/alice";
     HomeKind homeKind = HomeKind::mac;
@@ -147,7 +152,7 @@ struct FakeMachine {
         platform.calendar = std::make_shared<SystemCalendar>();
         platform.settings = settings;
         platform.mover = mover;
-        platform.remover = std::make_shared<SystemFileRemover>();
+        platform.remover = remover;
         platform.places = places;
         platform.protectedPlaces
             = std::make_shared<const ProtectedPlaces>(ProtectedPlaces::Lists());

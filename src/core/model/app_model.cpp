@@ -47,6 +47,7 @@ AppModel::~AppModel()
         m_scanTask->request_stop();
     if (m_duplicateTask)
         m_duplicateTask->request_stop();
+    m_mergeStop.request_stop();
 }
 
 void AppModel::setSection(AppSection section)

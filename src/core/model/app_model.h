@@ -404,6 +404,7 @@ private:
     std::uint64_t m_scanRun = 0;
     std::optional<std::stop_source> m_duplicateTask;
     std::uint64_t m_duplicateRun = 0;
+    std::stop_source m_mergeStop; // heard when the model goes
 
     // Used on the queue below only.
     std::shared_ptr<QuarantineStore> m_quarantineStore;

@@ -1,7 +1,6 @@
 #include "core/model/app_model.h"
 #include "core/model/background.h"
 #include "core/model/duplicate_merge.h"
-#include "core/model/removal_actions.h"
 #include "platform/byte_count.h"
 
 namespace kestavon {
@@ -85,30 +84,30 @@ void AppModel::forgetDuplicates()
 void AppModel::mergeDuplicates(bool toTrash, Finished finished)
 {
     struct Merged {
-        RemovalReport removed;
+        DuplicateMerge::Report report;
         std::shared_ptr<const RecordPick> copies;
     };
     const auto action = toTrash ? ActionKind::trash : ActionKind::permanent;
-    auto removeCopies = [duplicates = m_duplicates, action, platform = m_platform] {
-        const DuplicateMerge merge(
-            duplicates, action == ActionKind::trash ? CopyProof::identity : CopyProof::content);
-        const auto remove = removalFor(platform, action, duplicates->records()->root());
-        RemovalWorker worker(
-            *platform.protectedPlaces, *platform.places, merge.afterLooking(remove));
+    auto removeCopies = [duplicates = m_duplicates, action, platform = m_platform,
+                            stop = m_mergeStop.get_token()] {
+        const DuplicateMerge merge(duplicates);
         Merged merged;
-        merged.removed = worker.run(merge.requests());
         merged.copies = std::make_shared<const RecordPick>(
             RecordPick{.records = duplicates->records(), .positions = merge.positions()});
+        merged.report = merge.run(platform, action, stop);
         return merged;
     };
     runInBackground(m_removalQueue, this, std::move(removeCopies),
         [this, from = m_duplicates, action, finished = std::move(finished)](
             Outcome<Merged> outcome) {
-            if (!outcome.value)
-                return report(finished, outcome.error);
+            // One that could not even begin has removed nothing; its groups go all the same.
+            auto merged
+                = std::move(outcome.value)
+                      .value_or(Merged{{.removed = {}, .error = outcome.error},
+                          std::make_shared<const RecordPick>(RecordPick{from->records(), {}})});
             // Every copy leaves the list, what was skipped too.
-            dropRecords(outcome.value->copies,
-                [this, from, action, finished, removed = std::move(outcome.value->removed)](
+            dropRecords(merged.copies,
+                [this, from, action, finished, report = std::move(merged.report)](
                     const std::shared_ptr<const RecordPick>& cut) {
                     // A scan or an analysis that began meanwhile has put its own list there.
                     if (m_duplicates == from) {
@@ -116,14 +115,14 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
                         publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::idle());
                     }
                     refreshDiskSpace();
-                    const auto& tally = removed.tally;
+                    const auto& tally = report.removed.tally;
                     recordEvent("Duplicates merged",
                         std::to_string(tally.count) + " copies "
                             + (action == ActionKind::trash ? "moved to Trash"
                                                            : "permanently deleted")
                             + " · " + fileByteCount(tally.bytes) + " freed");
-                    offerUndoOfRecords(action, removed, cut, copiesText);
-                    report(finished, {});
+                    offerUndoOfRecords(action, report.removed, cut, copiesText);
+                    AppModel::report(finished, report.error);
                 });
         });
 }

@@ -1,35 +1,29 @@
 #include "core/model/duplicate_merge.h"
 
-#include "core/domain/removal_guard.h"
-
 #include <algorithm>
+#include <exception>
 #include <functional>
-#include <span>
+#include <new>
+#include <numeric>
+#include <unordered_map>
 #include <utility>
 
 namespace kestavon {
 
-DuplicateMerge::DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates, CopyProof proof)
+DuplicateMerge::DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates)
     : m_duplicates(std::move(duplicates))
-    , m_proof(proof)
 {
     const auto& records = *m_duplicates->records();
+    std::vector<std::uint32_t> order;
     for (std::uint32_t group = 0; group < m_duplicates->size(); ++group) {
-        const auto inGroup = m_duplicates->members(group);
-        std::vector<DuplicateList::Member> members(inGroup.begin(), inGroup.end());
+        const auto members = m_duplicates->members(group);
+        order.resize(members.size());
+        std::iota(order.begin(), order.end(), 0U);
         // An absent date sorts before every other.
-        std::ranges::stable_sort(members, std::greater(),
-            [&records](const auto& member) { return records.modifiedAt(member.position); });
-        for (std::size_t i = 1; i < members.size(); ++i) {
-            const auto position = members[i].position;
-            auto path = records.path(position);
-            m_requests.push_back({.path = path, .bytes = records.fileSize(position)});
-            m_copies.emplace(std::move(path),
-                Copy{.group = group,
-                    .position = position,
-                    .kept = members.front(),
-                    .identity = members[i].identity});
-        }
+        std::ranges::stable_sort(order, std::greater(),
+            [&](std::uint32_t i) { return records.modifiedAt(members[i].position); });
+        for (std::size_t i = 1; i < order.size(); ++i)
+            m_copies.push_back({.group = group, .kept = order.front(), .copy = order[i]});
     }
 }
 
@@ -37,50 +31,66 @@ std::vector<std::uint32_t> DuplicateMerge::positions() const
 {
     std::vector<std::uint32_t> positions;
     positions.reserve(m_copies.size());
-    for (const auto& [path, copy] : m_copies)
-        positions.push_back(copy.position);
+    for (const auto& [group, kept, copy] : m_copies)
+        positions.push_back(m_duplicates->members(group)[copy].position);
     std::ranges::sort(positions);
     return positions;
 }
 
-RemovalWorker::Remove DuplicateMerge::afterLooking(RemovalWorker::Remove remove) const
+DuplicateMerge::Report DuplicateMerge::run(
+    const Platform& platform, ActionKind action, const std::stop_token& stop) const
 {
-    return [this, remove = std::move(remove)](std::span<const std::string> paths) {
-        // What goes to the Trash goes together: it waits for the disk, and can be put back.
-        const auto together = m_proof == CopyProof::content ? std::size_t{1} : paths.size();
-        std::vector<FileResult<std::string>> results;
-        while (!paths.empty()) {
-            std::vector<std::optional<FileError>> objections;
-            std::vector<std::string> spare;
-            for (const auto& path : paths.first(together)) {
-                objections.push_back(objection(path));
-                if (!objections.back())
-                    spare.push_back(path);
-            }
-            paths = paths.subspan(together);
-            auto removed = remove(spare);
-            auto next = removed.begin();
-            for (auto& refusal : objections) {
-                if (refusal)
-                    results.emplace_back(*std::move(refusal));
-                else
-                    results.push_back(std::move(*next++));
-            }
+    constexpr std::size_t together = 256; // Paths take far more memory than what they are made of.
+    Report report;
+    try {
+        auto copies = std::span(m_copies);
+        while (!copies.empty() && !stop.stop_requested()) {
+            const auto next = copies.first(std::min(together, copies.size()));
+            report.removed += remove(next, platform, action, stop);
+            copies = copies.subspan(next.size());
         }
-        return results;
-    };
+    } catch (const std::bad_alloc&) {
+        report.error = "There isn't enough memory.";
+    } catch (const std::exception& failure) {
+        report.error = failure.what();
+    }
+    return report;
 }
 
-std::optional<FileError> DuplicateMerge::objection(const std::string& path) const
+RemovalReport DuplicateMerge::remove(std::span<const Copy> copies, const Platform& platform,
+    ActionKind action, const std::stop_token& stop) const
 {
-    const auto found = m_copies.find(path);
-    if (found == m_copies.end())
-        return removalError(FileError::Kind::other, lastComponent(path));
-    const auto& copy = found->second;
-    const auto checked = checkCopyIsSpare(
-        {.path = m_duplicates->records()->path(copy.kept.position), .identity = copy.kept.identity},
-        {.path = path, .identity = copy.identity}, m_duplicates->digest(copy.group), m_proof);
-    return checked ? std::nullopt : std::optional(checked.error());
+    const auto& records = *m_duplicates->records();
+    std::vector<RemovalRequest> requests;
+    std::unordered_map<std::string, UnwantedCopy> byPath;
+    for (const auto& [group, kept, copy] : copies) {
+        const auto members = m_duplicates->members(group);
+        UnwantedCopy unwanted{.kept = fileOf(members[kept]),
+            .copy = fileOf(members[copy]),
+            .digest = m_duplicates->digest(group)};
+        requests.push_back(
+            {.path = unwanted.copy.path, .bytes = records.fileSize(members[copy].position)});
+        byPath.emplace(unwanted.copy.path, std::move(unwanted));
+    }
+    const CopyRemoval removal(platform, records.root(), stop);
+    const auto removeCopies = [&](std::span<const std::string> paths) {
+        std::vector<UnwantedCopy> unwanted;
+        for (const auto& path : paths)
+            unwanted.push_back(byPath.at(path));
+        if (action == ActionKind::trash)
+            return removal.trash(unwanted);
+        std::vector<FileResult<std::string>> results;
+        for (const auto& copy : unwanted)
+            results.push_back(removal.deleteForGood(copy));
+        return results;
+    };
+    return RemovalWorker(*platform.protectedPlaces, *platform.places, removeCopies)
+        .run(requests, RemovalWorker::Nested::oneByOne, stop);
+}
+
+KnownFile DuplicateMerge::fileOf(const DuplicateList::Member& member) const
+{
+    return {.path = m_duplicates->records()->path(member.position), .identity = member.identity};
 }
 
 } // namespace kestavon

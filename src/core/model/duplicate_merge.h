@@ -1,14 +1,17 @@
 #pragma once
 
+#include "core/domain/action_kind.h"
 #include "core/domain/duplicate_list.h"
+#include "core/model/copy_removal.h"
 #include "core/model/removal_worker.h"
-#include "duplicates/copy_check.h"
+#include "platform/platform.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
+#include <span>
+#include <stop_token>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace kestavon {
@@ -17,33 +20,37 @@ namespace kestavon {
 /// equally new ones the first. Files without a date are the oldest. Immutable; any thread.
 class DuplicateMerge {
 public:
-    DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates, CopyProof proof);
-
-    /// The copies that go, group after group.
-    const std::vector<RemovalRequest>& requests() const { return m_requests; }
-    /// The same as positions in the list's records, ascending.
-    std::vector<std::uint32_t> positions() const;
-
-    /// `remove`, but that it gets only copies that were looked at just before, and can go. A copy
-    /// stays when the kept file of its group is gone or holds something else by now, when it does
-    /// so itself, and when the two are names of one file. Those that go for good are looked at one
-    /// by one. The merge must outlive it; reads files.
-    RemovalWorker::Remove afterLooking(RemovalWorker::Remove remove) const;
-
-private:
-    struct Copy {
-        std::uint32_t group;
-        std::uint32_t position;
-        DuplicateList::Member kept;
-        FileIdentity identity;
+    /// What a merge did; of one that failed half-way, what it did until then.
+    struct Report {
+        RemovalReport removed;
+        std::string error; ///< in words, for a person; empty unless it failed
     };
 
-    std::optional<FileError> objection(const std::string& path) const;
+    explicit DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates);
+
+    /// The copies that go as positions in the list's records, ascending.
+    std::vector<std::uint32_t> positions() const;
+
+    /// Trashes or deletes the copies, group after group, each only if it is spare at that moment:
+    /// see `CopyRemoval`. Those that are protected, changed or cannot be removed stay and are not
+    /// counted. A requested stop leaves the rest where it is. Throws nothing; any thread but the
+    /// main one.
+    Report run(const Platform& platform, ActionKind action, const std::stop_token& stop = {}) const;
+
+private:
+    /// The members of a group that matter for one copy.
+    struct Copy {
+        std::uint32_t group;
+        std::uint32_t kept;
+        std::uint32_t copy;
+    };
+
+    KnownFile fileOf(const DuplicateList::Member& member) const;
+    RemovalReport remove(std::span<const Copy> copies, const Platform& platform, ActionKind action,
+        const std::stop_token& stop) const;
 
     std::shared_ptr<const DuplicateList> m_duplicates;
-    CopyProof m_proof;
-    std::vector<RemovalRequest> m_requests;
-    std::unordered_map<std::string, Copy> m_copies; ///< by path
+    std::vector<Copy> m_copies; ///< group after group
 };
 
 } // namespace kestavon

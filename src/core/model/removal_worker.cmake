@@ -1,5 +1,6 @@
 # Removing, and deciding what merging removes: a library of its own because it knows nothing of Qt.
 add_library(kestavon_removal_worker STATIC
+    ${CMAKE_CURRENT_SOURCE_DIR}/core/model/copy_removal.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/core/model/duplicate_merge.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/core/model/removal_actions.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/core/model/removal_worker.cpp)

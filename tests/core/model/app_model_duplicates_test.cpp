@@ -340,5 +340,97 @@ TEST_F(DuplicateMerging, AMergeThatEndsDuringANewAnalysisLeavesItAlone)
     EXPECT_THAT(listed(), ElementsAre("a"));
 }
 
+/// Deletes on this machine, while something else happens at the last moment.
+class DisturbedRemover final : public FileRemover {
+public:
+    explicit DisturbedRemover(std::function<void(const std::string&)> disturb)
+        : m_disturb(std::move(disturb))
+    {
+    }
+    FileResult<Done> remove(const std::string& path, const RemoveOptions& options) override
+    {
+        return m_system.remove(path, options);
+    }
+    FileResult<Done> removeFileIf(const std::string& path, const FileIdentity& expected,
+        const std::function<bool()>& mayGo, const RemoveOptions& options) override
+    {
+        return m_system.removeFileIf(
+            path, expected,
+            [&] {
+                m_disturb(path);
+                return mayGo();
+            },
+            options);
+    }
+
+private:
+    std::function<void(const std::string&)> m_disturb;
+    SystemFileRemover m_system;
+};
+
+class DisturbedMerging : public DuplicateMerging {
+protected:
+    /// Something that happens between the last look at a copy and its end.
+    void disturb(std::function<void(const std::string& path)> action)
+    {
+        machine.remover = std::make_shared<DisturbedRemover>(action);
+        machine.trash->whenTrashed = [action, folder = folder / "Trash"](const std::string& path) {
+            fs::create_directories(folder);
+            fs::rename(path, folder + "/1");
+            action(path);
+        };
+        machine.trash->places = {{folder / "Trash", folder / "Trash"}};
+        model = std::make_unique<AppModel>(scanner, machine.platform());
+    }
+};
+
+TEST_F(DisturbedMerging, TheCopyComesBackWhenTheKeptFileGoesWithIt)
+{
+    disturb([this](const std::string&) { fs::remove(folder / "kept"); });
+    for (const bool toTrash : {true, false}) {
+        records.clear();
+        add("kept", "same", day(9));
+        add("copy", "same", day(1));
+        analyse();
+        machine.trash->trashed.clear();
+        merge(toTrash);
+        EXPECT_EQ(folder.readFile("copy"), "same") << toTrash;
+        EXPECT_EQ(model->history().front().detail,
+            toTrash ? "0 copies moved to Trash · Zero KB freed"
+                    : "0 copies permanently deleted · Zero KB freed");
+    }
+}
+
+TEST_F(DisturbedMerging, WhatTakesTheNameOfACopyIsNotDeletedWithIt)
+{
+    disturb([this](const std::string& path) {
+        if (fs::exists(folder / "Trash"))
+            return;
+        folder.writeFile(fs::path(path).filename().native() + "/precious", "new");
+    });
+    add("kept", "same", day(9));
+    add("copy", "same", day(1));
+    analyse();
+    merge(false);
+    EXPECT_EQ(folder.readFile("copy/precious"), "new");
+    EXPECT_EQ(folder.readFile("kept"), "same");
+}
+
+TEST_F(DisturbedMerging, AFailureInTheMiddleLeavesNoGroupsBehind)
+{
+    disturb([](const std::string&) { throw std::runtime_error("The disk is on fire."); });
+    add("a", "same", day(9));
+    add("b", "same", day(1));
+    analyse();
+    std::optional<std::string> error;
+    model->mergeDuplicates(true, [&error](const std::string& text) { error = text; });
+    ASSERT_TRUE(test::processEventsUntil([&error] { return error.has_value(); }));
+    EXPECT_EQ(*error, "The disk is on fire.");
+    EXPECT_TRUE(model->duplicates()->empty());
+    EXPECT_EQ(model->duplicatePhase(), ScanPhase::idle());
+    EXPECT_EQ(model->history().front().title, "Duplicates merged");
+    EXPECT_THAT(listed(), ElementsAre("a"));
+}
+
 } // namespace
 } // namespace kestavon

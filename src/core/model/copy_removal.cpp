@@ -1,0 +1,102 @@
+#include "core/model/copy_removal.h"
+
+#include "core/domain/removal_guard.h"
+#include "duplicates/file_reading.h"
+#include "platform/put_back.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace kestavon {
+
+namespace {
+
+FileError changed(const UnwantedCopy& unwanted)
+{
+    return removalError(FileError::Kind::changed, lastComponent(unwanted.copy.path));
+}
+
+/// What `checkCopyIsSpare` says; what it throws, for want of memory, leaves the copy where it is.
+std::optional<SpareCopy> checked(
+    const UnwantedCopy& unwanted, CopyProof proof, const std::stop_token& stop)
+{
+    try {
+        auto spare = checkCopyIsSpare(unwanted.kept, unwanted.copy, unwanted.digest, proof, stop);
+        return spare ? std::optional(std::move(*spare)) : std::nullopt;
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+CopyRemoval::CopyRemoval(Platform platform, std::string walkedFolder, std::stop_token stop)
+    : m_platform(std::move(platform))
+    , m_walkedFolder(std::move(walkedFolder))
+    , m_stop(std::move(stop))
+{
+}
+
+std::vector<FileResult<std::string>> CopyRemoval::trash(std::span<const UnwantedCopy> copies) const
+{
+    std::vector<std::optional<SpareCopy>> spares;
+    std::ranges::transform(copies, std::back_inserter(spares),
+        [this](const UnwantedCopy& copy) { return checked(copy, CopyProof::identity, m_stop); });
+    std::vector<std::string> paths;
+    for (auto& spare : spares) {
+        // Those before may have had to be read for hours.
+        if (spare && (!isUntouched(spare->kept) || !isUntouched(spare->copy)))
+            spare.reset();
+        if (spare)
+            paths.push_back(spare->copy.path);
+    }
+    auto trashed
+        = m_platform.trash->trashItems(paths, {.noLinksBelow = m_walkedFolder, .stop = m_stop});
+    std::vector<FileResult<std::string>> results;
+    auto next = trashed.begin();
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+        if (!spares[i])
+            results.emplace_back(changed(copies[i]));
+        else if (auto result = std::move(*next++); result && !isRight(*spares[i], *result))
+            results.emplace_back(changed(copies[i]));
+        else
+            results.push_back(std::move(result));
+    }
+    return results;
+}
+
+bool CopyRemoval::isRight(const SpareCopy& spare, const std::string& trashedPath) const
+{
+    // Where it lies it may be another file on another device, with the same size and date.
+    const auto lies = openRegularFile(trashedPath);
+    const bool isTheCopy = !lies
+        || (lies->identity.size == spare.copy.identity.size
+            && lies->identity.modifiedAt == spare.copy.identity.modifiedAt);
+    if (isTheCopy && isUntouched(spare.kept))
+        return true;
+    if (putBack(trashedPath, spare.copy.path, *m_platform.mover, *m_platform.places))
+        m_platform.trash->forgetItem(trashedPath);
+    return false;
+}
+
+FileResult<std::string> CopyRemoval::deleteForGood(const UnwantedCopy& unwanted) const
+{
+    const auto spare = checked(unwanted, CopyProof::content, m_stop);
+    if (!spare)
+        return changed(unwanted);
+    try {
+        const auto removed = m_platform.remover->removeFileIf(spare->copy.path,
+            spare->copy.identity, [&spare] { return isUntouched(spare->kept); },
+            {.noLinksBelow = m_walkedFolder, .stop = m_stop});
+        if (!removed)
+            return removed.error();
+        return std::string();
+    } catch (const std::exception&) {
+        return removalError(FileError::Kind::other, lastComponent(unwanted.copy.path));
+    }
+}
+
+} // namespace kestavon

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "core/model/removal_worker.h"
+#include "duplicates/copy_check.h"
+#include "platform/platform.h"
+
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace kestavon {
+
+/// A copy that is to go, and the file of the same content that stays for it.
+struct UnwantedCopy {
+    KnownFile kept;
+    KnownFile copy;
+    Sha256Digest digest{};
+};
+
+/// Removes copies without ever taking the last one: each is looked at just before, and so is the
+/// file that stays when the copy is away but can still come back. A copy stays when one of the two
+/// is gone or holds something else by now, and when both are the same file, however it is reached.
+/// Any thread but the main one.
+class CopyRemoval {
+public:
+    /// Links below `walkedFolder` are not followed. A requested stop ends what reads long.
+    CopyRemoval(Platform platform, std::string walkedFolder, std::stop_token stop);
+
+    /// Moves the copies to the Trash, together: it waits for the disk. Gives of each where it lies
+    /// now.
+    std::vector<FileResult<std::string>> trash(std::span<const UnwantedCopy> copies) const;
+
+    /// Deletes the copy; both files are read before. Gives an empty path. Throws nothing, so that
+    /// what went before it stays counted.
+    FileResult<std::string> deleteForGood(const UnwantedCopy& unwanted) const;
+
+private:
+    /// Whether the copy lies in the Trash and the kept file is still there. If not, the copy is put
+    /// back.
+    bool isRight(const SpareCopy& spare, const std::string& trashedPath) const;
+
+    Platform m_platform;
+    std::string m_walkedFolder;
+    std::stop_token m_stop;
+};
+
+} // namespace kestavon
