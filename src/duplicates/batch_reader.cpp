@@ -2,6 +2,7 @@
 
 #include "duplicates/file_reading.h"
 
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -14,23 +15,73 @@ struct Waiting {
     PlannedRead* read;
 };
 
-std::int64_t endOffset(const CandidateFile& file, const PlannedRead& read)
+struct Piece {
+    std::int64_t offset;
+    std::span<char> bytes;
+    bool isLast; ///< it reaches the end of the file
+};
+
+std::array<Piece, 2> piecesOf(const PlannedRead& read, std::int64_t fileSize)
 {
-    return file.identity.size - static_cast<std::int64_t>(read.end.size());
+    const auto piece = [fileSize](std::int64_t offset, std::span<char> bytes) {
+        return Piece{.offset = offset,
+            .bytes = bytes,
+            .isLast = offset + static_cast<std::int64_t>(bytes.size()) == fileSize};
+    };
+    return {piece(read.offset, read.bytes),
+        piece(fileSize - static_cast<std::int64_t>(read.end.size()), read.end)};
+}
+
+/// The piece, and behind the last one the room for one more byte.
+std::span<char> roomOf(const Piece& piece)
+{
+    return {piece.bytes.data(), piece.bytes.size() + (piece.isLast ? 1 : 0)};
+}
+
+ReadResult readFromMemory(int file, const Piece& piece)
+{
+    const auto count = readWithoutWaiting(file, piece.offset, roomOf(piece));
+    if (count == piece.bytes.size())
+        return ReadResult::complete;
+    return count < piece.bytes.size() ? ReadResult::shorter : ReadResult::longer;
+}
+
+ReadResult readFromDisk(int file, const Piece& piece)
+{
+    return piece.isLast ? readLastPiece(file, piece.offset, roomOf(piece))
+                        : readPiece(file, piece.offset, piece.bytes);
+}
+
+/// Reads both pieces with `readOne`; the first that is not complete is the result.
+template <class ReadOne>
+ReadResult readBoth(int file, const std::array<Piece, 2>& pieces, ReadOne readOne)
+{
+    for (const auto& piece : pieces) {
+        if (piece.bytes.empty())
+            continue;
+        const auto result = readOne(file, piece);
+        if (result != ReadResult::complete)
+            return result;
+    }
+    return ReadResult::complete;
+}
+
+void note(ReadResult result, PlannedRead& read, DuplicateSearch& search)
+{
+    auto& candidate = search.file(read.file);
+    switch (result) {
+    case ReadResult::complete: read.isRead = true; break;
+    case ReadResult::shorter:
+    case ReadResult::longer: search.hashLater(candidate); break;
+    case ReadResult::failed: candidate.nameCount = 0; break;
+    }
 }
 
 void finish(DuplicateSearch& search, const Waiting& waiting)
 {
-    auto& read = *waiting.read;
-    auto& candidate = search.file(read.file);
-    auto result = readPiece(waiting.file.get(), 0, read.start);
-    if (result == ReadResult::complete && !read.end.empty())
-        result = readPiece(waiting.file.get(), endOffset(candidate, read), read.end);
-    switch (result) {
-    case ReadResult::complete: read.isRead = true; break;
-    case ReadResult::shorter: search.hashLater(candidate); break;
-    case ReadResult::failed: candidate.nameCount = 0; break;
-    }
+    const auto size = search.file(waiting.read->file).identity.size;
+    const auto pieces = piecesOf(*waiting.read, size);
+    note(readBoth(waiting.file.get(), pieces, readFromDisk), *waiting.read, search);
 }
 
 } // namespace
@@ -53,16 +104,14 @@ void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_
         auto file = search.open(candidate);
         if (!file)
             continue;
-        const auto offset = endOffset(candidate, read);
-        if (readWithoutWaiting(file.get(), 0, read.start) == read.start.size()
-            && (read.end.empty()
-                || readWithoutWaiting(file.get(), offset, read.end) == read.end.size())) {
-            read.isRead = true;
+        const auto pieces = piecesOf(read, candidate.identity.size);
+        const auto result = readBoth(file.get(), pieces, readFromMemory);
+        if (result != ReadResult::shorter) {
+            note(result, read, search);
             continue;
         }
-        readAhead(file.get(), 0, read.start.size());
-        if (!read.end.empty())
-            readAhead(file.get(), offset, read.end.size());
+        for (const auto& piece : pieces)
+            readAhead(file.get(), piece.offset, static_cast<std::int64_t>(piece.bytes.size()));
         waiting.push_back({.file = std::move(file), .read = &read});
         if (waiting.size() >= openFiles)
             finishWaiting();

@@ -1,8 +1,8 @@
 #include "duplicates/candidate_files.h"
 
 #include "concurrency/thread_crew.h"
-#include "core/domain/removal_guard.h"
 #include "duplicates/file_reading.h"
+#include "duplicates/left_out_folders.h"
 
 #include <algorithm>
 #include <atomic>
@@ -10,28 +10,11 @@
 #include <optional>
 #include <tuple>
 
+#include <fcntl.h>
+
 namespace kestavon {
 
 namespace {
-
-/// Marks the folders that lie at or below one of `leaveOut`, by number.
-std::vector<bool> foldersLeftOut(
-    const RecordList& records, const std::vector<std::string>& leaveOut)
-{
-    std::vector<bool> isLeftOut(records.folderCount());
-    for (std::uint32_t folder = 0; folder < isLeftOut.size(); ++folder) {
-        const auto isNamed = [&](const std::string& place) {
-            if (folder == 0)
-                return isAtOrBelow(records.root(), place);
-            return records.folderName(folder) == lastComponent(place)
-                && records.folderPath(folder) == place;
-        };
-        // A folder's number is greater than its parent's.
-        isLeftOut[folder] = (folder != 0 && isLeftOut[records.folderParent(folder)])
-            || std::ranges::any_of(leaveOut, isNamed);
-    }
-    return isLeftOut;
-}
 
 /// What the looking threads share.
 struct Survey {
@@ -40,7 +23,7 @@ struct Survey {
 
     std::shared_ptr<const RecordList> records;
     std::vector<std::uint32_t> positions;
-    std::vector<std::optional<FileIdentity>> identities; ///< one for each position
+    std::vector<std::optional<LookedAtFile>> looks; ///< one for each position
     std::stop_token stop;
     std::atomic<std::size_t> next = 0;
 
@@ -64,9 +47,9 @@ struct Survey {
                 opened = records->folderOf(position);
                 folder = openFolderToLookAt(records->folderPath(*opened));
             }
-            // The name ends with a NUL.
-            if (folder)
-                identities[i] = lookAtRegularFile(folder.get(), records->name(position).data());
+            // The name ends with a NUL. Without descriptors to spare, only the path is left.
+            looks[i] = folder ? lookAtRegularFile(folder.get(), records->name(position).data())
+                              : lookAtRegularFile(AT_FDCWD, records->path(position).c_str());
         }
     }
 };
@@ -105,32 +88,35 @@ CandidateFiles lookAtCandidates(std::shared_ptr<const RecordList> records,
     const auto survey = std::make_shared<Survey>();
     survey->records = std::move(records);
     survey->positions = std::move(positions);
-    survey->identities.resize(survey->positions.size());
+    survey->looks.resize(survey->positions.size());
     survey->stop = stop;
     runOnThreads(
         threads, [survey] { survey->work(); }, stop);
 
     // Hard links of one inode come to stand side by side. The order of the inodes is, roughly, that
     // of the contents on the disk.
-    const auto& identities = survey->identities;
+    const auto& looks = survey->looks;
     std::vector<std::uint32_t> order;
-    order.reserve(identities.size());
-    for (std::uint32_t i = 0; i < identities.size(); ++i) {
-        if (identities[i])
+    order.reserve(looks.size());
+    for (std::uint32_t i = 0; i < looks.size(); ++i) {
+        if (looks[i])
             order.push_back(i);
     }
-    const auto keyOf = [&identities](std::uint32_t i) {
-        return std::tuple(identities[i]->size, identities[i]->device, identities[i]->inode, i);
+    const auto keyOf = [&looks](std::uint32_t i) {
+        const auto& identity = looks[i]->identity;
+        return std::tuple(identity.size, identity.device, identity.inode, i);
     };
     std::ranges::sort(order, {}, keyOf);
 
     CandidateFiles candidates;
     candidates.names.reserve(order.size());
     for (const auto i : order) {
-        const auto& identity = *identities[i];
-        if (candidates.files.empty() || !candidates.files.back().identity.isSameFileAs(identity)
-            || candidates.files.back().identity.size != identity.size)
-            candidates.files.push_back({.identity = identity,
+        // Some file systems give several files one number, and a number is given again when its
+        // file is gone: only what says that it has several names is believed to be one file.
+        const auto& look = *looks[i];
+        if (candidates.files.empty() || !look.hasSeveralNames
+            || candidates.files.back().identity != look.identity)
+            candidates.files.push_back({.identity = look.identity,
                 .firstName = static_cast<std::uint32_t>(candidates.names.size())});
         ++candidates.files.back().nameCount;
         candidates.names.push_back(survey->positions[i]);

@@ -18,6 +18,7 @@ struct CandidateFile {
     std::uint32_t firstName = 0; ///< in `CandidateFiles::names`
     std::uint32_t nameCount = 0;
     std::uint64_t sample = 0; ///< of the content; equal contents have equal samples
+    bool isSettled = false; ///< its digest is known
 };
 
 /// What is to be compared.
@@ -38,7 +39,7 @@ struct CandidateSet {
 };
 
 /// The positions, ascending, of the records that share their size, which is not 0, with another.
-/// Folders do not count, nor does what lies at or below the folders `leaveOut`.
+/// Folders do not count, nor does what `foldersLeftOut` leaves out.
 std::vector<std::uint32_t> sharingTheirSize(
     const RecordList& records, const std::vector<std::string>& leaveOut);
 

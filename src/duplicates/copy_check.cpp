@@ -36,8 +36,8 @@ bool holdsContent(const OpenedFile& opened, const KnownFile& known, const Sha256
     if (opened.identity.size != known.identity.size)
         return false;
     // Touched, renamed, or one of its other names is gone: only the content counts.
-    const auto present = sha256OfOpenFile(opened.file.get(), stop);
-    return present && *present == digest;
+    const auto present = sha256OfOpenFile(opened, stop);
+    return present && present->digest == digest;
 }
 
 bool haveEqualContents(const OpenedFile& a, const OpenedFile& b, const std::stop_token& stop)

@@ -48,8 +48,10 @@ std::shared_ptr<const DuplicateList> findDuplicates(std::shared_ptr<const Record
     search->expect(large);
     compareSmallFiles(search, small, threads, stop);
     compareLargeFiles(search, large, threads, stop);
-    runOnThreads(
-        threads, [search] { search->hashLateNames(); }, stop);
+    do {
+        runOnThreads(
+            threads, [search] { search->hashLateNames(); }, stop);
+    } while (search->hashPeersLater());
     return search->groups();
 }
 

@@ -1,12 +1,12 @@
 #include "duplicates/duplicate_search.h"
 
 #include "duplicates/file_reading.h"
-#include "duplicates/sha256_hex.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <optional>
+#include <limits>
 #include <span>
+#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -63,8 +63,9 @@ FileDescriptor DuplicateSearch::open(CandidateFile& file)
     return FileDescriptor();
 }
 
-void DuplicateSearch::settle(const CandidateFile& file, const Sha256Digest& digest)
+void DuplicateSearch::settle(CandidateFile& file, const Sha256Digest& digest)
 {
+    file.isSettled = true;
     const std::lock_guard lock(m_mutex);
     for (auto i = file.firstName; i < file.firstName + file.nameCount; ++i) {
         m_settled.push_back({.digest = digest,
@@ -74,36 +75,83 @@ void DuplicateSearch::settle(const CandidateFile& file, const Sha256Digest& dige
 
 void DuplicateSearch::hashLater(CandidateFile& file)
 {
+    auto bytes = file.identity.size;
+    addDone(-bytes);
     const std::lock_guard lock(m_mutex);
     const auto names = std::span(m_candidates.names).subspan(file.firstName, file.nameCount);
-    m_lateNames.insert(m_lateNames.end(), names.begin(), names.end());
+    for (const auto position : names)
+        m_lateNames.push_back({.position = position, .bytes = std::exchange(bytes, 0)});
     file.nameCount = 0;
 }
 
 void DuplicateSearch::hashLateNames()
 {
-    const auto take = [this]() -> std::optional<std::uint32_t> {
-        const std::lock_guard lock(m_mutex);
-        if (m_lateNames.empty())
-            return std::nullopt;
-        const auto position = m_lateNames.back();
-        m_lateNames.pop_back();
-        return position;
-    };
-    for (auto position = take(); position && !isStopped(); position = take()) {
-        const auto hashed = sha256OfFile(m_records->path(*position), m_stop);
+    for (auto name = takeLateName(); name && !isStopped(); name = takeLateName()) {
+        const auto hashed = hash(m_records->path(name->position));
+        countDone(name->bytes);
         if (!hashed)
             continue;
         const std::lock_guard lock(m_mutex);
+        m_lateSizes.insert(hashed->bytes);
         m_settled.push_back({.digest = hashed->digest,
-            .member = {.position = *position, .identity = hashed->identity}});
+            .member = {.position = name->position, .identity = hashed->identity}});
     }
 }
 
-void DuplicateSearch::countDone(std::int64_t bytes)
+std::optional<DuplicateSearch::LateName> DuplicateSearch::takeLateName()
 {
-    const auto done = m_bytesDone.fetch_add(bytes) + bytes;
-    if (!m_progress || bytes == 0)
+    const std::lock_guard lock(m_mutex);
+    if (m_lateNames.empty())
+        return std::nullopt;
+    const auto name = m_lateNames.back();
+    m_lateNames.pop_back();
+    return name;
+}
+
+/// The file's digest; nothing when it cannot be read. Others may soon give descriptors back.
+std::optional<FileDigest> DuplicateSearch::hash(const std::string& path)
+{
+    auto opened = openRegularFile(path);
+    while (!opened && isOutOfDescriptors(opened.error()) && !isStopped() && m_waitsLeft-- > 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        opened = openRegularFile(path);
+    }
+    if (!opened)
+        return std::nullopt;
+    auto hashed = sha256OfOpenFile(*opened, m_stop);
+    return hashed ? std::optional(*hashed) : std::nullopt;
+}
+
+bool DuplicateSearch::hashPeersLater()
+{
+    std::set<std::int64_t> sizes;
+    {
+        const std::lock_guard lock(m_mutex);
+        sizes.swap(m_lateSizes);
+    }
+    if (sizes.empty())
+        return false;
+    for (auto& file : m_candidates.files) {
+        if (!file.isSettled && file.nameCount > 0 && sizes.contains(file.identity.size))
+            hashLater(file);
+    }
+    const std::lock_guard lock(m_mutex);
+    return !m_lateNames.empty();
+}
+
+void DuplicateSearch::addDone(std::int64_t bytes)
+{
+    auto before = m_bytesDone.load();
+    while (!m_bytesDone.compare_exchange_weak(before, saturatingSum(before, bytes))) { }
+}
+
+void DuplicateSearch::countDone(std::int64_t bytes, std::size_t files)
+{
+    std::int64_t sum = 0;
+    if (__builtin_mul_overflow(bytes, files, &sum))
+        sum = std::numeric_limits<std::int64_t>::max();
+    addDone(sum);
+    if (!m_progress || sum == 0)
         return;
     const auto now = Clock::now().time_since_epoch();
     auto next = m_nextReport.load();
@@ -111,7 +159,11 @@ void DuplicateSearch::countDone(std::int64_t bytes)
         || !m_nextReport.compare_exchange_strong(
             next, (now + Clock::duration(reportInterval)).count()))
         return;
-    m_progress({.bytesDone = std::min(done, m_bytesToDo), .bytesToDo = m_bytesToDo});
+    // What turns out to be hashed late must not make it go back.
+    auto most = m_mostReported.load();
+    const auto done = std::clamp<std::int64_t>(m_bytesDone.load(), most, m_bytesToDo);
+    if (done > 0 && m_mostReported.compare_exchange_strong(most, done))
+        m_progress({.bytesDone = done, .bytesToDo = m_bytesToDo});
 }
 
 std::shared_ptr<const DuplicateList> DuplicateSearch::groups()

@@ -2,6 +2,7 @@
 
 #include "duplicates/candidate_files.h"
 #include "duplicates/duplicate_finder.h"
+#include "duplicates/sha256_hex.h"
 #include "platform/linux/file_descriptor.h"
 
 #include <atomic>
@@ -10,7 +11,10 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 namespace kestavon {
@@ -30,20 +34,25 @@ public:
     FileDescriptor open(CandidateFile& file);
 
     /// The file's content has this digest.
-    void settle(const CandidateFile& file, const Sha256Digest& digest);
+    void settle(CandidateFile& file, const Sha256Digest& digest);
 
     /// The file is not what it was when it was looked at: its names are hashed one by one, at the
-    /// end, as what they lead to then.
+    /// end, as what they lead to then; until then it does not count as done, whatever `countDone`
+    /// is told.
     void hashLater(CandidateFile& file);
 
     /// Hashes what was left for later. Several threads may call it.
     void hashLateNames();
 
+    /// Leaves for later what may equal a file that was hashed late and was not compared with it;
+    /// whether there is any. When every thread is done.
+    bool hashPeersLater();
+
     /// The files of these sets are to be compared; before the threads begin.
     void expect(const std::vector<CandidateSet>& sets);
 
-    /// Bytes that need no reading any more.
-    void countDone(std::int64_t bytes);
+    /// Bytes of so many files that need no reading any more.
+    void countDone(std::int64_t bytes, std::size_t files = 1);
 
     /// The groups of all that was settled, when every thread is done.
     std::shared_ptr<const DuplicateList> groups();
@@ -53,7 +62,15 @@ private:
         Sha256Digest digest{};
         DuplicateList::Member member;
     };
+    struct LateName {
+        std::uint32_t position = 0; ///< of the record
+        std::int64_t bytes = 0; ///< that count as done with it
+    };
     using Clock = std::chrono::steady_clock;
+
+    std::optional<LateName> takeLateName();
+    std::optional<FileDigest> hash(const std::string& path);
+    void addDone(std::int64_t bytes);
 
     // Fixed at construction.
     std::shared_ptr<const RecordList> m_records;
@@ -63,11 +80,14 @@ private:
     std::int64_t m_bytesToDo = 0; // fixed before the threads begin
     CandidateFiles m_candidates;
     std::atomic<std::int64_t> m_bytesDone = 0;
+    std::atomic<std::int64_t> m_mostReported = 0;
     std::atomic<Clock::rep> m_nextReport = 0;
+    std::atomic<int> m_waitsLeft = 500; // for descriptors, 10 ms each
 
     std::mutex m_mutex;
     std::vector<Settled> m_settled; // guarded by m_mutex
-    std::vector<std::uint32_t> m_lateNames; // guarded by m_mutex
+    std::vector<LateName> m_lateNames; // guarded by m_mutex
+    std::set<std::int64_t> m_lateSizes; // of what was hashed late, in bytes; guarded by m_mutex
 };
 
 } // namespace kestavon

@@ -29,6 +29,27 @@ std::int64_t nanoseconds(const timespec& time)
     return time.tv_sec * 1'000'000'000 + time.tv_nsec;
 }
 
+/// Reads as much as there is room for, until `enough` bytes are there or the file ends. Gives their
+/// number; nothing when a read fails.
+std::optional<std::size_t> readUpTo(
+    int file, std::int64_t offset, std::span<char> into, std::size_t enough)
+{
+    std::size_t count = 0;
+    while (count < enough) {
+        const auto rest = into.subspan(count);
+        const auto got
+            = ::pread(file, rest.data(), rest.size(), offset + static_cast<std::int64_t>(count));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            break;
+        count += static_cast<std::size_t>(got);
+    }
+    return count;
+}
+
 int openPath(const std::string& path, int flags)
 {
     const int file = ::open(path.c_str(), flags);
@@ -64,13 +85,13 @@ Result<OpenedFile, int> openRegularFile(const std::string& path)
     return OpenedFile{.file = std::move(file), .identity = identityOf(status)};
 }
 
-std::optional<FileIdentity> lookAtRegularFile(int folder, const char* name)
+std::optional<LookedAtFile> lookAtRegularFile(int folder, const char* name)
 {
     struct stat status { };
     if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0
         || !S_ISREG(status.st_mode))
         return std::nullopt;
-    return identityOf(status);
+    return LookedAtFile{.identity = identityOf(status), .hasSeveralNames = status.st_nlink > 1};
 }
 
 std::optional<FileIdentity> lookAgain(int file)
@@ -101,16 +122,19 @@ FileDescriptor openFolderToWriteOut(const std::string& path)
 
 ReadResult readPiece(int file, std::int64_t offset, std::span<char> into)
 {
-    while (!into.empty()) {
-        const auto count = ::pread(file, into.data(), into.size(), offset);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return count < 0 ? ReadResult::failed : ReadResult::shorter;
-        into = into.subspan(static_cast<std::size_t>(count));
-        offset += count;
-    }
-    return ReadResult::complete;
+    const auto count = readUpTo(file, offset, into, into.size());
+    return count == into.size() ? ReadResult::complete
+                                : (count ? ReadResult::shorter : ReadResult::failed);
+}
+
+ReadResult readLastPiece(int file, std::int64_t offset, std::span<char> intoAndOneMore)
+{
+    const auto count = readUpTo(file, offset, intoAndOneMore, intoAndOneMore.size() - 1);
+    if (!count)
+        return ReadResult::failed;
+    if (*count + 1 == intoAndOneMore.size())
+        return ReadResult::complete;
+    return *count < intoAndOneMore.size() ? ReadResult::shorter : ReadResult::longer;
 }
 
 bool endsAt(int file, std::int64_t size)
@@ -126,22 +150,35 @@ std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> in
     return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
-void readAhead(int file, std::int64_t offset, std::size_t bytes)
+void readAhead(int file, std::int64_t offset, std::int64_t bytes)
 {
-    ::posix_fadvise(file, offset, static_cast<off_t>(bytes), POSIX_FADV_WILLNEED);
+    // Of a longer piece many disks would fetch only so much, and nobody would hear of it.
+    constexpr std::int64_t fetchedAtOnce = 128 * 1024;
+    for (std::int64_t asked = 0; asked < bytes; asked += fetchedAtOnce)
+        ::posix_fadvise(
+            file, offset + asked, std::min(fetchedAtOnce, bytes - asked), POSIX_FADV_WILLNEED);
 }
 
-ReadResult readOnwards(FileReadOnwards& file, std::int64_t offset, std::span<char> into)
+ReadResult readOnwards(
+    FileReadOnwards& file, std::int64_t offset, std::span<char> into, bool isLast)
 {
     const auto got = readWithoutWaiting(file.file.get(), offset, into);
-    const auto end = offset + static_cast<std::int64_t>(into.size());
-    const bool comesFromDisk = got < into.size() || file.askedUpTo > 0;
+    const auto wanted = into.size() - (isLast ? 1 : 0);
+    const auto end = offset + static_cast<std::int64_t>(wanted);
+    const bool comesFromDisk = got < wanted || file.askedUpTo > 0;
     if (comesFromDisk && end + readAheadBytes / 2 > file.askedUpTo) {
         const auto from = std::max(offset + static_cast<std::int64_t>(got), file.askedUpTo);
-        readAhead(file.file.get(), from, static_cast<std::size_t>(readAheadBytes));
-        file.askedUpTo = from + readAheadBytes;
+        file.askedUpTo = isLast ? std::max(from, end) : from + readAheadBytes;
+        readAhead(file.file.get(), from, file.askedUpTo - from);
     }
-    return readPiece(file.file.get(), offset + static_cast<std::int64_t>(got), into.subspan(got));
+    if (got > wanted)
+        return ReadResult::longer;
+    if (got == wanted)
+        return ReadResult::complete;
+    const auto rest = into.subspan(got);
+    const auto next = offset + static_cast<std::int64_t>(got);
+    return isLast ? readLastPiece(file.file.get(), next, rest)
+                  : readPiece(file.file.get(), next, rest);
 }
 
 std::size_t openFilesPerThread(unsigned threads)

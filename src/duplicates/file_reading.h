@@ -26,9 +26,15 @@ FileIdentity identityOf(const struct stat& status);
 /// refused (EINVAL) without waiting for whoever is at the other end of it.
 Result<OpenedFile, int> openRegularFile(const std::string& path);
 
+/// What a look at a file tells.
+struct LookedAtFile {
+    FileIdentity identity;
+    bool hasSeveralNames = false;
+};
+
 /// Looks at the entry `name` of an open folder, links not followed; nothing unless it is a regular
 /// file.
-std::optional<FileIdentity> lookAtRegularFile(int folder, const char* name);
+std::optional<LookedAtFile> lookAtRegularFile(int folder, const char* name);
 
 /// Looks at an open file. Its file system is asked, even one on another machine whose last answer
 /// is remembered here.
@@ -43,11 +49,16 @@ FileDescriptor openFolderToWriteOut(const std::string& path);
 enum class ReadResult {
     complete,
     shorter, ///< the file ends before the piece does
+    longer, ///< the file does not end with its last piece
     failed,
 };
 
 /// Reads exactly the piece of the file that begins at `offset` and is as long as `into`.
 ReadResult readPiece(int file, std::int64_t offset, std::span<char> into);
+
+/// The same for the last piece, and sees that the file does end there, whatever length it claims:
+/// `intoAndOneMore` is one byte longer than the piece.
+ReadResult readLastPiece(int file, std::int64_t offset, std::span<char> intoAndOneMore);
 
 /// Whether the file has no byte at `size` or behind it, whatever length it claims.
 bool endsAt(int file, std::int64_t size);
@@ -56,7 +67,7 @@ bool endsAt(int file, std::int64_t size);
 std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> into);
 
 /// Asks the disk for a piece of the file without waiting for it.
-void readAhead(int file, std::int64_t offset, std::size_t bytes);
+void readAhead(int file, std::int64_t offset, std::int64_t bytes);
 
 /// A file that is read piece by piece from its start to its end.
 struct FileReadOnwards {
@@ -64,9 +75,10 @@ struct FileReadOnwards {
     std::int64_t askedUpTo = 0; ///< where what the disk was asked for ends
 };
 
-/// As `readPiece`, for the next piece of such a file. Once a piece had to come from a disk, the
-/// disk is kept a few pieces ahead.
-ReadResult readOnwards(FileReadOnwards& file, std::int64_t offset, std::span<char> into);
+/// Reads the next piece of such a file, which begins at `offset`; the last one as `readLastPiece`
+/// does. Once a piece had to come from a disk, the disk is kept a few pieces ahead.
+ReadResult readOnwards(
+    FileReadOnwards& file, std::int64_t offset, std::span<char> into, bool isLast);
 
 /// How many files each of `threads` threads may hold open, so that neither they nor the rest of the
 /// process run out of descriptors.

@@ -1,12 +1,11 @@
 #include "duplicates/large_files.h"
 
 #include "concurrency/thread_crew.h"
-#include "duplicates/batch_reader.h"
+#include "duplicates/content_samples.h"
 #include "duplicates/file_reading.h"
 #include "duplicates/sha256.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cstring>
 #include <functional>
@@ -19,94 +18,10 @@ namespace kestavon {
 
 namespace {
 
-// Of either end of a file: formats differ at the start, appended data at the end.
-constexpr std::size_t sampleBytes = 4096;
-// Files that one thread samples at a time.
-constexpr std::size_t sampledTogether = 64;
-
 // Read of each file in turn. Two such pieces fit into a core's own cache.
 constexpr std::size_t pieceBytes = 256 * 1024;
 // The same while another thread hashes: starting it must cost little beside the hashing.
 constexpr std::size_t largePieceBytes = 1024 * 1024;
-
-void sampleFiles(DuplicateSearch& search, std::span<const std::uint32_t> files,
-    std::vector<char>& buffer, std::size_t openFiles)
-{
-    std::array<PlannedRead, sampledTogether> reads;
-    auto room = std::span(buffer);
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        reads[i] = {.file = files[i],
-            .start = room.first(sampleBytes),
-            .end = room.subspan(sampleBytes, sampleBytes)};
-        room = room.subspan(2 * sampleBytes);
-    }
-    const auto planned = std::span(reads).first(files.size());
-    readBatch(search, planned, openFiles);
-    for (const auto& read : planned) {
-        if (read.isRead) // start and end lie side by side
-            search.file(read.file).sample = std::hash<std::string_view>{}(
-                std::string_view(read.start.data(), 2 * sampleBytes));
-    }
-}
-
-void takeSamples(const std::shared_ptr<DuplicateSearch>& search,
-    const std::vector<CandidateSet>& sets, unsigned threads, const std::stop_token& stop)
-{
-    struct Work {
-        std::vector<std::uint32_t> files;
-        std::atomic<std::size_t> next = 0;
-    };
-    const auto work = std::make_shared<Work>();
-    for (const auto& set : sets) {
-        for (auto i = set.begin; i < set.end; ++i)
-            work->files.push_back(i);
-    }
-    runOnThreads(
-        threads,
-        [search, work, openFiles = openFilesPerThread(threads)] {
-            std::vector<char> buffer(sampledTogether * 2 * sampleBytes);
-            const auto files = std::span<const std::uint32_t>(work->files);
-            for (auto begin = work->next.fetch_add(sampledTogether);
-                 begin < files.size() && !search->isStopped();
-                 begin = work->next.fetch_add(sampledTogether)) {
-                const auto count = std::min(sampledTogether, files.size() - begin);
-                sampleFiles(*search, files.subspan(begin, count), buffer, openFiles);
-            }
-        },
-        stop);
-}
-
-/// The sets of files that are alike by their samples, none larger than `mostFiles`. Reorders the
-/// files within `sets`.
-std::vector<CandidateSet> alikeBySample(
-    DuplicateSearch& search, const std::vector<CandidateSet>& sets, std::size_t mostFiles)
-{
-    auto& files = search.files();
-    std::vector<CandidateSet> alike;
-    for (const auto& set : sets) {
-        // Those that have left the search go to the end.
-        const auto begin = files.begin() + set.begin;
-        const auto gone = std::partition(begin, files.begin() + set.end,
-            [](const CandidateFile& file) { return file.nameCount > 0; });
-        const auto end = static_cast<std::uint32_t>(gone - files.begin());
-        std::ranges::sort(begin, gone, {}, &CandidateFile::sample);
-        const auto found = setsOf(files, set.begin, end,
-            [](const auto& a, const auto& b) { return a.sample == b.sample; });
-        std::int64_t filesLeft = 0;
-        for (const auto& part : found) {
-            filesLeft += part.size();
-            const bool isCut = part.size() > mostFiles;
-            for (auto first = part.begin; first < part.end;
-                 first += static_cast<std::uint32_t>(mostFiles)) {
-                const auto next = first + static_cast<std::uint32_t>(mostFiles);
-                alike.push_back(
-                    {.begin = first, .end = std::min(next, part.end), .isComplete = !isCut});
-            }
-        }
-        search.countDone((set.size() - filesLeft) * files[set.begin].identity.size);
-    }
-    return alike;
-}
 
 /// Open files that have been equal so far.
 struct Comparison {
@@ -136,7 +51,7 @@ public:
     {
         m_pieceBytes = hashesBeside ? largePieceBytes : pieceBytes;
         for (auto* buffer : {&m_piece, &m_nextPiece, &m_other})
-            buffer->resize(m_pieceBytes);
+            buffer->resize(m_pieceBytes + 1); // One more byte shows that a file ends.
 
         m_unfinished.push_back(opened(set));
         while (!m_unfinished.empty()) {
@@ -149,6 +64,12 @@ public:
 private:
     using Member = Comparison::Member;
 
+    /// A member that is not like the first one, and a hash of the piece in which it differs.
+    struct Different {
+        Member member;
+        std::size_t hash;
+    };
+
     Comparison opened(const CandidateSet& set)
     {
         Comparison comparison;
@@ -159,7 +80,7 @@ private:
                 comparison.members.push_back(
                     {.content = {.file = std::move(file)}, .candidate = i});
             else
-                m_search.countDone(comparison.size);
+                countRest(comparison, 1);
         }
         return comparison;
     }
@@ -178,18 +99,12 @@ private:
                 static_cast<std::int64_t>(m_pieceBytes), comparison.size - comparison.offset);
             const auto piece = std::span(m_piece).first(static_cast<std::size_t>(length));
             auto different = readAll(comparison, piece);
-            if (isNeeded(different, comparison.isComplete)) {
+            if (!different.empty()) {
                 finishHashing();
-                m_unfinished.push_back({.members = std::move(different),
-                    .size = comparison.size,
-                    .offset = comparison.offset,
-                    .isComplete = comparison.isComplete,
-                    .sha256 = comparison.sha256});
-            } else {
-                countDone(different.size(), comparison.size - comparison.offset);
+                keepForLater(comparison, std::move(different));
             }
             if (!isNeeded(comparison.members, comparison.isComplete))
-                return countDone(comparison.members.size(), comparison.size - comparison.offset);
+                return countRest(comparison, comparison.members.size());
 
             finishHashing();
             if (hashesBeside)
@@ -198,8 +113,9 @@ private:
             else
                 comparison.sha256.update(piece);
             std::swap(m_piece, m_nextPiece);
+            const auto before = countedUpTo(comparison.offset);
             comparison.offset += length;
-            countDone(comparison.members.size(), length);
+            m_search.countDone(countedUpTo(comparison.offset) - before, comparison.members.size());
         }
         finishHashing();
         const auto digest = comparison.sha256.finish();
@@ -209,20 +125,21 @@ private:
 
     /// Reads the next piece of every member: that of the first goes into `piece`, and the members
     /// that differ from it are taken out and returned. So are those that cannot be read, for good.
-    std::vector<Member> readAll(Comparison& comparison, std::span<char> piece)
+    std::vector<Different> readAll(Comparison& comparison, std::span<char> piece)
     {
         auto& members = comparison.members;
-        while (!members.empty() && !isRead(members.front(), comparison, piece))
+        while (!members.empty() && !isRead(members.front(), comparison, m_piece, piece.size()))
             members.erase(members.begin());
         std::vector<Member> equal;
-        std::vector<Member> different;
+        std::vector<Different> different;
         for (auto& member : members) {
             if (!equal.empty()) {
-                const auto other = std::span(m_other).first(piece.size());
-                if (!isRead(member, comparison, other))
+                if (!isRead(member, comparison, m_other, piece.size()))
                     continue;
-                if (std::memcmp(piece.data(), other.data(), piece.size()) != 0) {
-                    different.push_back(std::move(member));
+                if (std::memcmp(piece.data(), m_other.data(), piece.size()) != 0) {
+                    const std::string_view other(m_other.data(), piece.size());
+                    different.push_back({.member = std::move(member),
+                        .hash = std::hash<std::string_view>{}(other)});
                     continue;
                 }
             }
@@ -233,15 +150,42 @@ private:
     }
 
     /// Reads the member's next piece; when it cannot be, the member has left the search.
-    bool isRead(Member& member, const Comparison& comparison, std::span<char> into)
+    bool isRead(
+        Member& member, const Comparison& comparison, std::vector<char>& into, std::size_t bytes)
     {
-        const auto result = readOnwards(member.content, comparison.offset, into);
+        const bool isLast = comparison.offset + static_cast<std::int64_t>(bytes) == comparison.size;
+        const auto result = readOnwards(member.content, comparison.offset,
+            std::span(into).first(bytes + (isLast ? 1 : 0)), isLast);
         if (result == ReadResult::complete)
             return true;
-        if (result == ReadResult::shorter)
-            m_search.hashLater(m_search.file(member.candidate));
-        countDone(1, comparison.size - comparison.offset);
+        auto& candidate = m_search.file(member.candidate);
+        if (result == ReadResult::failed)
+            candidate.nameCount = 0;
+        else
+            m_search.hashLater(candidate);
+        countRest(comparison, 1);
         return false;
+    }
+
+    /// Splits members that differ from the others by what they hold instead, so that many that all
+    /// differ are not compared with each other one by one.
+    void keepForLater(const Comparison& comparison, std::vector<Different> different)
+    {
+        std::ranges::sort(different, {}, &Different::hash);
+        for (std::size_t begin = 0, end = 0; begin < different.size(); begin = end) {
+            std::vector<Member> alike;
+            for (; end < different.size() && different[end].hash == different[begin].hash; ++end)
+                alike.push_back(std::move(different[end].member));
+            if (!isNeeded(alike, comparison.isComplete)) {
+                countRest(comparison, alike.size());
+                continue;
+            }
+            m_unfinished.push_back({.members = std::move(alike),
+                .size = comparison.size,
+                .offset = comparison.offset,
+                .isComplete = comparison.isComplete,
+                .sha256 = comparison.sha256});
+        }
     }
 
     /// Whether the members can still become part of a group.
@@ -253,9 +197,13 @@ private:
         return names > 1 || (names == 1 && !isComplete);
     }
 
-    void countDone(std::size_t files, std::int64_t bytes)
+    /// The bytes of each member that count as done when it was read up to `offset`.
+    static std::int64_t countedUpTo(std::int64_t offset) { return std::max(offset, sampledBytes); }
+
+    /// Counts so many members as done that need not be read any further.
+    void countRest(const Comparison& comparison, std::size_t members)
     {
-        m_search.countDone(static_cast<std::int64_t>(files) * bytes);
+        m_search.countDone(comparison.size - countedUpTo(comparison.offset), members);
     }
 
     DuplicateSearch& m_search;
@@ -280,9 +228,8 @@ void compareLargeFiles(const std::shared_ptr<DuplicateSearch>& search,
 {
     if (sets.empty())
         return;
-    takeSamples(search, sets, threads, stop);
     const auto order = std::make_shared<ReadingOrder>();
-    order->sets = alikeBySample(*search, sets, openFilesPerThread(threads));
+    order->sets = alikeBySamples(search, sets, openFilesPerThread(threads), threads, stop);
     if (order->sets.empty())
         return;
     std::ranges::sort(order->sets, std::greater(), [&search](const CandidateSet& set) {

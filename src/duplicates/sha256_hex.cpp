@@ -1,7 +1,6 @@
 #include "duplicates/sha256_hex.h"
 
 #include "core/domain/removal_guard.h"
-#include "duplicates/file_reading.h"
 #include "duplicates/sha256.h"
 
 #include <cerrno>
@@ -19,10 +18,10 @@ FileResult<FileDigest> sha256OfFile(const std::string& path, const std::stop_tok
     const auto opened = openRegularFile(path);
     if (!opened)
         return failure(opened.error());
-    const auto digest = sha256OfOpenFile(opened->file.get(), stop);
+    const auto digest = sha256OfOpenFile(*opened, stop);
     if (!digest)
         return failure(digest.error());
-    return FileDigest{.digest = *digest, .identity = opened->identity};
+    return *digest;
 }
 
 FileResult<std::string> sha256Hex(const std::string& path, const std::stop_token& stop)
@@ -33,8 +32,9 @@ FileResult<std::string> sha256Hex(const std::string& path, const std::stop_token
     return hexText(file->digest);
 }
 
-Result<Sha256Digest, int> sha256OfOpenFile(int file, const std::stop_token& stop)
+Result<FileDigest, int> sha256OfOpenFile(const OpenedFile& opened, const std::stop_token& stop)
 {
+    const int file = opened.file.get();
     constexpr std::size_t pieceBytes = std::size_t{1} << 20;
     ::posix_fadvise(file, 0, 0, POSIX_FADV_SEQUENTIAL);
     Sha256 sha256;
@@ -48,7 +48,8 @@ Result<Sha256Digest, int> sha256OfOpenFile(int file, const std::stop_token& stop
         if (count < 0)
             return errno;
         if (count == 0)
-            return sha256.finish();
+            return FileDigest{
+                .digest = sha256.finish(), .bytes = offset, .identity = opened.identity};
         sha256.update(std::span(piece).first(static_cast<std::size_t>(count)));
         offset += count;
     }

@@ -2,6 +2,7 @@
 
 #include "core/domain/duplicate_list.h"
 #include "core/domain/file_identity.h"
+#include "duplicates/file_reading.h"
 #include "platform/file_error.h"
 
 #include <stop_token>
@@ -12,6 +13,7 @@ namespace kestavon {
 /// A file's content, summed up.
 struct FileDigest {
     Sha256Digest digest{};
+    std::int64_t bytes = 0; ///< that were read
     FileIdentity identity; ///< the file as it was just before it was read
 };
 
@@ -23,8 +25,8 @@ FileResult<FileDigest> sha256OfFile(const std::string& path, const std::stop_tok
 /// The same digest as 64 lower-case hexadecimal characters.
 FileResult<std::string> sha256Hex(const std::string& path, const std::stop_token& stop = {});
 
-/// The digest of a file that is open for reading, from its start to its end, or the system's error
-/// number.
-Result<Sha256Digest, int> sha256OfOpenFile(int file, const std::stop_token& stop = {});
+/// The same of a file that is open, from its start to its end, or the system's error number.
+Result<FileDigest, int> sha256OfOpenFile(
+    const OpenedFile& opened, const std::stop_token& stop = {});
 
 } // namespace kestavon

@@ -32,8 +32,8 @@ std::vector<Batch> batchesOf(DuplicateSearch& search, const std::vector<Candidat
 {
     std::vector<Batch> batches;
     for (const auto& set : sets) {
-        const auto fileBytes = static_cast<std::size_t>(
-            std::max<std::int64_t>(search.file(set.begin).identity.size, 1));
+        // One more byte shows that the file ends where it says.
+        const auto fileBytes = static_cast<std::size_t>(search.file(set.begin).identity.size) + 1;
         const auto most = static_cast<std::uint32_t>(
             std::clamp(batchBytes / fileBytes, std::size_t{1}, batchFiles));
         const bool isCut = set.size() > most;
@@ -70,8 +70,8 @@ public:
         for (const auto& set : batch.sets) {
             for (auto i = set.begin; i < set.end; ++i) {
                 const auto size = static_cast<std::size_t>(m_search.file(i).identity.size);
-                m_reads.push_back({.file = i, .start = room.first(size)});
-                room = room.subspan(size);
+                m_reads.push_back({.file = i, .bytes = room.first(size)});
+                room = room.subspan(size + 1);
             }
         }
         readBatch(m_search, m_reads, m_openFiles);
@@ -79,10 +79,10 @@ public:
             return;
         auto reads = std::span(m_reads);
         for (const auto& set : batch.sets) {
+            m_search.countDone(m_search.file(set.begin).identity.size, set.size());
             settle(set, reads.first(set.size()));
             reads = reads.subspan(set.size());
         }
-        m_search.countDone(static_cast<std::int64_t>(batch.bytes));
     }
 
 private:
@@ -93,7 +93,7 @@ private:
             reads.begin(), reads.end(), [](const PlannedRead& read) { return read.isRead; });
         reads = reads.first(static_cast<std::size_t>(unread - reads.begin()));
         const auto compare = [](const PlannedRead& a, const PlannedRead& b) {
-            return std::memcmp(a.start.data(), b.start.data(), a.start.size());
+            return std::memcmp(a.bytes.data(), b.bytes.data(), a.bytes.size());
         };
         std::ranges::sort(
             reads, [compare](const auto& a, const auto& b) { return compare(a, b) < 0; });
@@ -110,7 +110,7 @@ private:
 
     void settleEqual(std::span<const PlannedRead> reads)
     {
-        m_sha256.update(reads.front().start);
+        m_sha256.update(reads.front().bytes);
         const auto digest = m_sha256.finish();
         for (const auto& read : reads)
             m_search.settle(m_search.file(read.file), digest);

@@ -1,4 +1,6 @@
 #include "concurrency/cancelled.h"
+#include "duplicates/duplicate_search.h"
+#include "duplicates/file_reading.h"
 #include "duplicates/searches.h"
 #include "support/temporary_tree.h"
 
@@ -8,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <mutex>
+#include <span>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -80,6 +83,31 @@ TEST(DuplicateFinder, LeavesOutWhatLiesInTheFoldersItIsTold)
     };
     EXPECT_THAT(found({folder / "a/.Trash", "/elsewhere"}).at(0).paths, ElementsAre(a, b, beside));
     EXPECT_THAT(found({folder.path()}), IsEmpty());
+}
+
+TEST(DuplicateFinder, LeavesThemOutHoweverTheyAreReached)
+{
+    const test::TemporaryTree tree;
+    tree.writeFile("var/home/a", "same");
+    tree.writeFile("var/home/b", "same");
+    tree.writeFile("var/home/share/Trash/files/c", "same");
+    tree.writeFile("var/home/elsewhere/d", "same");
+    tree.writeFile("var/home/other/Trash/e", "same");
+    tree.link("home", "var/home"); // as whole systems have it
+    tree.link("var/home/Safe", "elsewhere");
+    for (const auto& root : {tree / "home", tree / "var/home"}) {
+        const auto at = [&root](const std::string& name) { return root + "/" + name; };
+        const auto records = test::recordsOf(
+            {at("a"), at("b"), at("share/Trash/files/c"), at("elsewhere/d"), at("other/Trash/e")});
+        for (const auto& home : {tree / "home", tree / "var/home"}) {
+            const auto groups = test::groupsIn(*test::search(
+                root, records, {.leaveOut = {home + "/share/Trash", home + "/Safe"}}));
+            ASSERT_THAT(groups, SizeIs(1));
+            EXPECT_THAT(groups[0].paths, ElementsAre(at("a"), at("b"), at("other/Trash/e")));
+            EXPECT_THAT(
+                test::groupsIn(*test::search(root, records, {.leaveOut = {home}})), IsEmpty());
+        }
+    }
 }
 
 TEST(DuplicateFinder, ReadsFilesDeeperThanAnyPathCanName)
@@ -158,6 +186,7 @@ TEST(DuplicateFinder, TellsHowManyBytesAreDone)
         reports.push_back(progress);
     }});
     ASSERT_FALSE(reports.empty());
+    EXPECT_LT(reports.front().bytesDone, 1'000'000); // already while it looks into every file
     for (const auto& progress : reports) {
         EXPECT_EQ(progress.bytesToDo, 900'000'000);
         EXPECT_GT(progress.bytesDone, 0);
@@ -189,6 +218,127 @@ TEST(DuplicateFinder, FilesThatChangeAllTheTimeDisturbNobodyElse)
         EXPECT_THAT(groups[0].paths, ElementsAre(a, b));
         EXPECT_THAT(groups[1].paths, ElementsAre(small, small2));
     }
+}
+
+TEST(DuplicateFinder, ProgressOfFilesLargerThanAllNumbersNeitherWrapsNorGoesBack)
+{
+    constexpr auto fiveExbibytes = std::int64_t{5} << 60;
+    const std::vector<FileRecord> records{test::file("/r/a", 5), test::file("/r/b", 5)};
+    CandidateFiles candidates{.names = {0, 1}, .files = {}};
+    for (std::uint32_t i = 0; i < 2; ++i)
+        candidates.files.push_back(
+            {.identity = {.size = fiveExbibytes}, .firstName = i, .nameCount = 1});
+    std::vector<std::int64_t> reports;
+    DuplicateSearch search(RecordList::fromRecords("/r", records), std::move(candidates),
+        [&reports](const DuplicateProgress& progress) { reports.push_back(progress.bytesDone); },
+        {});
+    search.expect({{.begin = 0, .end = 2}});
+    for (int i = 0; i < 3; ++i) {
+        search.countDone(fiveExbibytes);
+        std::this_thread::sleep_for(110ms); // it reports ten times a second
+    }
+    search.countDone(fiveExbibytes, 2);
+    EXPECT_THAT(reports, testing::Each(testing::Ge(fiveExbibytes)));
+    EXPECT_TRUE(std::ranges::is_sorted(reports));
+}
+
+TEST(DuplicateFinder, AFileThatWasSavedAgainMeanwhileKeepsItsGroup)
+{
+    const test::TemporaryFolder folder;
+    const std::string content(300'000, 'x');
+    std::vector<std::string> paths{folder.writeFile("first", "12"),
+        folder.writeFile("second", "12"), folder.writeFile("c", content),
+        folder.writeFile("d", content)};
+    std::once_flag saved;
+    const auto saveAgain = [&](const DuplicateProgress&) {
+        std::call_once(saved, [&] { // once the small ones are done
+            std::filesystem::copy_file(paths[3], folder / "new");
+            std::filesystem::rename(folder / "new", paths[3]);
+        });
+    };
+    const auto groups = test::groupsIn(*test::search(
+        folder.path(), test::recordsOf(paths), {.progress = saveAgain, .threads = 1}));
+    ASSERT_THAT(groups, SizeIs(2));
+    EXPECT_THAT(groups[0].paths, ElementsAre(paths[2], paths[3]));
+}
+
+TEST(DuplicateFinder, FindsAllWithHardlyADescriptorLeft)
+{
+    const test::TemporaryFolder folder;
+    std::vector<std::string> paths;
+    for (int i = 0; i < 40; ++i)
+        paths.push_back(folder.writeFile(std::to_string(i % 8) + "/" + std::to_string(i),
+            std::string(i % 2 == 0 ? 1000 : 100'000, static_cast<char>('a' + i % 8))));
+    const auto expected = test::groupsAmong(folder.path(), paths);
+    ASSERT_THAT(expected, SizeIs(8));
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const auto open = static_cast<rlim_t>(
+        std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+    for (const rlim_t left : {2, 3, 5}) {
+        auto few = before;
+        few.rlim_cur = open - 1 + left; // less the one that counted
+        ::setrlimit(RLIMIT_NOFILE, &few);
+        const auto found = test::groupsAmong(folder.path(), paths);
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        EXPECT_EQ(found, expected) << left;
+    }
+}
+
+/// The bytes that this process has read so far.
+std::int64_t bytesRead()
+{
+    std::ifstream counters("/proc/self/io");
+    std::string name;
+    std::int64_t value = 0;
+    counters >> name >> value; // rchar
+    return value;
+}
+
+TEST(DuplicateFinder, ACrowdThatIsAlikeAtBothEndsIsNotReadAgainAndAgain)
+{
+    struct {
+        int files;
+        std::size_t size;
+        std::size_t different; // where each holds something of its own
+        double mostReadings; // of all of it
+    } const crowds[] = {
+        {60, 300'000, 170'000, 2.0}, // side by side
+        {200, 100'000, 50'000, 0.5}, // too many for that
+    };
+    for (const auto& crowd : crowds) {
+        const test::TemporaryFolder folder;
+        std::vector<std::string> paths;
+        for (int i = 0; i < crowd.files; ++i) {
+            std::string content(crowd.size, 'x');
+            content.replace(crowd.different, 8, std::to_string(10'000'000 + i));
+            paths.push_back(folder.writeFile(std::to_string(i), content));
+        }
+        const auto before = bytesRead();
+        EXPECT_THAT(test::groupsAmong(folder.path(), paths), IsEmpty());
+        EXPECT_LT(static_cast<double>(bytesRead() - before),
+            crowd.mostReadings * crowd.files * static_cast<double>(crowd.size));
+    }
+}
+
+TEST(FileReading, ALastPieceMustEndTheFile)
+{
+    const test::TemporaryFolder folder;
+    const auto opened = openRegularFile(folder.writeFile("file", "0123456789"));
+    std::string room(11, '\0');
+    const auto read = [&](std::int64_t offset, std::size_t bytes) {
+        return readLastPiece(opened->file.get(), offset, std::span(room).first(bytes + 1));
+    };
+    EXPECT_EQ(read(0, 10), ReadResult::complete);
+    EXPECT_EQ(read(4, 6), ReadResult::complete);
+    EXPECT_EQ(read(0, 9), ReadResult::longer);
+    EXPECT_EQ(read(5, 6), ReadResult::shorter);
+    EXPECT_TRUE(endsAt(opened->file.get(), 10));
+    EXPECT_FALSE(endsAt(opened->file.get(), 9));
+    FileReadOnwards onwards{.file = std::move(openRegularFile(folder / "file")->file)};
+    EXPECT_EQ(readOnwards(onwards, 0, std::span(room).first(10), true), ReadResult::longer);
+    EXPECT_EQ(readOnwards(onwards, 0, room, true), ReadResult::complete);
+    EXPECT_EQ(readOnwards(onwards, 0, room, false), ReadResult::shorter);
 }
 
 } // namespace

@@ -134,7 +134,11 @@ public:
 private:
     std::string content()
     {
-        std::string bytes(m_sizes[below(m_sizes.size())], static_cast<char>('a' + below(2)));
+        // Every place holds something else, so that a piece in the wrong place shows.
+        std::string bytes(m_sizes[below(m_sizes.size())], '\0');
+        const auto kind = below(2);
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<char>((i * 2'654'435'761U >> 7) + kind);
         if (!bytes.empty() && below(2) == 0) {
             const std::size_t places[]
                 = {0, bytes.size() - 1, bytes.size() / 2, below(bytes.size())};
