@@ -3,8 +3,8 @@
 #include "duplicates/file_reading.h"
 
 #include <array>
+#include <deque>
 #include <utility>
-#include <vector>
 
 namespace kestavon {
 
@@ -88,20 +88,18 @@ void finish(DuplicateSearch& search, const Waiting& waiting)
 
 void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_t openFiles)
 {
-    std::vector<Waiting> waiting;
-    const auto finishWaiting = [&search, &waiting] {
-        for (const auto& file : waiting) {
-            if (search.isStopped())
-                return;
-            finish(search, file);
-        }
-        waiting.clear();
+    std::deque<Waiting> waiting; // the disk works on all of them at once
+    const auto finishOldest = [&search, &waiting] {
+        finish(search, waiting.front());
+        waiting.pop_front();
     };
     for (auto& read : reads) {
         if (search.isStopped())
             return;
         auto& candidate = search.file(read.file);
-        auto file = search.open(candidate);
+        const bool isWhole
+            = static_cast<std::int64_t>(read.bytes.size()) == candidate.identity.size;
+        auto file = isWhole ? search.openToReadWhole(candidate) : search.open(candidate);
         if (!file)
             continue;
         const auto pieces = piecesOf(read, candidate.identity.size);
@@ -114,9 +112,10 @@ void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_
             readAhead(file.get(), piece.offset, static_cast<std::int64_t>(piece.bytes.size()));
         waiting.push_back({.file = std::move(file), .read = &read});
         if (waiting.size() >= openFiles)
-            finishWaiting();
+            finishOldest();
     }
-    finishWaiting();
+    while (!waiting.empty() && !search.isStopped())
+        finishOldest();
 }
 
 } // namespace kestavon

@@ -63,6 +63,19 @@ FileDescriptor DuplicateSearch::open(CandidateFile& file)
     return FileDescriptor();
 }
 
+FileDescriptor DuplicateSearch::openToReadWhole(CandidateFile& file)
+{
+    if (file.nameCount != 1)
+        return open(file);
+    FileDescriptor opened = openToRead(m_records->path(m_candidates.names[file.firstName]));
+    if (opened)
+        return opened;
+    if (isOutOfDescriptors(errno))
+        hashLater(file);
+    file.nameCount = 0;
+    return opened;
+}
+
 void DuplicateSearch::settle(CandidateFile& file, const Sha256Digest& digest)
 {
     file.isSettled = true;

@@ -33,6 +33,11 @@ public:
     /// before. Gives no descriptor when none does; then the file has left the search.
     FileDescriptor open(CandidateFile& file);
 
+    /// The same for a file that is read from its start to its end at once, without another look at
+    /// it: the bytes say what it holds, and should they be another file's by now, what is known of
+    /// it is older than that and shows it.
+    FileDescriptor openToReadWhole(CandidateFile& file);
+
     /// The file's content has this digest.
     void settle(CandidateFile& file, const Sha256Digest& digest);
 

@@ -21,9 +21,6 @@ namespace {
 constexpr int readingFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
 constexpr int lookingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
-// How far a disk is kept ahead of the reader.
-constexpr std::int64_t readAheadBytes = std::int64_t{2} << 20;
-
 std::int64_t nanoseconds(const timespec& time)
 {
     return time.tv_sec * 1'000'000'000 + time.tv_nsec;
@@ -83,6 +80,11 @@ Result<OpenedFile, int> openRegularFile(const std::string& path)
     if (!S_ISREG(status.st_mode))
         return EINVAL;
     return OpenedFile{.file = std::move(file), .identity = identityOf(status)};
+}
+
+FileDescriptor openToRead(const std::string& path)
+{
+    return FileDescriptor(openPath(path, readingFlags));
 }
 
 std::optional<LookedAtFile> lookAtRegularFile(int folder, const char* name)

@@ -26,6 +26,10 @@ FileIdentity identityOf(const struct stat& status);
 /// refused (EINVAL) without waiting for whoever is at the other end of it.
 Result<OpenedFile, int> openRegularFile(const std::string& path);
 
+/// Opens what is at the path, if it is no link, without a look at it; with errno when it cannot be.
+/// Reading from anything but a regular file fails, or finds more than a file of that size has.
+FileDescriptor openToRead(const std::string& path);
+
 /// What a look at a file tells.
 struct LookedAtFile {
     FileIdentity identity;
@@ -68,6 +72,9 @@ std::size_t readWithoutWaiting(int file, std::int64_t offset, std::span<char> in
 
 /// Asks the disk for a piece of the file without waiting for it.
 void readAhead(int file, std::int64_t offset, std::int64_t bytes);
+
+/// How far ahead of its reader a disk is kept, in bytes.
+inline constexpr std::int64_t readAheadBytes = std::int64_t{2} << 20;
 
 /// A file that is read piece by piece from its start to its end.
 struct FileReadOnwards {

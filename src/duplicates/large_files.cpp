@@ -54,6 +54,7 @@ public:
             buffer->resize(m_pieceBytes + 1); // One more byte shows that a file ends.
 
         m_unfinished.push_back(opened(set));
+        askForStarts(m_unfinished.back());
         while (!m_unfinished.empty()) {
             auto comparison = std::move(m_unfinished.back());
             m_unfinished.pop_back();
@@ -83,6 +84,21 @@ private:
                 countRest(comparison, 1);
         }
         return comparison;
+    }
+
+    /// Has the disk fetch the starts of all members at once, when the first one's is not in memory.
+    static void askForStarts(Comparison& comparison)
+    {
+        auto& members = comparison.members;
+        char byte = 0; // from behind what was sampled
+        const auto bytes = std::min(comparison.size, readAheadBytes);
+        if (members.empty()
+            || readWithoutWaiting(members.front().content.file.get(), bytes / 2, {&byte, 1}) > 0)
+            return;
+        for (auto& member : members) {
+            readAhead(member.content.file.get(), 0, bytes);
+            member.content.askedUpTo = bytes;
+        }
     }
 
     void run(Comparison& comparison, bool hashesBeside)
