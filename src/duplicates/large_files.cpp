@@ -3,13 +3,14 @@
 #include "concurrency/thread_crew.h"
 #include "duplicates/content_samples.h"
 #include "duplicates/file_reading.h"
+#include "duplicates/hashing_thread.h"
 #include "duplicates/sha256.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <exception>
 #include <functional>
-#include <future>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -20,8 +21,6 @@ namespace {
 
 // Read of each file in turn. Two such pieces fit into a core's own cache.
 constexpr std::size_t pieceBytes = 256 * 1024;
-// The same while another thread hashes: starting it must cost little beside the hashing.
-constexpr std::size_t largePieceBytes = 1024 * 1024;
 
 /// Open files that have been equal so far.
 struct Comparison {
@@ -49,9 +48,8 @@ public:
     /// hashing.
     void compare(const CandidateSet& set, bool hashesBeside)
     {
-        m_pieceBytes = hashesBeside ? largePieceBytes : pieceBytes;
         for (auto* buffer : {&m_piece, &m_nextPiece, &m_other})
-            buffer->resize(m_pieceBytes + 1); // One more byte shows that a file ends.
+            buffer->resize(pieceBytes + 1); // One more byte shows that a file ends.
 
         m_unfinished.push_back(opened(set));
         askForStarts(m_unfinished.back());
@@ -64,6 +62,27 @@ public:
 
 private:
     using Member = Comparison::Member;
+
+    /// Waits, however a comparison ends, until its digest is no longer worked on.
+    class HashingEnds {
+    public:
+        explicit HashingEnds(HashingThread& hashing)
+            : m_hashing(hashing)
+        {
+        }
+        ~HashingEnds()
+        {
+            try {
+                m_hashing.finish();
+            } catch (const std::exception&) { // Only what nobody needs any more can have failed.
+            }
+        }
+        HashingEnds(const HashingEnds&) = delete;
+        HashingEnds& operator=(const HashingEnds&) = delete;
+
+    private:
+        HashingThread& m_hashing;
+    };
 
     /// A member that is not like the first one, and a hash of the piece in which it differs.
     struct Different {
@@ -103,29 +122,24 @@ private:
 
     void run(Comparison& comparison, bool hashesBeside)
     {
-        std::future<void> hashing; // of the piece before, into the comparison's digest
-        const auto finishHashing = [&hashing] {
-            if (hashing.valid())
-                hashing.get();
-        };
+        const HashingEnds hashingEnds(m_hashing);
         while (comparison.offset < comparison.size) {
             if (m_search.isStopped())
                 return;
             const auto length = std::min<std::int64_t>(
-                static_cast<std::int64_t>(m_pieceBytes), comparison.size - comparison.offset);
+                static_cast<std::int64_t>(pieceBytes), comparison.size - comparison.offset);
             const auto piece = std::span(m_piece).first(static_cast<std::size_t>(length));
             auto different = readAll(comparison, piece);
             if (!different.empty()) {
-                finishHashing();
+                m_hashing.finish();
                 keepForLater(comparison, std::move(different));
             }
             if (!isNeeded(comparison.members, comparison.isComplete))
                 return countRest(comparison, comparison.members.size());
 
-            finishHashing();
+            m_hashing.finish();
             if (hashesBeside)
-                hashing = std::async(std::launch::async | std::launch::deferred,
-                    [&sha256 = comparison.sha256, piece] { sha256.update(piece); });
+                m_hashing.begin(comparison.sha256, piece);
             else
                 comparison.sha256.update(piece);
             std::swap(m_piece, m_nextPiece);
@@ -133,7 +147,7 @@ private:
             comparison.offset += length;
             m_search.countDone(countedUpTo(comparison.offset) - before, comparison.members.size());
         }
-        finishHashing();
+        m_hashing.finish();
         const auto digest = comparison.sha256.finish();
         for (const auto& member : comparison.members)
             m_search.settle(m_search.file(member.candidate), digest);
@@ -223,11 +237,11 @@ private:
     }
 
     DuplicateSearch& m_search;
-    std::size_t m_pieceBytes = pieceBytes;
     std::vector<char> m_piece;
     std::vector<char> m_nextPiece;
     std::vector<char> m_other;
     std::vector<Comparison> m_unfinished;
+    HashingThread m_hashing; // of the piece before, into its comparison's digest
 };
 
 /// Sets that wait to be read, the largest first.
