@@ -27,6 +27,13 @@ struct MoveOptions {
     /// are followed. Give the folder that was walked, so that a folder exchanged for a link since
     /// then cannot lead the move astray.
     std::string noLinksBelow = {};
+    /// Folders are not moved (`Kind::changed`): the item was none when it was chosen, and nobody
+    /// saw what is in one that has taken its place.
+    bool refusesFolders = false;
+    /// While the item is copied to another device, a mark on it (`user.kestavon.under-way`) names
+    /// the folder that it goes to, so that `clearUnfinishedMoves` of the folder it comes from finds
+    /// what a crash leaves there.
+    bool remembersTarget = false;
     /// Checked while an item is copied to another device: the copy is dropped and nothing moves.
     std::stop_token stop = {};
     /// Called with the bytes copied so far and those expected; never for a plain rename.
@@ -58,9 +65,9 @@ public:
         = 0;
 
     /// Ends what moves to `folder` that were cut short by a crash left there and where they came
-    /// from: half copies go, and of a source that was being removed all that its copy holds byte
-    /// for byte. What a running move is working on stays. Nothing is reported: the next call tries
-    /// again.
+    /// from, and moves out of it that remember their target: half copies go, and of a source that
+    /// was being removed all that its copy holds byte for byte. What a running move is working on
+    /// stays. Nothing is reported: the next call tries again.
     virtual void clearUnfinishedMoves(const std::string& folder) = 0;
 };
 

@@ -35,10 +35,6 @@ public:
     /// The extended attributes of the file or folder at `path` whose names begin with `prefix`.
     virtual std::vector<FileMark> marksOf(
         const std::string& path, const std::string& prefix) const = 0;
-    /// Puts marks on a file or folder; false when one cannot be put on.
-    virtual bool setMarks(const std::string& path, const std::vector<FileMark>& marks) = 0;
-    /// Takes the marks off whose names begin with `prefix`; false when one cannot be taken off.
-    virtual bool removeMarks(const std::string& path, const std::string& prefix) = 0;
 };
 
 /// This machine's folders.
@@ -51,8 +47,6 @@ public:
     std::vector<std::string> namesIn(const std::string& folder) const override;
     std::vector<FileMark> marksOf(
         const std::string& path, const std::string& prefix) const override;
-    bool setMarks(const std::string& path, const std::vector<FileMark>& marks) override;
-    bool removeMarks(const std::string& path, const std::string& prefix) override;
 };
 
 } // namespace kestavon

@@ -12,6 +12,12 @@ namespace kestavon {
 struct RemoveOptions {
     /// See `MoveOptions::noLinksBelow`.
     std::string noLinksBelow = {};
+    /// See `MoveOptions::refusesFolders`.
+    bool refusesFolders = false;
+    /// A folder gets another name before the first entry goes, `.kestavon-deleted-…`, so that none
+    /// that is half deleted is taken for a whole one. What cannot be deleted gets its name back;
+    /// after a crash, `FileMover::clearUnfinishedMoves` of its folder deletes the rest.
+    bool hidesFolders = false;
     /// Checked at every entry; what was removed by then stays removed.
     std::stop_token stop = {};
 };

@@ -20,7 +20,9 @@ FileResult<Done> putBack(const std::string& source, const std::string& destinati
     // Looked at first, so that nothing is copied only to find its place taken.
     if (places.kindOf(destination))
         return fail(FileError::Kind::fileExists);
-    const auto moved = mover.move(source, destination, options);
+    auto remembering = options;
+    remembering.remembersTarget = true;
+    const auto moved = mover.move(source, destination, remembering);
     if (!moved)
         return fail(moved.error().kind);
     return Done{};

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <set>
 #include <tuple>
 
 namespace kestavon {
@@ -19,16 +18,6 @@ const std::string markPrefix = "user.kestavon.";
 const std::string originMark = markPrefix + "original-path";
 const std::string reasonMark = markPrefix + "reason";
 const std::string dateMark = markPrefix + "date"; ///< nanoseconds since 1970, decimal
-/// The folder that a held item is being given back to: after a crash, remains may lie there.
-const std::string underWayMark = markPrefix + "under-way";
-
-std::string folderOf(const std::string& path)
-{
-    auto folder = path.substr(0, path.size() - lastComponent(path).size());
-    while (folder.size() > 1 && folder.ends_with('/'))
-        folder.pop_back();
-    return folder;
-}
 
 std::string textOf(Timestamp moment)
 {
@@ -78,9 +67,7 @@ std::optional<QuarantineItem> QuarantineStore::hold(
     const auto& path = candidate.record.path;
     if (!m_tools.protectedPlaces->mayRemove(path))
         return std::nullopt;
-    const auto kind = m_tools.places->kindOf(path);
-    // Nobody saw what is in a folder that has taken a file's place.
-    if (!kind || (*kind == EntryKind::folder && !candidate.record.isDirectory))
+    if (!m_tools.places->kindOf(path))
         return std::nullopt;
 
     QuarantineItem item;
@@ -92,6 +79,7 @@ std::optional<QuarantineItem> QuarantineStore::hold(
     MoveOptions move;
     move.marks = {{originMark, path}, {dateMark, textOf(item.date)}, {reasonMark, item.reason}};
     move.noLinksBelow = options.noLinksBelow;
+    move.refusesFolders = !candidate.record.isDirectory;
     move.stop = options.stop;
     move.progress = options.progress;
     if (!m_tools.mover->move(path, item.quarantinedPath, move))
@@ -102,14 +90,9 @@ std::optional<QuarantineItem> QuarantineStore::hold(
 FileResult<Done> QuarantineStore::restore(const QuarantineItem& item)
 {
     clearUnfinishedMovesOnce();
-    m_tools.places->setMarks(item.quarantinedPath, {{underWayMark, folderOf(item.originalPath)}});
     MoveOptions move;
     move.unmarkPrefix = markPrefix;
-    auto back
-        = putBack(item.quarantinedPath, item.originalPath, *m_tools.mover, *m_tools.places, move);
-    if (!back)
-        m_tools.places->removeMarks(item.quarantinedPath, underWayMark);
-    return back;
+    return putBack(item.quarantinedPath, item.originalPath, *m_tools.mover, *m_tools.places, move);
 }
 
 std::vector<QuarantineItem> QuarantineStore::heldItems()
@@ -145,19 +128,6 @@ void QuarantineStore::clearUnfinishedMovesOnce()
         return;
     m_hasCleared = true;
     m_tools.mover->clearUnfinishedMoves(m_root);
-    std::set<std::string> folders;
-    std::vector<std::string> marked;
-    for (const auto& name : m_tools.places->namesIn(m_root)) {
-        const auto path = m_root + '/' + name;
-        for (const auto& mark : m_tools.places->marksOf(path, underWayMark)) {
-            folders.insert(mark.value);
-            marked.push_back(path);
-        }
-    }
-    for (const auto& folder : folders)
-        m_tools.mover->clearUnfinishedMoves(folder);
-    for (const auto& path : marked)
-        m_tools.places->removeMarks(path, underWayMark);
 }
 
 } // namespace kestavon

@@ -1,17 +1,23 @@
 #include "platform/file_remover.h"
+#include "support/entries.h"
+#include "support/faulty_calls.h"
 #include "support/temporary_tree.h"
 #include "support/tree_picture.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <new>
 #include <set>
+#include <utility>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/fs.h>
+#include <sched.h>
 #include <sys/ioctl.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,10 +28,10 @@ namespace {
 using Kind = FileError::Kind;
 namespace fs = std::filesystem;
 
-bool isThere(const std::string& path)
-{
-    return fs::symlink_status(path).type() != fs::file_type::not_found;
-}
+using test::Fault;
+using test::FaultyCalls;
+using test::isThere;
+using test::SystemCall;
 
 TEST(FileRemoverTests, DeletesLinksAndNotWhatTheyLeadTo)
 {
@@ -240,6 +246,87 @@ TEST_F(OneFileRemoval, NeverDeletesWhatHasTakenItsPlace)
         EXPECT_EQ(names(), before) << row.what;
         fs::remove_all(home / "file");
     }
+}
+
+TEST(FileRemoverTests, LeavesAFolderWhereNoneWasExpected)
+{
+    const test::TemporaryTree home;
+    home.writeFile("item/inner", "kept");
+    SystemFileRemover remover;
+    const auto removed = remover.remove(home / "item", {.refusesFolders = true});
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.error().kind, Kind::changed);
+    EXPECT_EQ(home.readFile("item/inner"), "kept");
+    EXPECT_TRUE(remover.remove(home / "item/inner", {.refusesFolders = true}));
+}
+
+TEST(FileRemoverTests, EntersNoOtherVolumeWhereMountsHaveNoNumbers)
+{
+    if (::geteuid() != 0 || ::unshare(CLONE_NEWNS) != 0)
+        GTEST_SKIP() << "only root can mount";
+    ASSERT_EQ(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+    const test::TemporaryTree home;
+    home.makeFolder("tree/volume");
+    ASSERT_EQ(::mount("none", (home / "tree/volume").c_str(), "tmpfs", 0, nullptr), 0);
+    home.writeFile("tree/volume/file", "kept");
+    {
+        const test::WithoutMountNumbers older;
+        EXPECT_FALSE(SystemFileRemover().remove(home / "tree"));
+    }
+    EXPECT_EQ(home.readFile("tree/volume/file"), "kept");
+    ::umount((home / "tree/volume").c_str());
+}
+
+TEST(FileRemoverTests, HidesAFolderWhileItIsHalfDeleted)
+{
+    const test::TemporaryTree home;
+    home.writeFile("held/a", "bytes");
+    home.writeFile("held/b", "bytes");
+    std::size_t seenUnderItsName = 0;
+    {
+        const FaultyCalls calls([&](const SystemCall& call) -> std::optional<Fault> {
+            if (call.call != "unlinkat")
+                return std::nullopt;
+            seenUnderItsName += isThere(home / "held") ? 1 : 0;
+            return call.name == "b" ? std::optional(Fault{EPERM}) : std::nullopt;
+        });
+        EXPECT_FALSE(SystemFileRemover().remove(home / "held", {.hidesFolders = true}));
+    }
+    EXPECT_EQ(seenUnderItsName, 0U);
+    EXPECT_EQ(home.readFile("held/b"), "bytes") << "what cannot be deleted has its name again";
+    EXPECT_TRUE(SystemFileRemover().remove(home / "held", {.hidesFolders = true}));
+    EXPECT_EQ(test::entriesIn(home.path()), 0U);
+}
+
+TEST(FileRemoverTests, TellsOfAFolderThatWasMovedAwayMeanwhile)
+{
+    const test::TemporaryTree home;
+    home.writeFile("tree/sub/file");
+    bool isMoved = false;
+    const FaultyCalls calls([&](const SystemCall& call) -> std::optional<Fault> {
+        if (call.call == "unlinkat" && call.name == "file" && !std::exchange(isMoved, true))
+            fs::rename(home / "tree", home / "elsewhere");
+        return std::nullopt;
+    });
+    EXPECT_FALSE(SystemFileRemover().remove(home / "tree"));
+    EXPECT_TRUE(isThere(home / "elsewhere"));
+}
+
+TEST(FileRemoverTests, DeletesNoNamesakeWhenTheTreeIsRearranged)
+{
+    const test::TemporaryTree home;
+    home.chain("d", 20);
+    bool isMoved = false;
+    const auto second = home / "d/d";
+    const FaultyCalls calls([&](const SystemCall& call) -> std::optional<Fault> {
+        if (call.call == "unlinkat" && call.name == "bottom" && !std::exchange(isMoved, true)) {
+            fs::rename(second, home / "elsewhere");
+            fs::create_directory(second);
+        }
+        return std::nullopt;
+    });
+    EXPECT_FALSE(SystemFileRemover().remove(home / "d"));
+    EXPECT_TRUE(isThere(second)) << "a newcomer that was never listed";
 }
 
 } // namespace

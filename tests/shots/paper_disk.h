@@ -59,8 +59,6 @@ public:
     }
     std::vector<std::string> names; ///< in every folder
     std::map<std::string, std::vector<FileMark>> marks; ///< of the items with these names
-    bool setMarks(const std::string&, const std::vector<FileMark>&) override { return true; }
-    bool removeMarks(const std::string&, const std::string&) override { return true; }
 
 private:
     MovedPaths m_moved;

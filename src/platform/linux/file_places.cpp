@@ -6,6 +6,7 @@
 #include "platform/linux/removal/item_place.h"
 #include "platform/linux/removal/metadata.h"
 #include "platform/linux/removal/retry.h"
+#include "platform/linux/removal/tree_copy.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -25,6 +26,16 @@ FileDescriptor openForListing(const std::string& path)
         return FileDescriptor();
     return FileDescriptor(
         retrying([&] { return ::openat(folder->get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+}
+
+/// Waits until the names in the folder are on the disk: what comes to lie in a new folder may soon
+/// exist nowhere else.
+void writeOut(int folder)
+{
+    const FileDescriptor opened(
+        retrying([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (opened)
+        waitForDisk(opened.get());
 }
 
 } // namespace
@@ -66,9 +77,10 @@ FileResult<std::vector<std::string>> SystemFilePlaces::makeFolder(
         if (const auto place = openItemPlace(*folder)) {
             const auto make
                 = [&] { return ::mkdirat(place->folder.get(), place->name.c_str(), permissions); };
-            if (retrying(make) == 0)
+            if (retrying(make) == 0) {
                 made.push_back(*folder);
-            else
+                writeOut(place->folder.get());
+            } else
                 error = errno;
         } else {
             error = place.error();
@@ -113,18 +125,6 @@ std::vector<FileMark> SystemFilePlaces::marksOf(
     if (!place)
         return {};
     return readMarks(place->folder.get(), place->name.c_str(), prefix);
-}
-
-bool SystemFilePlaces::setMarks(const std::string& path, const std::vector<FileMark>& marks)
-{
-    const auto place = openItemPlace(path);
-    return place && kestavon::setMarks(place->folder.get(), place->name.c_str(), marks);
-}
-
-bool SystemFilePlaces::removeMarks(const std::string& path, const std::string& prefix)
-{
-    const auto place = openItemPlace(path);
-    return place && kestavon::removeMarks(place->folder.get(), place->name.c_str(), prefix);
 }
 
 } // namespace kestavon

@@ -3,6 +3,8 @@
 #include "platform/linux/removal/item_place.h"
 #include "platform/linux/trash/mounted_volumes.h"
 #include "platform/protected_places.h"
+#include "support/as_ordinary_user.h"
+#include "support/entries.h"
 #include "support/environment_variable.h"
 #include "support/fake_platform.h"
 #include "support/temporary_folder.h"
@@ -34,26 +36,6 @@ public:
     std::map<std::string, std::uint64_t> tops;
 };
 
-/// The process works as an ordinary user while this lives, if it could do otherwise.
-class AsOrdinaryUser {
-public:
-    AsOrdinaryUser()
-    {
-        if (::geteuid() == 0)
-            m_changed = ::seteuid(65534) == 0;
-    }
-    ~AsOrdinaryUser()
-    {
-        if (m_changed && ::seteuid(0) != 0)
-            std::abort();
-    }
-    AsOrdinaryUser(const AsOrdinaryUser&) = delete;
-    AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
-
-private:
-    bool m_changed = false;
-};
-
 /// A folder in memory, which is another device than the temporary folder's on most machines.
 class MemoryFolder {
 public:
@@ -79,12 +61,6 @@ inline std::vector<std::string> namesIn(const std::string& folder)
         names.push_back(entry.path().filename().native());
     std::ranges::sort(names);
     return names;
-}
-
-inline bool isThere(const std::string& path)
-{
-    struct stat status { };
-    return ::lstat(path.c_str(), &status) == 0;
 }
 
 inline mode_t modeOf(const std::string& path)

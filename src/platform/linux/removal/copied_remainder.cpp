@@ -23,10 +23,15 @@ FileDescriptor openForReading(int folder, const char* name)
     return FileDescriptor(retrying([&] { return ::openat(folder, name, flags); }));
 }
 
+/// Goes through an item beside its copy, the innermost folders first, and deletes what the copy
+/// holds too, or only sees whether it holds all.
 class RemainderRemover {
 public:
-    RemainderRemover(const TreeSurvey& survey, int folder, const std::string& name)
+    enum class Deed { remove, compare };
+
+    RemainderRemover(const TreeSurvey& survey, int folder, const std::string& name, Deed deed)
         : m_survey(survey)
+        , m_deed(deed)
         , m_folder(folder)
         , m_name(name)
         , m_identities(folderIdentities(survey))
@@ -34,18 +39,19 @@ public:
     {
     }
 
-    Remainder run(int copyFolder, const std::string& copyName)
+    void run(int copyFolder, const std::string& copyName)
     {
         const auto& top = m_survey.entries().front();
         if (top.status.isFolder())
             removeTopFolder(copyFolder, copyName.c_str());
         else
             removeIfCopied(m_folder, m_name.c_str(), copyFolder, copyName.c_str(), top.status);
-        const auto left = statusOf(m_folder, m_name.c_str());
-        if (!left && left.error() == ENOENT)
-            return Remainder::none;
-        return m_failed ? Remainder::notRemovable : Remainder::notCopied;
     }
+
+    /// Something could not be deleted or compared.
+    bool hasFailed() const { return m_failed; }
+    /// The copy held everything.
+    bool foundAll() const { return !m_failed && !m_lacksSomething; }
 
 private:
     void removeTopFolder(int copyFolder, const char* copyName)
@@ -65,7 +71,7 @@ private:
         for (auto number = folders; number-- > 0;)
             removeEntries(cursor, copyCursor, number);
         if (isCopied(0))
-            note(removeEntry(m_folder, m_name.c_str(), AT_REMOVEDIR));
+            remove(m_folder, m_name.c_str(), AT_REMOVEDIR);
     }
 
     void findCopiesOfFolders(TreeCursor& copyCursor, std::uint32_t number)
@@ -86,28 +92,38 @@ private:
     void removeEntries(TreeCursor& cursor, TreeCursor& copyCursor, std::uint32_t number)
     {
         const auto& folder = m_survey.folders()[number];
-        if (!isCopied(number) || folder.count == 0)
+        if (!isCopied(number)) {
+            m_lacksSomething = true;
+            return;
+        }
+        if (folder.count == 0)
             return;
         const int opened = cursor.go(number);
         const int copy = opened < 0 ? -1 : copyCursor.go(number);
         if (copy < 0)
             return note(errno);
         const auto& own = m_survey.entries()[folder.entry].status;
-        const bool isMadeWritable = own.owner == ::geteuid() && own.owner != 0
-            && (own.mode & S_IRWXU) != S_IRWXU
+        const bool isMadeWritable = m_deed == Deed::remove && own.owner == ::geteuid()
+            && own.owner != 0 && (own.mode & S_IRWXU) != S_IRWXU
             && ::fchmod(opened, own.permissions() | S_IRWXU) == 0;
         for (const auto& entry : m_survey.entriesOf(folder)) {
             const auto* name = m_survey.name(entry);
             if (!entry.status.isFolder())
                 removeIfCopied(opened, name, copy, name, entry.status);
             else if (isCopied(entry.folder))
-                note(removeEntry(opened, name, AT_REMOVEDIR));
+                remove(opened, name, AT_REMOVEDIR);
         }
         if (isMadeWritable)
             std::ignore = ::fchmod(opened, own.permissions());
     }
 
     bool isCopied(std::uint32_t number) const { return m_copyIdentities[number] != Identity(); }
+
+    void remove(int folder, const char* name, int flags)
+    {
+        if (m_deed == Deed::remove)
+            note(removeEntry(folder, name, flags));
+    }
 
     void note(int error)
     {
@@ -118,11 +134,13 @@ private:
     void removeIfCopied(
         int folder, const char* name, int copyFolder, const char* copyName, const EntryStatus& seen)
     {
-        if (!isSame(folder, name, copyFolder, copyName, seen))
+        if (!isSame(folder, name, copyFolder, copyName, seen)) {
+            m_lacksSomething = true;
             return;
+        }
         const auto now = statusOf(folder, name);
         if (now && isUnchanged(seen, *now))
-            note(removeEntry(folder, name, 0));
+            remove(folder, name, 0);
     }
 
     bool isSame(
@@ -153,11 +171,13 @@ private:
     }
 
     const TreeSurvey& m_survey;
+    Deed m_deed;
     int m_folder;
     const std::string& m_name;
     std::vector<Identity> m_identities;
     std::vector<Identity> m_copyIdentities; ///< unset for folders that the copy does not have
     bool m_failed = false;
+    bool m_lacksSomething = false;
 };
 
 } // namespace
@@ -168,7 +188,22 @@ Remainder removeCopiedRemainder(
     const auto survey = surveyTree(folder, name, {});
     if (!survey)
         return survey.error().error == ENOENT ? Remainder::none : Remainder::notRemovable;
-    return RemainderRemover(*survey, folder, name).run(copyFolder, copyName);
+    RemainderRemover remover(*survey, folder, name, RemainderRemover::Deed::remove);
+    remover.run(copyFolder, copyName);
+    const auto left = statusOf(folder, name.c_str());
+    if (!left && left.error() == ENOENT)
+        return Remainder::none;
+    return remover.hasFailed() ? Remainder::notRemovable : Remainder::notCopied;
+}
+
+bool isCopied(int folder, const std::string& name, int copyFolder, const std::string& copyName)
+{
+    const auto survey = surveyTree(folder, name, {});
+    if (!survey)
+        return false;
+    RemainderRemover comparer(*survey, folder, name, RemainderRemover::Deed::compare);
+    comparer.run(copyFolder, copyName);
+    return comparer.foundAll();
 }
 
 } // namespace kestavon

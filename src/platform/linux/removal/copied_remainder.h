@@ -17,4 +17,8 @@ enum class Remainder {
 Remainder removeCopiedRemainder(
     int folder, const std::string& name, int copyFolder, const std::string& copyName);
 
+/// Whether the copy holds all that `removeCopiedRemainder` would have to find in it to delete the
+/// whole item. Nothing is touched.
+bool isCopied(int folder, const std::string& name, int copyFolder, const std::string& copyName);
+
 } // namespace kestavon

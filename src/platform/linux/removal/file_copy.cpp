@@ -15,6 +15,10 @@ namespace {
 
 constexpr std::size_t bufferBytes = 512 * 1024;
 constexpr std::int64_t kernelCopyBytes = 16 * 1024 * 1024; ///< between two looks at the stop token
+/// Of one file's holes so many bytes are read to see whether they are holes: file systems have been
+/// known to tell of holes where data had not reached the disk yet. What is larger than that is
+/// mostly hole, and nobody waits for terabytes of nothing.
+constexpr std::int64_t doubtedHoleBytes = std::int64_t{4} * 1024 * 1024 * 1024;
 
 int writeAll(int target, const char* bytes, std::size_t count, std::int64_t at)
 {
@@ -29,6 +33,11 @@ int writeAll(int target, const char* bytes, std::size_t count, std::int64_t at)
         count -= static_cast<std::size_t>(written);
     }
     return 0;
+}
+
+bool isZero(const char* bytes, std::size_t count)
+{
+    return count == 0 || (bytes[0] == 0 && std::memcmp(bytes, bytes + 1, count - 1) == 0);
 }
 
 /// Whether the file ends where it says: some claim a size that they do not have.
@@ -54,28 +63,39 @@ int ContentCopier::copy(int source, int target, const EntryStatus& status)
     const bool isSparse = status.allocated < size;
     if (isSparse && retrying([&] { return ::ftruncate(target, size); }) < 0)
         return errno;
+    auto doubted = doubtedHoleBytes;
     for (std::int64_t at = 0; at < size;) {
         auto end = size;
         if (isSparse) {
-            const auto data = ::lseek(source, at, SEEK_DATA);
+            auto data = std::min<std::int64_t>(::lseek(source, at, SEEK_DATA), size);
             if (data < 0 && errno == ENXIO)
-                break; // Nothing but a hole up to the end.
-            if (data > at)
-                at = std::min<std::int64_t>(data, size);
+                data = size; // Nothing but a hole up to the end.
+            if (data > at) {
+                const auto hole = std::min(data - at, doubted);
+                if (const int error = copyRange(source, target, at, at + hole, Bytes::zeroExpected))
+                    return error;
+                doubted -= hole;
+                at += hole;
+                if (at < data && !m_progress(data - at))
+                    return ECANCELED;
+                at = data;
+                continue;
+            }
             const auto hole = data < 0 ? -1 : ::lseek(source, at, SEEK_HOLE);
             if (hole > at) // Where holes cannot be asked for, all of it is data.
                 end = std::min<std::int64_t>(hole, size);
         }
-        if (const int error = copyRange(source, target, at, end))
+        if (const int error = copyRange(source, target, at, end, Bytes::data))
             return error;
         at = end;
     }
     return checkEnd(source, size);
 }
 
-int ContentCopier::copyRange(int source, int target, std::int64_t from, std::int64_t to)
+int ContentCopier::copyRange(
+    int source, int target, std::int64_t from, std::int64_t to, Bytes expected)
 {
-    while (m_kernelCopies && from < to) {
+    while (expected == Bytes::data && m_kernelCopies && from < to) {
         off_t sourceAt = from;
         off_t targetAt = from;
         const auto wanted = static_cast<std::size_t>(std::min(to - from, kernelCopyBytes));
@@ -89,10 +109,11 @@ int ContentCopier::copyRange(int source, int target, std::int64_t from, std::int
         if (!m_progress(copied))
             return ECANCELED;
     }
-    return from < to ? copyRangeByReading(source, target, from, to) : 0;
+    return from < to ? copyRangeByReading(source, target, from, to, expected) : 0;
 }
 
-int ContentCopier::copyRangeByReading(int source, int target, std::int64_t from, std::int64_t to)
+int ContentCopier::copyRangeByReading(
+    int source, int target, std::int64_t from, std::int64_t to, Bytes expected)
 {
     m_buffer.resize(bufferBytes);
     while (from < to) {
@@ -103,8 +124,9 @@ int ContentCopier::copyRangeByReading(int source, int target, std::int64_t from,
             return errno;
         if (got == 0)
             return ESTALE;
-        if (const int error
-            = writeAll(target, m_buffer.data(), static_cast<std::size_t>(got), from))
+        const auto count = static_cast<std::size_t>(got);
+        const bool isHole = expected == Bytes::zeroExpected && isZero(m_buffer.data(), count);
+        if (const int error = isHole ? 0 : writeAll(target, m_buffer.data(), count, from))
             return error;
         from += got;
         if (!m_progress(got))

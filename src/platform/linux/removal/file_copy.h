@@ -15,7 +15,7 @@ namespace kestavon {
 /// keeps its buffer.
 class ContentCopier {
 public:
-    /// Called with the number of bytes just copied; false stops the copy.
+    /// Called with the number of bytes just copied, those of holes too; false stops the copy.
     using Progress = std::function<bool(std::int64_t bytes)>;
 
     explicit ContentCopier(Progress progress);
@@ -26,8 +26,11 @@ public:
     int copy(int source, int target, const EntryStatus& status);
 
 private:
-    int copyRange(int source, int target, std::int64_t from, std::int64_t to);
-    int copyRangeByReading(int source, int target, std::int64_t from, std::int64_t to);
+    enum class Bytes { data, zeroExpected };
+
+    int copyRange(int source, int target, std::int64_t from, std::int64_t to, Bytes expected);
+    int copyRangeByReading(
+        int source, int target, std::int64_t from, std::int64_t to, Bytes expected);
 
     Progress m_progress;
     std::vector<char> m_buffer;

@@ -272,10 +272,14 @@ bool workOnMarks(int folder, const char* name, const std::function<bool(int)>& w
 bool setMarks(int folder, const char* name, const std::vector<FileMark>& marks)
 {
     return marks.empty() || workOnMarks(folder, name, [&marks](int opened) {
-        return std::ranges::all_of(marks, [opened](const FileMark& mark) {
-            return ::fsetxattr(opened, mark.name.c_str(), mark.value.data(), mark.value.size(), 0)
-                == 0;
-        });
+        int error = 0;
+        for (const auto& mark : marks) { // One that finds no room leaves room for the others.
+            if (::fsetxattr(opened, mark.name.c_str(), mark.value.data(), mark.value.size(), 0)
+                != 0)
+                error = errno;
+        }
+        errno = error;
+        return error == 0;
     });
 }
 

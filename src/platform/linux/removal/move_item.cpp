@@ -1,266 +1,24 @@
 #include "platform/linux/removal/move_item.h"
 
+#include "platform/linux/removal/entry_status.h"
 #include "platform/linux/removal/metadata.h"
-#include "platform/linux/removal/remove_tree.h"
+#include "platform/linux/removal/move_across_devices.h"
 #include "platform/linux/removal/rename_item.h"
-#include "platform/linux/removal/retry.h"
-#include "platform/linux/removal/tree_copy.h"
-#include "platform/linux/removal/unfinished_moves.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <chrono>
-#include <thread>
-
-#include <fcntl.h>
-#include <sys/statvfs.h>
-#include <time.h>
-#include <unistd.h>
 
 namespace kestavon {
 
 namespace {
 
-/// Whether the opened folder is the source or lies below it.
-bool liesInside(int folder, const Identity& source)
+/// Whether a rename of the item to the folder has a chance. The device numbers are only a hint -
+/// on layered file systems a file need not have its folder's -, and the rename's own answer
+/// decides.
+bool mayShareDevice(const EntryStatus& item, int sourceFolder, int targetFolder)
 {
-    FileDescriptor above;
-    auto status = statusOf(folder, "");
-    for (int current = folder; status;) {
-        if (status->identity == source)
-            return true;
-        FileDescriptor next(
-            retrying([&] { return ::openat(current, "..", O_PATH | O_DIRECTORY | O_CLOEXEC); }));
-        if (!next)
-            return false;
-        const auto parent = statusOf(next.get(), "");
-        if (!parent || parent->identity == status->identity)
-            return false; // "/" is its own parent.
-        status = parent;
-        above = std::move(next);
-        current = above.get();
-    }
-    return false;
-}
-
-/// Whether a volume reports less room than the copy needs. One that reports nothing has enough.
-bool lacksRoom(int folder, const TreeSurvey& survey)
-{
-    struct statvfs volume { };
-    if (::fstatvfs(folder, &volume) != 0 || volume.f_blocks == 0 || volume.f_frsize == 0)
-        return false;
-    const auto neededBlocks = static_cast<std::uint64_t>(survey.allocatedBytes()) / volume.f_frsize;
-    return neededBlocks > volume.f_bavail;
-}
-
-/// Waits until a change of a surveyed file would give it another time of change. Clocks of file
-/// systems stand still between two ticks, and a file written again within the tick in which it was
-/// looked at would look the same.
-void waitUntilChangesShow(const TreeSurvey& survey)
-{
-    using namespace std::chrono;
-    using namespace std::chrono_literals;
-    const auto nanosecondsOf = [](const struct timespec& time) {
-        return seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
-    };
-    nanoseconds newest{};
-    for (const auto& entry : survey.entries()) {
-        if (!entry.status.isFolder())
-            newest = std::max(newest, nanosecondsOf(entry.status.changed));
-    }
-    if (newest % 1s == 0ns) // More than a coincidence: a file system that counts by seconds.
-        newest += 2s;
-    for (int attempt = 0; attempt < 1200; ++attempt) {
-        struct timespec now { };
-        ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
-        const auto left = newest - nanosecondsOf(now);
-        if (left < 0ns || left > 3s) // Set by another clock, it will not be reached.
-            return;
-        std::this_thread::sleep_for(2ms);
-    }
-}
-
-/// A move to another device. The steps are in the order that keeps the item whole at one place at
-/// every moment: survey, copy, write out, look again, put in place, write out, take the source
-/// away. Up to the last step everything can be undone.
-class MoveAcrossDevices {
-public:
-    MoveAcrossDevices(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options)
-        : m_source(source)
-        , m_target(target)
-        , m_options(options)
-    {
-    }
-
-    /// 0, or the error number; then the source is as it was.
-    int run(MoveReport& report)
-    {
-        m_targetFolder.reset(retrying([this] {
-            return ::openat(m_target.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        }));
-        if (!m_targetFolder)
-            return errno;
-        if (statusOf(m_targetFolder.get(), m_target.name.c_str()))
-            return EEXIST;
-        lockForMove(m_targetFolder.get());
-        const auto survey = surveyTree(m_source.folder.get(), m_source.name, m_options.stop);
-        if (!survey)
-            return survey.error().error;
-        const auto& top = survey->entries().front().status;
-        if (top.isFolder() && liesInside(m_targetFolder.get(), top.identity))
-            return EINVAL;
-        if (::faccessat(m_source.folder.get(), "", W_OK | X_OK, AT_EACCESS | AT_EMPTY_PATH) != 0
-            && (errno == EACCES || errno == EROFS))
-            return errno;
-        if (lacksRoom(m_targetFolder.get(), *survey))
-            return ENOSPC;
-        waitUntilChangesShow(*survey);
-        if (const int error = makeCopy(*survey)) {
-            removeTree(m_targetFolder.get(), m_names.partialCopy, {});
-            return error;
-        }
-        return exchange(*survey, report);
-    }
-
-private:
-    int makeCopy(const TreeSurvey& survey)
-    {
-        auto marks = m_options.marks;
-        if (const auto folder = pathOfFolder(m_source.folder.get()))
-            marks.push_back({.name = std::string(removedSourceMark),
-                .value = removedSourceText(*folder + '/' + m_names.removedSource, m_source.name)});
-        const auto copied = copyTree({.survey = survey,
-            .sourceFolder = m_source.folder.get(),
-            .sourceName = m_source.name,
-            .targetFolder = m_targetFolder.get(),
-            .targetName = m_names.partialCopy,
-            .marks = marks,
-            .options = m_options});
-        if (!copied) // An entry that was surveyed and is no longer there.
-            return copied.error().error == ENOENT ? ESTALE : copied.error().error;
-        const auto checked
-            = checkUnchanged(survey, m_source.folder.get(), m_source.name, m_options.stop);
-        if (!checked)
-            return checked.error().error;
-        const auto copy = statusOf(m_targetFolder.get(), m_names.partialCopy.c_str());
-        if (!copy)
-            return copy.error();
-        m_copy = copy->identity;
-        return 0;
-    }
-
-    /// Puts the copy in its place and takes the source away.
-    int exchange(const TreeSurvey& survey, MoveReport& report)
-    {
-        const int folder = m_targetFolder.get();
-        int error = renameWithoutReplacing(
-            folder, m_names.partialCopy.c_str(), folder, m_target.name.c_str());
-        if (error == 0)
-            error = waitForDisk(folder);
-        if (error == 0)
-            error = takeSourceAway(survey, report);
-        if (error != 0)
-            removeCopy();
-        else if (!m_leavesRemainder)
-            removeMarks(folder, m_target.name.c_str(), std::string(removedSourceMark));
-        return error;
-    }
-
-    /// The source leaves its place in one step, under another name beside it, so that it is never
-    /// seen half deleted; and only what then still is as it was copied gets deleted.
-    int takeSourceAway(const TreeSurvey& survey, MoveReport& report)
-    {
-        const int folder = m_source.folder.get();
-        const auto* name = m_source.name.c_str();
-        const auto& aside = m_names.removedSource;
-        lockSourceFolder();
-        if (const int error = renameWithoutReplacing(folder, name, folder, aside.c_str()))
-            return error;
-        const auto& top = survey.entries().front().status;
-        const auto now = statusOf(folder, aside.c_str());
-        // Being renamed counts as a change of the item itself, so its time of change says nothing.
-        const bool isSame = now && now->identity == top.identity && now->size == top.size
-            && now->mode == top.mode && now->modified.tv_sec == top.modified.tv_sec
-            && now->modified.tv_nsec == top.modified.tv_nsec;
-        if (!isSame)
-            return putBack() ? ESTALE : keepAside(report);
-        const auto removal = removeSurveyed(survey, folder, aside);
-        if (removal.isGone)
-            return 0;
-        if (!removal.removedSomething && putBack())
-            return removal.error != 0 ? removal.error : ESTALE;
-        if (removal.keptSomething && putBack()) { // What is new there belongs to whoever made it.
-            report.remainsAtSource = true;
-            return 0;
-        }
-        return keepAside(report);
-    }
-
-    bool putBack()
-    {
-        const int folder = m_source.folder.get();
-        for (int attempt = 0; attempt < 3; ++attempt) {
-            const int error = renameWithoutReplacing(
-                folder, m_names.removedSource.c_str(), folder, m_source.name.c_str());
-            if (error == 0)
-                return true;
-            if (error == EEXIST)
-                return false;
-        }
-        return false;
-    }
-
-    /// The next start tries again.
-    int keepAside(MoveReport& report)
-    {
-        m_leavesRemainder = true;
-        report.remainsAtSource = true;
-        return 0;
-    }
-
-    /// Keeps a program that starts just now from taking the source under its other name for what a
-    /// crash left.
-    void lockSourceFolder()
-    {
-        m_sourceFolder.reset(retrying([this] {
-            return ::openat(m_source.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        }));
-        if (m_sourceFolder)
-            lockForMove(m_sourceFolder.get());
-    }
-
-    /// Deletes the copy at its place or still under its own name, and nothing else.
-    void removeCopy()
-    {
-        const int folder = m_targetFolder.get();
-        const auto placed = statusOf(folder, m_target.name.c_str());
-        if (!placed || placed->identity != m_copy) {
-            removeTree(folder, m_names.partialCopy, {});
-            return;
-        }
-        // Under its own name again, a crash in the middle of this is cleared away later.
-        const int error = renameWithoutReplacing(
-            folder, m_target.name.c_str(), folder, m_names.partialCopy.c_str());
-        removeTree(folder, error == 0 ? m_names.partialCopy : m_target.name, {});
-    }
-
-    const ItemPlace& m_source;
-    const ItemPlace& m_target;
-    const MoveOptions& m_options;
-    MoveNames m_names = MoveNames::random();
-    FileDescriptor m_targetFolder;
-    FileDescriptor m_sourceFolder;
-    Identity m_copy;
-    bool m_leavesRemainder = false;
-};
-
-/// Whether a rename from here to there has a chance. The device numbers are only a hint: the
-/// rename's own answer decides.
-bool mayShareDevice(const ItemPlace& source, const ItemPlace& target)
-{
-    const auto item = statusOf(source.folder.get(), source.name.c_str());
-    const auto folder = statusOf(target.folder.get(), "");
-    return item && folder && item->identity.device == folder->identity.device;
+    const auto from = item.isFolder() ? Result<EntryStatus, int>(item) : statusOf(sourceFolder, "");
+    const auto to = statusOf(targetFolder, "");
+    return from && to && from->identity.device == to->identity.device;
 }
 
 int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
@@ -268,23 +26,33 @@ int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOpt
 {
     const int folder = source.folder.get();
     const auto* name = source.name.c_str();
-    std::vector<FileMark> marks;
+    const int targetFolder = target.folder.get();
+    const auto* targetName = target.name.c_str();
+    const auto item = statusOf(folder, name);
+    if (!item)
+        return item.error();
+    if (item->isFolder() && options.refusesFolders)
+        return ESTALE;
     // Before the rename, so that a crash cannot leave an item whose origin nobody knows.
-    if (mayShareDevice(source, target) && !statusOf(target.folder.get(), target.name.c_str()))
-        marks = options.marks;
-    setMarks(folder, name, marks);
-    const int error
-        = renameWithoutReplacing(folder, name, target.folder.get(), target.name.c_str());
+    const bool marksFirst
+        = mayShareDevice(*item, folder, targetFolder) && !statusOf(targetFolder, targetName);
+    if (marksFirst)
+        setMarks(folder, name, options.marks);
+    const int error = renameWithoutReplacing(folder, name, targetFolder, targetName);
     if (error == 0) {
-        removeMarks(target.folder.get(), target.name.c_str(), options.unmarkPrefix);
+        if (!marksFirst)
+            setMarks(targetFolder, targetName, options.marks);
+        removeMarks(targetFolder, targetName, options.unmarkPrefix);
         return 0;
     }
-    for (const auto& mark : marks)
-        removeMarks(folder, name, mark.name);
+    for (const auto& mark : options.marks) {
+        if (marksFirst)
+            removeMarks(folder, name, mark.name);
+    }
     if (error != EXDEV)
         return error;
     report.copied = true;
-    return MoveAcrossDevices(source, target, options).run(report);
+    return moveAcrossDevices(source, target, options, report);
 }
 
 } // namespace

@@ -37,7 +37,9 @@ public:
             return {status.error(), m_top};
         if (status->isMountPoint)
             return {EBUSY, m_top};
-        m_mount = status->mount;
+        if (status->isFolder() && m_options.refusesFolders)
+            return {ESTALE, m_top};
+        m_topStatus = *status;
         if (!status->isFolder()) {
             note(removeEntry(m_base, m_top.c_str(), 0), m_top);
             return m_failure;
@@ -114,28 +116,27 @@ private:
                 note(removeEntry(parent, name, 0), step.name);
             else if (error != ENOENT)
                 note(error, step.name);
+            if (step.isMadeWritable)
+                changePermissions(parent, name, step.permissions);
             return;
         }
+        const auto refuse = [&](int error) {
+            note(error, step.name);
+            if (step.isMadeWritable)
+                std::ignore = ::fchmod(opened->get(), step.permissions);
+        };
         const auto status = statusOf(opened->get(), "");
-        if (!status) {
-            note(status.error(), step.name);
-            return;
-        }
-        if (status->isMountPoint || (status->mount != m_mount && m_mount != 0)) {
-            note(EBUSY, step.name);
-            return;
-        }
-        if (m_steps.size() >= deepestFolder) {
-            note(ELOOP, step.name);
-            return;
-        }
+        if (!status)
+            return refuse(status.error());
+        if (status->isMountPoint || !isOfVolume(*status))
+            return refuse(EBUSY);
+        if (m_steps.size() >= deepestFolder)
+            return refuse(ELOOP);
         step.identity = status->identity;
         makeWritable(opened->get(), *status, step);
         auto listing = listFolder(opened->get());
-        if (!listing) {
-            note(listing.error(), step.name);
-            return;
-        }
+        if (!listing)
+            return refuse(listing.error());
         step.listing = std::move(*listing);
         if (step.listing.entries().size() >= sortedFrom)
             step.listing.sortByInode();
@@ -143,6 +144,15 @@ private:
         m_steps.push_back(std::move(step));
         if (m_steps.size() > openFolders)
             m_steps[m_steps.size() - openFolders - 1].descriptor.reset();
+    }
+
+    /// Whether a folder lies on the volume of the item. Where the system does not number mounts,
+    /// the device tells; it may refuse a part of the same volume, and enters no other.
+    bool isOfVolume(const EntryStatus& folder) const
+    {
+        return m_topStatus.mount != 0 && folder.mount != 0
+            ? folder.mount == m_topStatus.mount
+            : folder.identity.device == m_topStatus.identity.device;
     }
 
     static bool makeReadable(int parent, const char* name, Step& step)
@@ -170,17 +180,17 @@ private:
         auto left = std::move(m_steps.back());
         m_steps.pop_back();
         int parent = m_base;
+        bool isBelowParent = true;
         if (!m_steps.empty()) {
             if (!m_steps.back().descriptor)
-                reopen(left.descriptor.get());
-            if (m_steps.empty())
-                return;
-            parent = m_steps.back().descriptor.get();
+                isBelowParent = reopen(left.descriptor.get());
+            if (!m_steps.empty())
+                parent = m_steps.back().descriptor.get();
         }
         int error = 0;
-        if (!left.holdsSomething)
-            error = removeEntry(parent, left.name.c_str(), AT_REMOVEDIR);
-        if (error != 0 || left.holdsSomething) {
+        if (isBelowParent && !left.holdsSomething)
+            error = removeFolder(parent, left);
+        if (!isBelowParent || error != 0 || left.holdsSomething) {
             if (left.isMadeWritable)
                 std::ignore = ::fchmod(left.descriptor.get(), left.permissions);
             if (!m_steps.empty())
@@ -189,14 +199,27 @@ private:
         note(error, left.name);
     }
 
+    /// A folder that is gone from its name, and not from the disk, was moved away meanwhile: it was
+    /// emptied, but lies elsewhere now.
+    static int removeFolder(int parent, const Step& step)
+    {
+        const auto* name = step.name.c_str();
+        if (retrying([&] { return ::unlinkat(parent, name, AT_REMOVEDIR); }) == 0)
+            return 0;
+        if (errno != ENOENT)
+            return removeEntry(parent, name, AT_REMOVEDIR);
+        const auto status = statusOf(step.descriptor.get(), "");
+        return status && status->links > 0 ? ESTALE : 0;
+    }
+
     /// Opens the folder above `below` again. When the tree was rearranged meanwhile, finds the
-    /// lowest folder of the way down that still lies where it lay.
-    void reopen(int below)
+    /// lowest folder of the way down that still lies where it lay, and gives false.
+    bool reopen(int below)
     {
         auto& wanted = m_steps.back();
         if (auto above = openExpected(below, "..", wanted.identity)) {
             wanted.descriptor = std::move(above);
-            return;
+            return true;
         }
         note(ESTALE, wanted.name);
         FileDescriptor folder;
@@ -213,6 +236,7 @@ private:
             m_steps.back().descriptor = std::move(folder);
             m_steps.back().holdsSomething = true;
         }
+        return false;
     }
 
     static FileDescriptor openExpected(int folder, const char* name, const Identity& identity)
@@ -235,7 +259,7 @@ private:
     int m_base;
     const std::string& m_top;
     const RemoveTreeOptions& m_options;
-    std::uint64_t m_mount = 0;
+    EntryStatus m_topStatus;
     std::vector<Step> m_steps;
     TreeFailure m_failure;
 };

@@ -8,6 +8,7 @@
 namespace kestavon {
 
 struct RemoveTreeOptions {
+    bool refusesFolders = false; ///< ESTALE for an item that is one
     std::stop_token stop = {};
 };
 

@@ -226,4 +226,30 @@ Result<Done, TreeFailure> checkUnchanged(
     return Done{};
 }
 
+bool holdsAllOf(const TreeSurvey& survey, int folder, const std::string& name)
+{
+    const auto& top = survey.entries().front().status;
+    const auto now = statusOf(folder, name.c_str());
+    if (!now || now->identity != top.identity)
+        return false;
+    if (!top.isFolder())
+        return true;
+    auto opened = openFolderIn(folder, name.c_str());
+    if (!opened)
+        return false;
+    const auto identities = folderIdentities(survey);
+    TreeCursor cursor(survey, identities, std::move(*opened));
+    for (std::uint32_t number = 0; number < survey.folders().size(); ++number) {
+        const int reached = cursor.go(number);
+        const auto isThere = [&](const TreeSurvey::Entry& entry) {
+            const auto status = statusOf(reached, survey.name(entry));
+            return status && status->identity == entry.status.identity;
+        };
+        if (reached < 0
+            || !std::ranges::all_of(survey.entriesOf(survey.folders()[number]), isThere))
+            return false;
+    }
+    return true;
+}
+
 } // namespace kestavon

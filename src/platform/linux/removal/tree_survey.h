@@ -73,4 +73,8 @@ Result<TreeSurvey, TreeFailure> surveyTree(
 Result<Done, TreeFailure> checkUnchanged(
     const TreeSurvey& survey, int folder, const std::string& name, const std::stop_token& stop);
 
+/// Whether every entry that the survey saw still lies where it lay, below the item now called
+/// `name` in `folder`; what is in the files, and what else there is, does not count.
+bool holdsAllOf(const TreeSurvey& survey, int folder, const std::string& name);
+
 } // namespace kestavon

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,30 +13,45 @@ namespace kestavon {
 ///   the copy can go;
 /// - once the copy is in its place, the source is deleted under another name, beside the place
 ///   where it was, and until that is done the copy carries a mark which tells where. What is left
-///   of such a source can go as far as the copy holds the same, byte for byte.
+///   of such a source can go as far as the copy holds the same, byte for byte;
+/// - a held folder is deleted for good under another name too, and what is left of it goes.
 
 /// The names of one move, with which it leaves no other's in doubt.
 struct MoveNames {
     std::string partialCopy;
     std::string removedSource;
+    std::string deleted; ///< of a folder that is being deleted for good
 
     static MoveNames random();
 };
 
 bool isPartialCopyName(std::string_view name);
 bool isRemovedSourceName(std::string_view name);
+bool isDeletedName(std::string_view name);
 
 /// The mark on a copy whose source may not be gone.
 inline constexpr std::string_view removedSourceMark = "user.kestavon.removed-source";
-/// Its value: where what is left of the source lies now, and the name that it had.
-std::string removedSourceText(const std::string& path, const std::string& formerName);
+/// Its value.
+struct RemovedSource {
+    std::string path; ///< where the source lies while it is being deleted
+    std::string formerName; ///< what it was called there before
+    std::uint64_t inode = 0;
+
+    std::string text() const;
+    static RemovedSource fromText(const std::string& text);
+};
+
+/// The mark on an item that is being copied to another device: the folder that it goes to.
+inline constexpr std::string_view underWayMark = "user.kestavon.under-way";
 
 /// Declares that a move is at work in the opened folder, until the descriptor is closed. Gives up
-/// waiting for another program's lock after a while: the lock only spares work, never data.
+/// waiting for another program's lock after a while: what such a one clears away is missed when the
+/// copy is looked at, so the lock only spares work, never data.
 void lockForMove(int folder);
 
 /// Ends what moves of the past left in the opened folder that they were to move something to, and
-/// in the folders where that came from, unless a move is at work there. Looks at every entry.
+/// in the folders where that came from; and the same in the folders to which items of this one were
+/// under way. Leaves alone where a move is at work. Looks at every entry.
 void clearUnfinishedMovesIn(int folder);
 
 } // namespace kestavon
