@@ -39,6 +39,7 @@ public:
 private:
     struct Forms;
     Forms formsOf(const std::string& path) const;
+    std::optional<FileError> refusal(const Forms& forms) const;
     bool isListed(const std::string& path) const;
     bool passesRemovalRule(const std::string& path) const;
 

@@ -23,9 +23,11 @@ struct TrashPlace {
 
 struct TrashOptions {
     /// See `MoveOptions::noLinksBelow`.
-    std::string noLinksBelow;
+    std::string noLinksBelow = {};
+    /// See `MoveOptions::refusesFolders`.
+    bool refusesFolders = false;
     /// Heard while an item is copied to another volume: the copy is dropped and nothing moves.
-    std::stop_token stop;
+    std::stop_token stop = {};
 };
 
 /// The desktop's Trash. Any thread.
@@ -58,6 +60,10 @@ public:
     /// Trash wrote down about it goes too. Does nothing when `path` was no item of a Trash, or
     /// something still lies there.
     virtual void forgetItem(const std::string& path) = 0;
+
+    /// Ends what moves to and from the home's Trash that were cut short by a crash left there; the
+    /// first move to a Trash does so too.
+    virtual void clearUnfinishedMoves() { }
 
     /// Every Trash of the home and of the volumes mounted now, so that other searches can leave out
     /// what lies there. Only names are put together: no volume is touched.

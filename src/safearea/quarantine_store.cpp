@@ -49,7 +49,7 @@ FileResult<std::vector<QuarantineItem>> QuarantineStore::quarantine(
         return folderError(FileError::Kind::noSuchFile, lastComponent(m_home));
     if (auto folder = m_tools.places->makeFolder(m_root, privateFolder); !folder)
         return folder.error();
-    clearUnfinishedMovesOnce();
+    clearUnfinishedMoves();
 
     std::vector<QuarantineItem> held;
     for (const auto& candidate : candidates) {
@@ -89,7 +89,7 @@ std::optional<QuarantineItem> QuarantineStore::hold(
 
 FileResult<Done> QuarantineStore::restore(const QuarantineItem& item)
 {
-    clearUnfinishedMovesOnce();
+    clearUnfinishedMoves();
     MoveOptions move;
     move.unmarkPrefix = markPrefix;
     return putBack(item.quarantinedPath, item.originalPath, *m_tools.mover, *m_tools.places, move);
@@ -97,7 +97,7 @@ FileResult<Done> QuarantineStore::restore(const QuarantineItem& item)
 
 std::vector<QuarantineItem> QuarantineStore::heldItems()
 {
-    clearUnfinishedMovesOnce();
+    clearUnfinishedMoves();
     std::vector<QuarantineItem> items;
     for (const auto& name : m_tools.places->namesIn(m_root)) {
         const auto id = idOfHeldName(name);
@@ -122,7 +122,7 @@ std::vector<QuarantineItem> QuarantineStore::heldItems()
     return items;
 }
 
-void QuarantineStore::clearUnfinishedMovesOnce()
+void QuarantineStore::clearUnfinishedMoves()
 {
     if (m_hasCleared || m_tools.places->kindOf(m_root) == std::nullopt)
         return;

@@ -65,8 +65,11 @@ public:
     /// attributes).
     std::vector<QuarantineItem> heldItems();
 
+    /// Ends what a crash left unfinished in the holding folder and where its items were going;
+    /// once, and before anything else is done here.
+    void clearUnfinishedMoves();
+
 private:
-    void clearUnfinishedMovesOnce();
     std::optional<QuarantineItem> hold(
         const CleanupCandidate& candidate, const QuarantineOptions& options);
 

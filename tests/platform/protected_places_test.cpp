@@ -36,9 +36,9 @@ struct ProtectedPlacesTest : testing::Test {
 
 TEST_F(ProtectedPlacesTest, ProtectsWhatTheSystemAndThePersonCannotDoWithout)
 {
-    for (const auto* path :
-        {"/etc", "/etc/fstab", "/boot/x", "/lib/x", "/lib64", "/opt/app", "/var/lib/dpkg", "/run/x",
-            "/", "/home", "/tmp", "/var", "/var/log", "/usr/local", "relative", "/tmp/.."})
+    for (const auto* path : {"/etc", "/etc/fstab", "/boot/x", "/lib/x", "/lib64", "/opt/app",
+             "/var/lib/dpkg", "/run/x", "/", "/home", "/tmp", "/var", "/var/log", "/usr/local",
+             "/Library", "/private", "/private/var", "relative", "/tmp/.."})
         EXPECT_TRUE(isRefused(path)) << path;
     for (const auto* path :
         {"/etcetera", "/home/bob", "/tmp/x", "/var/log/old.gz", "/optional", "/run/media/x/../x/y"})
@@ -48,7 +48,7 @@ TEST_F(ProtectedPlacesTest, ProtectsWhatTheSystemAndThePersonCannotDoWithout)
              "/.local/share", "/.local/share/keyrings/login.keyring", "/.local/share/Kestavon",
              "/.local/share/Kestavon/Quarantine/x", "/.config/Kestavon/settings.json", "/.cache",
              "/Downloads", "/Bureau", "/.local/share/Trash", "/.local/share/Trash/files",
-             "/.docker/config.json"})
+             "/.docker/config.json", "/.docker"})
         EXPECT_TRUE(isRefused(layout.home + path)) << path;
     for (const auto* path : {"/.sshx", "/.config/app", "/.cache/app", "/Downloads/film", "/notes",
              "/.local/share/app", "/.local/share/Trash/files/x", "/.docker/cache"})
@@ -108,6 +108,8 @@ TEST_F(ProtectedPlacesTest, ProtectsAnAttachedSystemToo)
     EXPECT_FALSE(mayRemove(home / "disk/Applications/X.app"));
     EXPECT_FALSE(mayRemove(home / "disk/usr"));
     EXPECT_TRUE(mayRemove(home / "disk/Library/Caches/x"));
+    for (const auto* holding : {"disk", "disk/Library", "disk/private", "disk/private/var"})
+        EXPECT_FALSE(mayRemove(home / holding)) << holding;
     EXPECT_TRUE(mayRemove(home / "disk2/usr"));
 }
 

@@ -1,18 +1,16 @@
 #include "probe/verbs.h"
 
 #include "core/model/duplicate_merge.h"
-#include "core/model/removal_worker.h"
+#include "core/model/removal_actions.h"
 #include "duplicates/duplicate_finder.h"
 #include "duplicates/sha256_hex.h"
 #include "platform/clock.h"
 #include "platform/file_mover.h"
 #include "platform/file_places.h"
-#include "platform/file_remover.h"
 #include "platform/host_layout.h"
 #include "platform/platform.h"
 #include "platform/protected_places.h"
 #include "platform/resident_memory.h"
-#include "platform/trash.h"
 #include "safearea/quarantine_store.h"
 #include "storage/file_scanner.h"
 
@@ -114,40 +112,16 @@ void printTally(const RemovalTally& tally)
         "%lld %lld\n", static_cast<long long>(tally.count), static_cast<long long>(tally.bytes));
 }
 
-void removeRecords(const std::vector<FileRecord>& records, const RemovalWorker::Remove& remove)
+/// As the program does it.
+void removeRecords(
+    const std::vector<FileRecord>& records, ActionKind action, const std::string& walkedFolder)
 {
     std::vector<RemovalRequest> requests;
     for (const auto& record : records)
         requests.push_back(
             {.path = record.path, .bytes = record.size, .isDirectory = record.isDirectory});
-    const Machine machine;
-    printTally(
-        RemovalWorker(*machine.protectedPlaces, *machine.places, remove).run(requests).tally);
-}
-
-RemovalWorker::Remove deletion(const std::string& scannedRoot)
-{
-    return [scannedRoot](std::span<const std::string> paths) {
-        std::vector<FileResult<std::string>> results;
-        for (const auto& path : paths) {
-            const auto removed = SystemFileRemover().remove(path, {.noLinksBelow = scannedRoot});
-            if (removed)
-                results.emplace_back(std::string());
-            else
-                results.emplace_back(removed.error());
-        }
-        return results;
-    };
-}
-
-RemovalWorker::Remove trashing(const std::string& scannedRoot)
-{
-    const Machine machine;
-    const auto trash = makeSystemTrash(
-        machine.layout, *machine.protectedPlaces, std::make_shared<SystemClock>());
-    return [trash, scannedRoot](std::span<const std::string> paths) {
-        return trash->trashItems(paths, {.noLinksBelow = scannedRoot, .stop = {}});
-    };
+    const auto platform = systemPlatform(currentHostEnvironment());
+    printTally(workerFor(platform, action, walkedFolder).run(requests).tally);
 }
 
 void runHook(const Arguments& arguments)
@@ -252,11 +226,11 @@ const std::map<std::string, Verb>& verbs()
         {"restore", restore},
         {"delete",
             [](const Arguments& arguments) {
-                removeRecords(recordsOf(arguments.paths), deletion({}));
+                removeRecords(recordsOf(arguments.paths), ActionKind::permanent, {});
             }},
         {"trash",
             [](const Arguments& arguments) {
-                removeRecords(recordsOf(arguments.paths), trashing({}));
+                removeRecords(recordsOf(arguments.paths), ActionKind::trash, {});
             }},
         {"hash",
             [](const Arguments& arguments) {
@@ -271,12 +245,13 @@ const std::map<std::string, Verb>& verbs()
         {"scan-delete",
             [](const Arguments& arguments) {
                 const auto records = pickedRecords(arguments);
-                removeRecords(records, deletion(normalisedPath(arguments.paths.front())));
+                removeRecords(
+                    records, ActionKind::permanent, normalisedPath(arguments.paths.front()));
             }},
         {"scan-trash",
             [](const Arguments& arguments) {
                 const auto records = pickedRecords(arguments);
-                removeRecords(records, trashing(normalisedPath(arguments.paths.front())));
+                removeRecords(records, ActionKind::trash, normalisedPath(arguments.paths.front()));
             }},
         {"scan-quarantine",
             [](const Arguments& arguments) {

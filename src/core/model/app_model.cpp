@@ -39,6 +39,8 @@ AppModel::AppModel(
     refreshMemory();
     refreshDiskSpace();
     refreshFullDiskAccess();
+    m_quarantineQueue.post([store = m_quarantineStore] { store->clearUnfinishedMoves(); });
+    m_removalQueue.post([trash = m_platform.trash] { trash->clearUnfinishedMoves(); });
 }
 
 AppModel::~AppModel()

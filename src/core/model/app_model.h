@@ -33,6 +33,7 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -76,13 +77,15 @@ public:
         ramFreedBytes,
         scanNotice,
         undoOffer,
+        busyHeldItems,
     };
 
     /// As `findDuplicates`.
     using DuplicateFinder = std::function<std::shared_ptr<const DuplicateList>(
         std::shared_ptr<const RecordList>, const DuplicateSearchOptions&, const std::stop_token&)>;
 
-    /// Reads the disk totals and probes for access once; nothing is loaded from disk.
+    /// Reads the disk totals and probes for access once, and ends in the background what a crash
+    /// left unfinished in the Safe Area and the Trash; nothing is loaded from disk.
     AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
         DuplicateFinder duplicateFinder = findDuplicates);
     ~AppModel() override;
@@ -110,6 +113,8 @@ public:
     /// earlier runs, the oldest first. The original path is empty where it is not known, and the
     /// date zero.
     const std::vector<QuarantineItem>& earlierQuarantine() const { return m_earlierQuarantine; }
+    /// Whether a held item is being restored or deleted, or is about to be.
+    bool isHeldItemBusy(const Uuid& id) const { return m_busyHeldItems.contains(id); }
     /// Newest first.
     const std::vector<ActivityEvent>& history() const { return m_history; }
     const std::optional<MemorySnapshot>& memory() const { return m_memory; }
@@ -324,7 +329,12 @@ private:
     void forgetQuarantined(const std::unordered_set<Uuid>& ids);
     /// What becomes of listed items that resist their deletion.
     enum class Undeleted { stayListed, areForgotten };
-    void deleteHeldItems(std::vector<QuarantineItem> items, Undeleted undeleted, Finished finished);
+    void deleteHeldItems(std::vector<QuarantineItem> items, Undeleted undeleted,
+        const std::string& title, Finished finished);
+    using BusyItems = std::shared_ptr<const std::vector<Uuid>>;
+    /// Marks the items as busy until they are released; several operations may want the same one.
+    BusyItems keepBusy(const std::vector<QuarantineItem>& items);
+    void release(const BusyItems& items);
     void offerUndo(UndoableMove move);
     /// Offers to take back a removal of `cut` from the records, which only the Trash allows.
     void offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
@@ -332,6 +342,7 @@ private:
     /// How far putting held items back has come.
     struct HeldReturn {
         std::shared_ptr<const std::vector<QuarantineItem>> items;
+        BusyItems busy = {};
         std::size_t next = 0;
         UndoReport report = {};
         PathSet missing = {};
@@ -376,6 +387,7 @@ private:
     std::vector<SecurityFinding> m_findings;
     std::vector<QuarantineItem> m_quarantine;
     std::vector<QuarantineItem> m_earlierQuarantine;
+    std::unordered_map<Uuid, int> m_busyHeldItems; // how many operations work on each
     std::vector<ActivityEvent> m_history;
     std::optional<MemorySnapshot> m_memory;
     std::vector<AppProcessInfo> m_processes;

@@ -70,14 +70,7 @@ void AppModel::removeRecords(
                 .bytes = picked->records->fileSize(position),
                 .isDirectory = picked->records->isDirectory(position)});
         }
-        auto worker = workerFor(platform, action, picked->records->root());
-        // A folder comes before what lies in it. To the Trash it goes whole, to be found and put
-        // back whole. Deleting begins at the other end, so that every file counts that did go when
-        // its folder cannot.
-        if (action == ActionKind::trash)
-            return worker.run(requests, RemovalWorker::Nested::withTheirFolder);
-        std::ranges::reverse(requests);
-        return worker.run(requests);
+        return workerFor(platform, action, picked->records->root()).run(requests);
     };
     runInBackground(m_removalQueue, this, std::move(remove),
         [this, picked, action, title, finished = std::move(finished)](

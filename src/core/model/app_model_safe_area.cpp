@@ -41,10 +41,13 @@ void AppModel::forgetQuarantined(const std::unordered_set<Uuid>& ids)
 
 void AppModel::restoreFromSafeArea(const QuarantineItem& item, Finished finished)
 {
+    auto busy = keepBusy({item});
     runInBackground(
         m_quarantineQueue, this, [store = m_quarantineStore, item] { return store->restore(item); },
-        [this, item, finished = std::move(finished)](const Outcome<FileResult<Done>>& outcome) {
+        [this, item, busy, finished = std::move(finished)](
+            const Outcome<FileResult<Done>>& outcome) {
             const auto error = wordsOf(outcome);
+            release(busy);
             if (error.empty()) {
                 forgetQuarantined({item.id});
                 recordEvent("Item restored", item.originalPath);
@@ -73,8 +76,12 @@ void AppModel::restoreAllEarlierHeldItems(Finished finished)
 /// with every item, because that would take longer than restoring it once there are thousands.
 void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
 {
-    if (state.next == state.items->size())
+    if (!state.busy)
+        state.busy = keepBusy(*state.items);
+    if (state.next == state.items->size()) {
+        release(state.busy);
         return finished(std::move(state.report), state.missing);
+    }
     struct Restored {
         std::vector<std::size_t> positions;
         std::vector<std::size_t> missing;
@@ -100,6 +107,7 @@ void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
             if (!outcome.value) {
                 state.report.failed += static_cast<std::int64_t>(state.items->size() - state.next);
                 state.report.error = outcome.error;
+                release(state.busy);
                 return finished(std::move(state.report), state.missing);
             }
             std::unordered_set<Uuid> ids;
@@ -142,21 +150,25 @@ void AppModel::findEarlierHeldItems(Finished finished)
 
 void AppModel::deleteAllEarlierHeldItems(Finished finished)
 {
-    deleteHeldItems(m_earlierQuarantine, Undeleted::stayListed, std::move(finished));
+    deleteHeldItems(
+        m_earlierQuarantine, Undeleted::stayListed, "Earlier items deleted", std::move(finished));
 }
 
 void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
 {
+    withdrawUndo(); // What is being deleted is not put back any more.
+    auto busy = keepBusy({item});
     runInBackground(
-        m_removalQueue, this,
+        m_quarantineQueue, this,
         [remover = m_platform.remover, path = item.quarantinedPath] {
-            return remover->remove(path);
+            return remover->remove(path, {.hidesFolders = true});
         },
-        [this, item, finished = std::move(finished)](const Outcome<FileResult<Done>>& outcome) {
+        [this, item, busy, finished = std::move(finished)](
+            const Outcome<FileResult<Done>>& outcome) {
             const auto error = wordsOf(outcome);
+            release(busy);
             if (error.empty()) {
                 forgetQuarantined({item.id});
-                withdrawUndo();
                 recordEvent("Permanently deleted", std::string(lastComponent(item.originalPath)));
             }
             report(finished, error);
@@ -165,33 +177,60 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
 
 void AppModel::emptySafeArea(Finished finished)
 {
-    deleteHeldItems(m_quarantine, Undeleted::areForgotten, std::move(finished));
+    deleteHeldItems(
+        m_quarantine, Undeleted::areForgotten, "Safe Area emptied", std::move(finished));
 }
 
-void AppModel::deleteHeldItems(
-    std::vector<QuarantineItem> items, Undeleted undeleted, Finished finished)
+void AppModel::deleteHeldItems(std::vector<QuarantineItem> items, Undeleted undeleted,
+    const std::string& title, Finished finished)
 {
+    withdrawUndo(); // What is being deleted is not put back any more.
+    auto busy = keepBusy(items);
     auto removeAll = [remover = m_platform.remover, items = std::move(items), undeleted] {
         std::unordered_set<Uuid> ids;
         for (const auto& item : items) {
-            // What cannot be deleted stays in the holding folder, whole.
-            const auto deleted = remover->remove(item.quarantinedPath);
+            const auto deleted = remover->remove(item.quarantinedPath, {.hidesFolders = true});
             if (deleted || undeleted == Undeleted::areForgotten)
                 ids.insert(item.id);
         }
         return ids;
     };
-    runInBackground(m_removalQueue, this, std::move(removeAll),
-        [this, finished = std::move(finished)](const Outcome<std::unordered_set<Uuid>>& outcome) {
+    // Not beside a restore of the same item, which would find it half there.
+    runInBackground(m_quarantineQueue, this, std::move(removeAll),
+        [this, busy, title, finished = std::move(finished)](
+            const Outcome<std::unordered_set<Uuid>>& outcome) {
+            release(busy);
             if (outcome.value) {
                 // What was moved in meanwhile stays listed.
                 forgetQuarantined(*outcome.value);
-                withdrawUndo();
-                recordEvent("Safe Area emptied",
-                    std::to_string(outcome.value->size()) + " items permanently deleted");
+                recordEvent(
+                    title, std::to_string(outcome.value->size()) + " items permanently deleted");
             }
             report(finished, outcome.error);
         });
+}
+
+AppModel::BusyItems AppModel::keepBusy(const std::vector<QuarantineItem>& items)
+{
+    auto ids = std::make_shared<std::vector<Uuid>>();
+    for (const auto& item : items)
+        ids->push_back(item.id);
+    publishChange(Field::busyHeldItems, [&] {
+        for (const auto& id : *ids)
+            ++m_busyHeldItems[id];
+    });
+    return ids;
+}
+
+void AppModel::release(const BusyItems& items)
+{
+    publishChange(Field::busyHeldItems, [&] {
+        for (const auto& id : *items) {
+            const auto found = m_busyHeldItems.find(id);
+            if (found != m_busyHeldItems.end() && --found->second == 0)
+                m_busyHeldItems.erase(found);
+        }
+    });
 }
 
 } // namespace kestavon

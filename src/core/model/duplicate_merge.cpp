@@ -85,7 +85,7 @@ RemovalReport DuplicateMerge::remove(std::span<const Copy> copies, const Platfor
         return results;
     };
     return RemovalWorker(*platform.protectedPlaces, *platform.places, removeCopies)
-        .run(requests, RemovalWorker::Nested::oneByOne, stop);
+        .run(requests, stop);
 }
 
 KnownFile DuplicateMerge::fileOf(const DuplicateList::Member& member) const

@@ -5,19 +5,22 @@
 
 namespace kestavon {
 
-RemovalWorker::Remove removalFor(
-    const Platform& platform, ActionKind action, const std::string& walkedFolder)
+RemovalWorker::Remove removalFor(const Platform& platform, ActionKind action,
+    const std::string& walkedFolder, bool refusesFolders)
 {
     if (action == ActionKind::trash) {
-        return [trash = platform.trash, walkedFolder](std::span<const std::string> paths) {
-            return trash->trashItems(paths, {.noLinksBelow = walkedFolder, .stop = {}});
+        return [trash = platform.trash, walkedFolder, refusesFolders](
+                   std::span<const std::string> paths) {
+            return trash->trashItems(
+                paths, {.noLinksBelow = walkedFolder, .refusesFolders = refusesFolders});
         };
     }
-    return [remover = platform.remover, trash = platform.trash, walkedFolder](
+    return [remover = platform.remover, trash = platform.trash, walkedFolder, refusesFolders](
                std::span<const std::string> paths) {
         std::vector<FileResult<std::string>> results;
         for (const auto& path : paths) {
-            const auto removed = remover->remove(path, {.noLinksBelow = walkedFolder, .stop = {}});
+            const auto removed = remover->remove(
+                path, {.noLinksBelow = walkedFolder, .refusesFolders = refusesFolders});
             if (!removed) {
                 results.emplace_back(removed.error());
                 continue;
@@ -32,8 +35,8 @@ RemovalWorker::Remove removalFor(
 RemovalWorker workerFor(
     const Platform& platform, ActionKind action, const std::string& walkedFolder)
 {
-    return {
-        *platform.protectedPlaces, *platform.places, removalFor(platform, action, walkedFolder)};
+    return {*platform.protectedPlaces, *platform.places, removalFor(platform, action, walkedFolder),
+        removalFor(platform, action, walkedFolder, true)};
 }
 
 } // namespace kestavon

@@ -9,9 +9,9 @@
 namespace kestavon {
 
 /// Moving to the Trash or deleting for good, whichever the action stands for, without following
-/// links below `walkedFolder`.
-RemovalWorker::Remove removalFor(
-    const Platform& platform, ActionKind action, const std::string& walkedFolder);
+/// links below `walkedFolder`; folders are left alone if they are refused.
+RemovalWorker::Remove removalFor(const Platform& platform, ActionKind action,
+    const std::string& walkedFolder, bool refusesFolders = false);
 
 /// The worker that does so; it uses `platform` while it lives.
 RemovalWorker workerFor(

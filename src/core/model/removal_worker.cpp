@@ -1,7 +1,6 @@
 #include "core/model/removal_worker.h"
 
 #include "core/domain/record_list.h"
-#include "core/domain/removal_guard.h"
 
 #include <algorithm>
 #include <iterator>
@@ -22,64 +21,47 @@ RemovalReport& RemovalReport::operator+=(RemovalReport other)
     return *this;
 }
 
-RemovalWorker::RemovalWorker(
-    const ProtectedPlaces& protectedPlaces, const FilePlaces& places, Remove remove)
+RemovalWorker::RemovalWorker(const ProtectedPlaces& protectedPlaces, const FilePlaces& places,
+    Remove remove, Remove removeNonFolders)
     : m_protectedPlaces(protectedPlaces)
     , m_places(places)
     , m_remove(std::move(remove))
+    , m_removeNonFolders(std::move(removeNonFolders))
 {
 }
 
 RemovalReport RemovalWorker::run(
-    std::span<const RemovalRequest> requests, Nested nested, const std::stop_token& stop)
+    std::span<const RemovalRequest> requests, const std::stop_token& stop) const
 {
     constexpr std::size_t atATime = 256;
     RemovalReport report;
     while (!requests.empty() && !stop.stop_requested()) {
-        std::vector<Item> items;
+        const bool areFolders = requests.front().isDirectory;
         std::vector<std::string> paths;
+        std::vector<RemovalTally> tallies;
         std::size_t next = 0;
-        while (next < requests.size() && items.size() < atATime) {
-            if (!mayRemove(requests[next])) {
-                ++next;
+        for (; next < requests.size() && paths.size() < atATime; ++next) {
+            const auto& request = requests[next];
+            if (request.isDirectory != areFolders)
+                break;
+            if (!mayRemove(request))
                 continue;
-            }
-            items.push_back(itemAt(requests, next, nested));
-            paths.push_back(requests[next].path);
-            next = items.back().end;
+            paths.push_back(request.path);
+            tallies.push_back({.count = 1, .bytes = request.bytes});
         }
-        const auto results = m_remove(paths);
+        const auto results
+            = (areFolders || !m_removeNonFolders ? m_remove : m_removeNonFolders)(paths);
         for (std::size_t i = 0; i < results.size(); ++i) {
-            const auto& [first, end, tally] = items[i];
-            if (!results[i]) { // what lies in a folder that stays is tried by itself
-                report += run(requests.subspan(first + 1, end - first - 1), nested, stop);
+            if (!results[i])
                 continue;
-            }
-            report.tally += tally;
+            report.tally += tallies[i];
             if (!results[i]->empty())
                 report.trashed.push_back(
-                    {.originalPath = paths[i], .trashedPath = *results[i], .tally = tally});
+                    {.originalPath = paths[i], .trashedPath = *results[i], .tally = tallies[i]});
         }
         requests = requests.subspan(next);
     }
     return report;
-}
-
-RemovalWorker::Item RemovalWorker::itemAt(
-    std::span<const RemovalRequest> requests, std::size_t i, Nested nested) const
-{
-    const auto& folder = requests[i];
-    Item item{.first = i, .end = i + 1, .tally = {.count = 1, .bytes = folder.bytes}};
-    if (nested == Nested::oneByOne || !folder.isDirectory)
-        return item;
-    for (; item.end < requests.size(); ++item.end) {
-        const auto& request = requests[item.end];
-        if (!isAtOrBelow(request.path, folder.path))
-            break;
-        if (mayRemove(request) && m_places.kindOf(request.path)) // while it is still there
-            item.tally += {.count = 1, .bytes = request.bytes};
-    }
-    return item;
 }
 
 bool RemovalWorker::mayRemove(const RemovalRequest& request) const
@@ -87,7 +69,8 @@ bool RemovalWorker::mayRemove(const RemovalRequest& request) const
     if (!m_protectedPlaces.mayRemove(request.path))
         return false;
     // Nobody saw what is in a folder that has taken a file's place.
-    return request.isDirectory || m_places.kindOf(request.path) != EntryKind::folder;
+    return request.isDirectory || m_removeNonFolders
+        || m_places.kindOf(request.path) != EntryKind::folder;
 }
 
 } // namespace kestavon

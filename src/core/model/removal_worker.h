@@ -27,7 +27,7 @@ struct RemovalTally {
 struct TrashedItem {
     std::string originalPath;
     std::string trashedPath;
-    RemovalTally tally; ///< what went with it counts too
+    RemovalTally tally;
 };
 
 /// What a run of the worker did.
@@ -53,37 +53,24 @@ public:
     using Remove
         = std::function<std::vector<FileResult<std::string>>(std::span<const std::string> paths)>;
 
-    /// What becomes of requested items that lie in a requested folder.
-    enum class Nested {
-        /// Each is removed by itself, so none may follow its folder.
-        oneByOne,
-        /// They go with their folder, whole as it is, and are counted like it. They follow it
-        /// directly, as the records of a scan do.
-        withTheirFolder,
-    };
-
-    RemovalWorker(const ProtectedPlaces& protectedPlaces, const FilePlaces& places, Remove remove);
+    /// `removeNonFolders` is for the items that were no folders when they were found, and leaves
+    /// alone what is one by now; without it, that is looked at before `remove` is called.
+    RemovalWorker(const ProtectedPlaces& protectedPlaces, const FilePlaces& places, Remove remove,
+        Remove removeNonFolders = {});
 
     /// Tries every item in order, a few hundred at a time; between those it hears `stop`. Protected
-    /// ones, those that cannot be removed, and folders that were files when they were found stay
-    /// and are not counted; no error comes of it.
-    RemovalReport run(std::span<const RemovalRequest> requests, Nested nested = Nested::oneByOne,
-        const std::stop_token& stop = {});
+    /// ones, those that cannot be removed - because they went with a folder before them, too -, and
+    /// folders that were files when they were found are not counted; no error comes of it.
+    RemovalReport run(
+        std::span<const RemovalRequest> requests, const std::stop_token& stop = {}) const;
 
 private:
-    /// A request and those after it that go with it.
-    struct Item {
-        std::size_t first = 0;
-        std::size_t end = 0; ///< the first that does not
-        RemovalTally tally;
-    };
-
-    Item itemAt(std::span<const RemovalRequest> requests, std::size_t i, Nested nested) const;
     bool mayRemove(const RemovalRequest& request) const;
 
     const ProtectedPlaces& m_protectedPlaces;
     const FilePlaces& m_places;
     Remove m_remove;
+    Remove m_removeNonFolders;
 };
 
 } // namespace kestavon

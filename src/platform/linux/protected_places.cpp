@@ -122,14 +122,21 @@ std::string parentOf(const std::string& path)
     return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
 }
 
+/// Without links; empty when that cannot be told.
+std::string canonicalPath(const std::string& path)
+{
+    std::error_code error;
+    auto real = std::filesystem::canonical(path, error).native();
+    return error ? std::string() : real;
+}
+
 /// Adds where the paths really lie, beside where they are said to lie.
 void addResolved(std::vector<std::string>& paths)
 {
     std::vector<std::string> resolved;
     for (const auto& path : paths) {
-        std::error_code error;
-        auto real = std::filesystem::canonical(path, error).native();
-        if (!error && real != path)
+        auto real = canonicalPath(path);
+        if (!real.empty() && real != path)
             resolved.push_back(std::move(real));
     }
     paths.insert(paths.end(), resolved.begin(), resolved.end());
@@ -180,6 +187,8 @@ ProtectedPlaces::Lists ProtectedPlaces::listsFor(const HostLayout& layout)
     Lists lists;
     lists.systemRoot = layout.systemRoot.empty() ? "/" : layout.systemRoot;
     lists.withContents.assign(systemFolders.begin(), systemFolders.end());
+    // Below folders of the system, and yet people's own: memory that anybody may put files in, and
+    // where the desktop shows the phones and servers that a person has opened.
     lists.exceptions = {"/dev/shm", "/run/user/" + std::to_string(::getuid()) + "/gvfs"};
     if (const auto user = userName(); !user.empty())
         lists.exceptions.push_back("/run/media/" + user);
@@ -200,10 +209,18 @@ ProtectedPlaces::Lists ProtectedPlaces::listsFor(const HostLayout& layout)
     for (auto& folder : userFoldersNamedIn(named.bytes, layout.home))
         lists.foldersOnly.push_back(std::move(folder));
     // And whatever these lie in: removing a home's parent removes the home.
-    for (const auto& place : {layout.home, layout.applicationSupport, layout.configHome}) {
-        for (auto folder = place; folder.size() > 1; folder = parentOf(folder))
+    auto held = lists.withContents;
+    for (const auto& place : {layout.home, layout.applicationSupport, layout.configHome})
+        held.push_back(place + "/.");
+    for (const auto prefix : protectedPathPrefixes)
+        held.push_back(below(lists.systemRoot, prefix.substr(1)));
+    for (const auto& place : held) {
+        for (auto folder = parentOf(place); folder.size() > 1; folder = parentOf(folder))
             lists.foldersOnly.push_back(folder);
     }
+    std::ranges::sort(lists.foldersOnly);
+    const auto repeated = std::ranges::unique(lists.foldersOnly);
+    lists.foldersOnly.erase(repeated.begin(), repeated.end());
     lists.folderNames.assign(versionControlFolders.begin(), versionControlFolders.end());
     std::erase(lists.withContents, "");
     std::erase(lists.foldersOnly, "");
@@ -238,9 +255,9 @@ ProtectedPlaces::Forms ProtectedPlaces::formsOf(const std::string& path) const
         forms.isTrustworthy = rest.empty();
         return forms;
     }
-    std::error_code error;
-    const auto real = std::filesystem::canonical(folder, error).native();
-    if (error) {
+    const auto opened = rest.empty() ? pathOfFolder(place->folder.get()) : std::nullopt;
+    const auto real = opened ? *opened : canonicalPath(folder);
+    if (real.empty()) {
         forms.isTrustworthy = false;
         return forms;
     }
@@ -263,7 +280,11 @@ bool ProtectedPlaces::isListed(const std::string& path) const
 
 std::optional<FileError> ProtectedPlaces::refusal(const std::string& path) const
 {
-    const auto forms = formsOf(path);
+    return refusal(formsOf(path));
+}
+
+std::optional<FileError> ProtectedPlaces::refusal(const Forms& forms) const
+{
     const auto name = lastComponent(forms.written);
     const bool isRepository = forms.status && forms.status->isFolder()
         && std::ranges::find(m_lists.folderNames, name) != m_lists.folderNames.end();
@@ -288,7 +309,7 @@ bool ProtectedPlaces::mayRemove(const std::string& path) const
     if (!isSafeToRemove(path))
         return false;
     const auto forms = formsOf(path);
-    return passesRemovalRule(forms.written) && passesRemovalRule(forms.resolved) && !refusal(path);
+    return passesRemovalRule(forms.written) && passesRemovalRule(forms.resolved) && !refusal(forms);
 }
 
 } // namespace kestavon

@@ -30,7 +30,7 @@ Item {
             objectName: "restoreAllEarlier"
             label: "Restore All"
             small: true
-            enabled: list.available
+            enabled: list.available && earlier.safeArea.canRestoreEarlier
             onClicked: earlier.safeArea.askRestoreAllEarlier()
         }
         AppButton {

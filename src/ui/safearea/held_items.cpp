@@ -6,8 +6,9 @@
 
 namespace kestavon {
 
-HeldItems::HeldItems(Source source, std::shared_ptr<const Calendar> calendar)
+HeldItems::HeldItems(Source source, Busy busy, std::shared_ptr<const Calendar> calendar)
     : m_source(std::move(source))
+    , m_busy(std::move(busy))
     , m_calendar(std::move(calendar))
 {
 }
@@ -72,17 +73,12 @@ bool HeldItems::isBusy(int row) const
 
 void HeldItems::reload()
 {
-    ++m_revision;
     Q_EMIT rowsChanged();
-    Q_EMIT changed();
+    refresh();
 }
 
-void HeldItems::setBusy(const Uuid& id, bool busy)
+void HeldItems::refresh()
 {
-    if (busy)
-        m_busy.insert(id);
-    else
-        m_busy.erase(id);
     ++m_revision;
     Q_EMIT changed();
 }

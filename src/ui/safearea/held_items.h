@@ -10,7 +10,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <unordered_set>
 #include <vector>
 
 namespace kestavon {
@@ -23,9 +22,11 @@ class HeldItems final : public QObject {
     Q_PROPERTY(int revision READ revision NOTIFY changed)
 public:
     using Source = std::function<const std::vector<QuarantineItem>&()>;
+    using Busy = std::function<bool(const Uuid&)>;
 
-    /// `source` gives the items as they are now, and is asked anew after `reload`.
-    HeldItems(Source source, std::shared_ptr<const Calendar> calendar);
+    /// `source` gives the items as they are now, and is asked anew after `reload`; `busy` tells of
+    /// each whether it is being worked on, until `refresh`.
+    HeldItems(Source source, Busy busy, std::shared_ptr<const Calendar> calendar);
 
     int rowCount() const { return static_cast<int>(m_source().size()); }
     int revision() const { return m_revision; }
@@ -38,11 +39,11 @@ public:
     Q_INVOKABLE QString movedText(int row) const;
     /// Whether the item is being restored or deleted.
     Q_INVOKABLE bool isBusy(int row) const;
-    bool isBusy(const Uuid& id) const { return m_busy.contains(id); }
+    bool isBusy(const Uuid& id) const { return m_busy(id); }
 
     std::optional<QuarantineItem> itemAt(int row) const;
     void reload();
-    void setBusy(const Uuid& id, bool busy);
+    void refresh();
 
 Q_SIGNALS:
     /// Other items stand in the rows.
@@ -54,8 +55,8 @@ private:
     const QuarantineItem* at(int row) const;
 
     Source m_source;
+    Busy m_busy;
     std::shared_ptr<const Calendar> m_calendar;
-    std::unordered_set<Uuid> m_busy;
     int m_revision = 0;
 };
 

@@ -29,7 +29,7 @@ ConfirmationTexts deleteAllQuestion(std::size_t count)
 ConfirmationTexts deleteEarlierQuestion(const QString& name)
 {
     return {
-        .title = u"Permanently delete “%1”?"_s.arg(name),
+        .title = u"Permanently delete \"%1\"?"_s.arg(name),
         .message = u"This cannot be undone. Files will be permanently removed from your Mac."_s,
         .action = u"Delete Forever"_s,
         .destructive = true,

@@ -5,16 +5,18 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 namespace kestavon {
 
 SafeAreaState::SafeAreaState(AppModel& model, FolderPicker& picker)
     : m_model(model)
     , m_picker(picker)
     , m_items([&model]() -> const std::vector<QuarantineItem>& { return model.quarantine(); },
-          model.platform().calendar)
+          [&model](const Uuid& id) { return model.isHeldItemBusy(id); }, model.platform().calendar)
     , m_earlierItems(
           [&model]() -> const std::vector<QuarantineItem>& { return model.earlierQuarantine(); },
-          model.platform().calendar)
+          [&model](const Uuid& id) { return model.isHeldItemBusy(id); }, model.platform().calendar)
 {
     connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
         switch (field) {
@@ -26,6 +28,10 @@ SafeAreaState::SafeAreaState(AppModel& model, FolderPicker& picker)
             m_confirmation.cancel();
             m_earlierItems.reload();
             Q_EMIT earlierChanged();
+            break;
+        case AppModel::Field::busyHeldItems:
+            m_items.refresh();
+            m_earlierItems.refresh();
             break;
         default: break;
         }
@@ -52,15 +58,10 @@ void SafeAreaState::workOn(HeldItems& list, const QuarantineItem& item, ItemOper
 {
     if (m_working || list.isBusy(item.id))
         return;
-    list.setBusy(item.id, true);
-    (m_model.*operation)(item,
-        [self = QPointer<SafeAreaState>(this), &list, id = item.id](const std::string& error) {
-            if (!self)
-                return;
-            list.setBusy(id, false);
-            if (!error.empty())
-                self->m_confirmation.setErrorMessage(displayText(error));
-        });
+    (m_model.*operation)(item, [self = QPointer<SafeAreaState>(this)](const std::string& error) {
+        if (self && !error.empty())
+            self->m_confirmation.setErrorMessage(displayText(error));
+    });
 }
 
 void SafeAreaState::askRestoreAll()
@@ -95,6 +96,12 @@ void SafeAreaState::askForAll(HeldItems& list, ConfirmationTexts question, ListO
 QString SafeAreaState::earlierText() const
 {
     return kestavon::earlierText(m_model.earlierQuarantine().size());
+}
+
+std::size_t SafeAreaState::restorableEarlier() const
+{
+    const auto hasPlace = [](const QuarantineItem& item) { return !item.originalPath.empty(); };
+    return static_cast<std::size_t>(std::ranges::count_if(m_model.earlierQuarantine(), hasPlace));
 }
 
 void SafeAreaState::setWantsEarlier(bool wanted)
@@ -134,7 +141,7 @@ void SafeAreaState::askDeleteEarlier(int row)
 
 void SafeAreaState::askRestoreAllEarlier()
 {
-    askForAll(m_earlierItems, restoreAllQuestion(m_model.earlierQuarantine().size()),
+    askForAll(m_earlierItems, restoreAllQuestion(restorableEarlier()),
         &AppModel::restoreAllEarlierHeldItems);
 }
 

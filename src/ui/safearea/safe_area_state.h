@@ -19,6 +19,8 @@ class SafeAreaState final : public QObject {
     Q_PROPERTY(kestavon::HeldItems* earlierItems READ earlierItems CONSTANT)
     /// "12 items from earlier"
     Q_PROPERTY(QString earlierText READ earlierText NOTIFY earlierChanged)
+    /// Some of them can be put back all at once: their place is known.
+    Q_PROPERTY(bool canRestoreEarlier READ canRestoreEarlier NOTIFY earlierChanged)
     /// There are items of earlier runs, and they are not shown yet, or they are.
     Q_PROPERTY(bool offersEarlier READ offersEarlier NOTIFY earlierChanged)
     Q_PROPERTY(bool showsEarlier READ showsEarlier NOTIFY earlierChanged)
@@ -44,6 +46,7 @@ public:
     /// @{
     HeldItems* earlierItems() { return &m_earlierItems; }
     QString earlierText() const;
+    bool canRestoreEarlier() const { return restorableEarlier() > 0; }
     bool offersEarlier() const { return hasEarlier() && !m_wantsEarlier; }
     bool showsEarlier() const { return hasEarlier() && m_wantsEarlier; }
     /// The screen is opened: finds out whether there are any.
@@ -66,6 +69,7 @@ private:
     using ListOperation = void (AppModel::*)(AppModel::Finished);
 
     bool hasEarlier() const { return !m_model.earlierQuarantine().empty(); }
+    std::size_t restorableEarlier() const;
     void setWantsEarlier(bool wanted);
     void workOnItem(HeldItems& list, int row, ItemOperation operation);
     void workOn(HeldItems& list, const QuarantineItem& item, ItemOperation operation);

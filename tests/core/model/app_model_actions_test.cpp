@@ -33,20 +33,36 @@ TEST_F(AppModelActions, AFolderThatStaysLetsWhatIsInItGoByItself)
     EXPECT_EQ(lastEvent().detail, "1 files · 5 bytes");
 }
 
-TEST_F(AppModelActions, AFolderAndWhatIsInItCountTheSameHoweverTheyGo)
+TEST_F(AppModelActions, WhatWentWithItsFolderIsMissingAndNotCounted)
 {
+    machine.hasRealTrash = true;
     for (const bool forGood : {false, true}) {
-        scan({"f/", "f/g/", "f/g/a", "f/b", "f/gone"});
-        std::filesystem::remove(folder / "f/gone");
+        scan({"a", "f/", "f/g/", "f/g/a", "f/b"});
         await([&](auto done) {
             forGood ? model->deleteRecordsPermanently(pick({0, 1, 2, 3, 4}), done)
                     : model->trashRecords(pick({0, 1, 2, 3, 4}), done);
         });
-        EXPECT_EQ(lastEvent().detail, "4 files · 10 bytes");
+        EXPECT_EQ(lastEvent().detail, "2 files · 5 bytes");
         EXPECT_THAT(names(), IsEmpty());
+        EXPECT_FALSE(exists("f"));
     }
-    EXPECT_THAT(machine.trash->trashed, ElementsAre(folder / "f")) << "whole";
-    EXPECT_FALSE(exists("f"));
+    EXPECT_TRUE(exists(".Trash/f/g/a")) << "whole";
+}
+
+TEST_F(AppModelActions, AFolderThatTookAFilesPlaceStays)
+{
+    machine.hasRealTrash = true;
+    scan({"a", "b"});
+    std::filesystem::remove(folder / "a");
+    folder.writeFile("a/inner", "nobody saw this");
+    await([&](auto done) { model->deleteRecordsPermanently(pick({0}), done); });
+    EXPECT_EQ(lastEvent().detail, "0 files · Zero KB");
+    std::filesystem::remove(folder / "b");
+    folder.writeFile("b/inner", "nor this");
+    await([&](auto done) { model->trashRecords(pick({0}), done); });
+    EXPECT_EQ(lastEvent().detail, "0 files · Zero KB");
+    EXPECT_TRUE(exists("a/inner"));
+    EXPECT_TRUE(exists("b/inner"));
 }
 
 TEST_F(AppModelActions, DeletionsStartedTogetherBothComplete)
@@ -174,6 +190,7 @@ TEST_F(AppModelActions, FindsWhatEarlierRunsHeldAndPutsItBack)
 
     EXPECT_EQ(await([&](auto done) { model->deleteAllEarlierHeldItems(done); }), "");
     EXPECT_THAT(model->earlierQuarantine(), IsEmpty());
+    EXPECT_EQ(lastEvent().title, "Earlier items deleted") << "the Safe Area is not empty";
     EXPECT_EQ(lastEvent().detail, "1 items permanently deleted");
     EXPECT_THAT(model->quarantine(), SizeIs(1)) << "this run's item is none of them";
     EXPECT_TRUE(std::filesystem::exists(model->quarantine()[0].quarantinedPath));
@@ -205,14 +222,65 @@ TEST_F(AppModelActions, DeletesHeldItemsOneByOneAndAllAtOnce)
     EXPECT_EQ(lastEvent().title, "Permanently deleted");
     EXPECT_EQ(lastEvent().detail, "2");
 
-    EXPECT_NE(await([&](auto done) { model->deleteFromSafeArea(item, done); }), "");
-
     await([&](auto done) { model->emptySafeArea(done); });
     EXPECT_THAT(model->quarantine(), IsEmpty());
     EXPECT_EQ(lastEvent().title, "Safe Area emptied");
     EXPECT_EQ(lastEvent().detail, "2 items permanently deleted");
     await([&](auto done) { model->emptySafeArea(done); });
     EXPECT_EQ(lastEvent().detail, "0 items permanently deleted");
+}
+
+TEST_F(AppModelActions, AHeldItemThatCannotBeDeletedStaysListedUntilAllAreDeleted)
+{
+    scan({"Library/Caches/1", "Library/Caches/2", "other"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    const auto item = model->quarantine()[0];
+    std::filesystem::remove(item.quarantinedPath); // by hand
+    const auto events = model->history().size();
+    EXPECT_NE(await([&](auto done) { model->deleteFromSafeArea(item, done); }), "");
+    EXPECT_THAT(model->quarantine(), SizeIs(2));
+    EXPECT_THAT(model->history(), SizeIs(events));
+
+    scan({"Library/Caches/3"});
+    model->emptySafeArea();
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); }); // meanwhile
+    ASSERT_THAT(model->quarantine(), SizeIs(1));
+    EXPECT_EQ(model->quarantine()[0].originalPath, folder / "Library/Caches/3");
+    EXPECT_EQ(model->history()[1].title, "Safe Area emptied");
+    EXPECT_EQ(model->history()[1].detail, "2 items permanently deleted");
+}
+
+TEST_F(AppModelActions, HeldItemsAreBusyAndNotOfferedBackWhileTheyAreWorkedOn)
+{
+    scan({"Library/Caches/1", "Library/Caches/2"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    const auto items = model->quarantine();
+    ASSERT_TRUE(model->undoOffer());
+    model->restoreFromSafeArea(items[0]);
+    EXPECT_TRUE(model->isHeldItemBusy(items[0].id));
+    EXPECT_FALSE(model->isHeldItemBusy(items[1].id));
+    // Begun while the other one is on its way back: that has to come first.
+    bool isEmptied = false;
+    model->emptySafeArea([&](const std::string&) { isEmptied = true; });
+    EXPECT_FALSE(model->undoOffer()) << "taking back what is being deleted";
+    EXPECT_TRUE(model->isHeldItemBusy(items[1].id));
+    ASSERT_TRUE(test::processEventsUntil([&] { return isEmptied; }));
+    EXPECT_EQ(folder.readFile("Library/Caches/1"), "12345");
+    EXPECT_FALSE(exists("Library/Caches/2"));
+    for (const auto& item : items)
+        EXPECT_FALSE(model->isHeldItemBusy(item.id));
+}
+
+TEST_F(AppModelActions, TakesBackWithBusyItems)
+{
+    scan({"Library/Caches/1"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    const auto item = model->quarantine()[0];
+    bool isUndone = false;
+    model->undoLastMove([&](const UndoReport&) { isUndone = true; });
+    EXPECT_TRUE(model->isHeldItemBusy(item.id));
+    ASSERT_TRUE(test::processEventsUntil([&] { return isUndone; }));
+    EXPECT_FALSE(model->isHeldItemBusy(item.id));
 }
 
 TEST_F(AppModelActions, CleansAGroupThatIsNotShownAnyMoreButTellsOfIt)
@@ -246,6 +314,28 @@ TEST_F(AppModelActions, CleansAGroupThatIsNotShownAnyMoreButTellsOfIt)
     EXPECT_FALSE(exists("logs/c"));
     EXPECT_EQ(lastEvent().title, "Items permanently deleted");
     EXPECT_EQ(lastEvent().detail, "1 items (5 bytes)");
+
+    folder.writeFile("logs/c", "12345");
+    await([&](auto done) {
+        model->cleanJunkItems(group, {group.items[2].id}, ActionKind::trash, {}, done);
+    });
+    EXPECT_EQ(lastEvent().title, "Items moved to Trash");
+    EXPECT_EQ(lastEvent().detail, "1 items (5 bytes)");
+}
+
+TEST_F(AppModelActions, ClearsWhatACrashLeftWithoutBeingAskedTo)
+{
+    machine.hasRealTrash = true;
+    const auto id = Uuid::random().text();
+    const std::string holding = "Library/Application Support/Kestavon/Quarantine/";
+    folder.writeFile(holding + ".kestavon-partial-" + id + "/half");
+    folder.writeFile(holding + ".kestavon-deleted-" + id + "/left");
+    folder.writeFile(".Trash/.kestavon-partial-" + id);
+    scan({"a"});
+    EXPECT_TRUE(test::processEventsUntil([&] {
+        return std::filesystem::is_empty(folder / holding)
+            && std::filesystem::is_empty(folder / ".Trash");
+    }));
 }
 
 TEST_F(AppModelActions, ClearingTheHistoryLeavesNoEvent)

@@ -3,6 +3,7 @@
 #include "platform/linux/trash/trash_info.h"
 #include "platform/linux/trash/trash_record.h"
 #include "platform/trash/trash_fixture.h"
+#include "support/faulty_calls.h"
 #include "support/time_zone.h"
 
 #include <fstream>
@@ -100,6 +101,32 @@ TEST_F(FreedesktopTrashTest, MovesAFileAndWritesDownWhereItLayAndWhen)
         EXPECT_EQ(modeOf(m_homeTrash + folder), 0700u) << folder;
     // Programs that show the Trash need no sizes of files.
     EXPECT_FALSE(isThere(m_homeTrash + "/directorysizes"));
+}
+
+TEST_F(FreedesktopTrashTest, ReportsNoSuccessWhileTheItemIsAtItsPlace)
+{
+    const auto path = m_folder.writeFile("home/item", "content");
+    {
+        const test::FaultyCalls calls([](const test::SystemCall& call) {
+            return call.call == "renameat2" && call.name == "item" ? std::optional(test::Fault{})
+                                                                   : std::nullopt;
+        });
+        EXPECT_FALSE(m_trash->trashItem(path, {}));
+    }
+    EXPECT_EQ(m_folder.readFile("home/item"), "content");
+    EXPECT_THAT(records(), IsEmpty());
+}
+
+TEST_F(FreedesktopTrashTest, LeavesAFolderWhereNoneWasExpected)
+{
+    m_folder.writeFile("home/item/inner", "content");
+    const std::vector<std::string> paths{m_folder / "home/item", m_folder / "home/item/inner"};
+    const auto results = m_trash->trashItems(paths, {.refusesFolders = true});
+    ASSERT_THAT(results, SizeIs(2));
+    ASSERT_FALSE(results[0]);
+    EXPECT_EQ(results[0].error().kind, Kind::changed);
+    EXPECT_TRUE(results[1]);
+    EXPECT_TRUE(isThere(m_folder / "home/item"));
 }
 
 TEST_F(FreedesktopTrashTest, TakesEveryNameThatTheDiskTakes)

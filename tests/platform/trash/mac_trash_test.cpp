@@ -46,6 +46,16 @@ TEST_F(MacTrashTest, NumbersWhatHasTheSameNameBeforeTheExtension)
     EXPECT_EQ(modeOf(m_folder / "home/.Trash"), 0700u);
 }
 
+TEST_F(MacTrashTest, CountsOnAfterAHundredItemsOfOneName)
+{
+    m_folder.writeFile("home/.Trash/report.txt");
+    for (int number = 2; number <= 120; ++number)
+        m_folder.writeFile("home/.Trash/report " + std::to_string(number) + ".txt");
+    const auto trashed = put(m_folder.writeFile("home/report.txt", "content"));
+    ASSERT_TRUE(trashed);
+    EXPECT_EQ(*trashed, m_folder / "home/.Trash/report 121.txt");
+}
+
 TEST_F(MacTrashTest, TakesLongNamesLinksAndNamesThatAreNoText)
 {
     const std::string longName = std::string(251, 'n') + ".txt";

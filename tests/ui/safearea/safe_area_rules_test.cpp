@@ -52,7 +52,7 @@ TEST(HeldItems, ShowEachItemOnOneLineAndNothingBeyondTheLast)
         .reason = "Application cache",
         .date = moment}};
     HeldItems items(
-        [&list]() -> const auto& { return list; }, calendar);
+        [&list]() -> const auto& { return list; }, [](const Uuid&) { return false; }, calendar);
     EXPECT_EQ(items.rowCount(), 1);
     EXPECT_EQ(items.nameText(0), "kept");
     EXPECT_EQ(items.pathText(0), "/home/alice/two␤lines/kept");

@@ -233,9 +233,9 @@ TEST_F(SafeAreaWindow, AsksBeforeItDeletesAnEarlierItem)
     states->safeArea()->showEarlier();
     letSettle();
     clickItem("Earlier items delete 0");
-    waitFor("Permanently delete “notes.txt”?");
+    waitFor("Permanently delete \"notes.txt\"?");
     clickItem("cancel");
-    waitUntilGone("Permanently delete “notes.txt”?");
+    waitUntilGone("Permanently delete \"notes.txt\"?");
     EXPECT_EQ(filesInHoldingFolder(), 1U);
     clickItem("Earlier items delete 0");
     clickItem("confirm");

@@ -221,6 +221,7 @@ FileResult<std::string> FreedesktopTrash::put(const TrashableItem& item, const T
         name, std::string(trashName)};
     MoveOptions moveOptions;
     moveOptions.stop = options.stop;
+    moveOptions.refusesFolders = options.refusesFolders;
     const auto moved = moveItem(item.place, destination, moveOptions);
     if (!moved) {
         // What lies in the Trash must have its record, whatever went wrong after it got there.
@@ -233,7 +234,7 @@ FileResult<std::string> FreedesktopTrash::put(const TrashableItem& item, const T
         if (const auto bytes = bytesOnDisk(trash.files.get(), name))
             sizes.push_back({.name = name, .bytes = *bytes, .trashInfoTime = record.time()});
     }
-    if (moved->remainsAtSource)
+    if (moved->remainsAtSource || isAtItsPlace(item))
         return remainsAtItsPlace(item);
     return trash.path + "/files/" + name;
 }
@@ -251,6 +252,10 @@ void FreedesktopTrash::clearOnce(const TrashFolder& trash)
 
 void FreedesktopTrash::forgetItem(const std::string& path)
 {
+    // Asked after every deletion, and finding every Trash takes longer than one.
+    const auto folder = std::string_view(path).substr(0, std::min(path.rfind('/'), path.size()));
+    if (lastComponent(folder) != "files")
+        return;
     for (const auto& place : trashPlaces()) {
         const auto name = path.substr(std::min(place.items.size() + 1, path.size()));
         if (name.empty() || name.find('/') != std::string::npos || path != place.items + '/' + name)
@@ -262,6 +267,12 @@ void FreedesktopTrash::forgetItem(const std::string& path)
             forgetDirectorySize(trash->root.get(), name);
         return;
     }
+}
+
+void FreedesktopTrash::clearUnfinishedMoves()
+{
+    if (const auto trash = openExistingTrash(homeTrashFolder(m_layout), ::geteuid()))
+        clearOnce(*trash);
 }
 
 std::vector<TrashPlace> FreedesktopTrash::trashPlaces() const

@@ -30,6 +30,7 @@ public:
     std::vector<FileResult<std::string>> trashItems(
         std::span<const std::string> paths, const TrashOptions& options) override;
     void forgetItem(const std::string& path) override;
+    void clearUnfinishedMoves() override;
     std::vector<TrashPlace> trashPlaces() const override;
 
 private:

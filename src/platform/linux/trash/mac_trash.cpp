@@ -24,13 +24,15 @@ FileResult<std::string> MacTrash::trashItem(const std::string& path, const Trash
     auto trash = openTrash();
     if (!trash)
         return trash.error();
-    std::call_once(m_cleared, [this] { SystemFileMover().clearUnfinishedMoves(m_folder); });
+    clearUnfinishedMoves();
 
     const auto longestName = longestNameIn(trash->get());
     MoveOptions moveOptions;
     moveOptions.stop = options.stop;
+    moveOptions.refusesFolders = options.refusesFolders;
     ItemPlace destination{std::move(*trash), {}, std::string(trashName)};
-    for (std::size_t attempt = 1; const auto number = nameNumber(attempt); ++attempt) {
+    constexpr std::size_t inOrder = 10'000;
+    for (std::size_t attempt = 1; const auto number = nameNumber(attempt, inOrder); ++attempt) {
         destination.name = nameWithNumberBeforeExtension(item->place.name, number, longestName);
         // Looked at first, so that nothing is copied only to find its name taken.
         if (mayExist(destination.folder.get(), destination.name))
@@ -40,7 +42,7 @@ FileResult<std::string> MacTrash::trashItem(const std::string& path, const Trash
             continue;
         if (!moved)
             return moved.error();
-        if (moved->remainsAtSource)
+        if (moved->remainsAtSource || isAtItsPlace(*item))
             return remainsAtItsPlace(*item);
         return m_folder + '/' + destination.name;
     }
@@ -59,6 +61,11 @@ FileResult<FileDescriptor> MacTrash::openTrash() const
 }
 
 void MacTrash::forgetItem(const std::string&) { }
+
+void MacTrash::clearUnfinishedMoves()
+{
+    std::call_once(m_cleared, [this] { SystemFileMover().clearUnfinishedMoves(m_folder); });
+}
 
 std::vector<TrashPlace> MacTrash::trashPlaces() const
 {

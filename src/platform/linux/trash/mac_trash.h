@@ -16,6 +16,7 @@ public:
     FileResult<std::string> trashItem(
         const std::string& path, const TrashOptions& options) override;
     void forgetItem(const std::string& path) override; ///< this Trash writes nothing down
+    void clearUnfinishedMoves() override;
     std::vector<TrashPlace> trashPlaces() const override;
 
 private:

@@ -110,6 +110,14 @@ bool mayExist(int folder, const std::string& name)
     return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 || errno != ENOENT;
 }
 
+bool isAtItsPlace(const TrashableItem& item)
+{
+    struct stat status { };
+    return ::fstatat(item.place.folder.get(), item.place.name.c_str(), &status, AT_SYMLINK_NOFOLLOW)
+        == 0
+        && status.st_dev == item.status.st_dev && status.st_ino == item.status.st_ino;
+}
+
 FileError remainsAtItsPlace(const TrashableItem& item)
 {
     return {FileError::Kind::changed,
@@ -117,12 +125,12 @@ FileError remainsAtItsPlace(const TrashableItem& item)
             + " was copied to the Trash, but couldn’t be removed completely from its place."};
 }
 
-std::size_t nameNumber(std::size_t attempt)
+std::size_t nameNumber(std::size_t attempt, std::size_t inOrder)
 {
-    constexpr std::size_t inOrder = 100;
+    constexpr std::size_t atRandom = 100;
     if (attempt <= inOrder)
         return attempt;
-    if (attempt > 2 * inOrder)
+    if (attempt > inOrder + atRandom)
         return 0;
     const auto random = Uuid::random().bytes;
     return inOrder + 1 + random[0] + std::size_t{random[1]} * 256 + std::size_t{random[2]} * 65536;

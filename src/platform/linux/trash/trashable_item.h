@@ -45,12 +45,15 @@ std::size_t longestNameIn(int folder);
 /// Whether something of that name lies in the opened folder; also when that cannot be told.
 bool mayExist(int folder, const std::string& name);
 
+/// Whether the item still lies where it was found.
+bool isAtItsPlace(const TrashableItem& item);
+
 /// The error for an item that did arrive in the Trash and of which something could not be taken
 /// from its old place.
 FileError remainsAtItsPlace(const TrashableItem& item);
 
 /// The numbers to try in names, so that a free one is found soon among thousands: in order at
-/// first, then at random, and at last 0, for none.
-std::size_t nameNumber(std::size_t attempt);
+/// first, `inOrder` of them, then at random, and at last 0, for none.
+std::size_t nameNumber(std::size_t attempt, std::size_t inOrder = 100);
 
 } // namespace kestavon
