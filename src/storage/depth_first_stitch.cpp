@@ -1,7 +1,7 @@
 #include "storage/depth_first_stitch.h"
 
 #include "concurrency/cancelled.h"
-#include "storage/folder_reader.h"
+#include "walk/folder_reader.h"
 
 #include <algorithm>
 #include <atomic>

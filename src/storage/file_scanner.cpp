@@ -16,12 +16,6 @@ unsigned cores()
     return std::max(1U, std::thread::hardware_concurrency());
 }
 
-/// More threads than cores: while one waits for the disk, others go on. Warm they cost nothing.
-unsigned threadsForThisMachine()
-{
-    return std::min(16U, std::max(8U, 2 * cores()));
-}
-
 std::string withoutTrailingSlash(std::string path)
 {
     while (path.size() > 1 && path.ends_with('/'))
@@ -36,7 +30,7 @@ FileScanner::FileScanner(std::vector<std::string> excludedPrefixes, std::uint64_
     : m_excludedPrefixes(std::move(excludedPrefixes))
     , m_memoryLimitBytes(memoryLimitBytes)
     , m_probe(std::move(probe))
-    , m_threads(threads != 0 ? threads : threadsForThisMachine())
+    , m_threads(threads != 0 ? threads : threadsForWalks())
 {
 }
 
@@ -55,7 +49,7 @@ ScanOutcome FileScanner::scan(const std::string& root, ScanProgressCounter& coun
         .stop = stop,
     });
     walk->start();
-    walk->wait();
+    walk->waitForRecords();
     ScanOutcome outcome;
     outcome.hitMemoryLimit = walk->hitMemoryLimit();
     outcome.rootProblem = walk->rootProblem();

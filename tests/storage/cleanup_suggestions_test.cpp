@@ -113,8 +113,8 @@ TEST_F(CleanupSuggestionsTest, AWholeListGivesWhatEachRecordGives)
 
 TEST_F(CleanupSuggestionsTest, ADeepTreeIsReadAsQuicklyAsAFlatOne)
 {
-    // One folder inside the other, below the home and then below a cache at half the depth: building
-    // every folder's path would copy gigabytes.
+    // One folder inside the other, below the home and then below a cache at half the depth:
+    // building every folder's path would copy gigabytes.
     std::string path = "/home/alice";
     std::vector<FileRecord> records;
     const auto enter = [&](const std::string& name) {

@@ -3,6 +3,7 @@
 #include "support/moments.h"
 #include "support/temporary_tree.h"
 
+#include <filesystem>
 #include <limits>
 #include <map>
 
@@ -261,6 +262,24 @@ TEST(FileScanner, GoesOnAfterAFolderThatItMayNotRead)
     EXPECT_THAT(
         test::namesIn(*outcome.records), ElementsAre("a", "a/file", "closed", "listable", "z"));
     EXPECT_EQ(outcome.unreadableFolders, 2U);
+}
+
+TEST(FileScanner, PseudoFileSystemsAreListedButNotEntered)
+{
+    ASSERT_TRUE(std::filesystem::exists("/proc/self"));
+    std::vector<std::string> others;
+    for (const auto& entry : std::filesystem::directory_iterator("/")) {
+        if (entry.path() != "/proc")
+            others.push_back(entry.path().native());
+    }
+    EXPECT_THAT(scannedNames("/", FileScanner(others, noLimit, {})), ElementsAre("proc"));
+}
+
+TEST(FileScanner, PseudoFileSystemsAreRefusedAsTheRoot)
+{
+    const auto outcome = scanOf("/proc");
+    EXPECT_EQ(outcome.rootProblem, RootProblem::notStorage);
+    EXPECT_TRUE(outcome.records->empty());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "storage/exclusions.h"
+#include "walk/exclusions.h"
 
 #include "core/domain/removal_guard.h"
 
@@ -10,6 +10,8 @@ Exclusions::Exclusions(std::string_view root, std::span<const std::string> prefi
 {
     const auto below = root == "/" ? std::string_view() : root;
     for (const std::string_view prefix : prefixes) {
+        if (prefix == "/")
+            continue; // else nothing at all would be walked
         if (isAtOrBelow(below, prefix))
             m_excludeAll = true;
         else if (isAtOrBelow(prefix, below))

@@ -1,4 +1,4 @@
-#include "storage/pseudo_file_systems.h"
+#include "walk/pseudo_file_systems.h"
 
 #include <algorithm>
 #include <array>

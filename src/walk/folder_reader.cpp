@@ -1,4 +1,4 @@
-#include "storage/folder_reader.h"
+#include "walk/folder_reader.h"
 
 #include "core/domain/record_list.h"
 
@@ -36,7 +36,7 @@ constexpr std::size_t longestEntry = 1024 + 32;
 OpenedFolder result(long fd)
 {
     if (fd < 0)
-        return {.file = {}, .error = errno};
+        return {.file = FileDescriptor(), .error = errno};
     return {.file = FileDescriptor(static_cast<int>(fd)), .error = 0};
 }
 
@@ -157,7 +157,8 @@ void sortByBytes(std::vector<ListedName>& names)
 
 std::optional<EntryFacts> lookAt(int folder, const char* name)
 {
-    struct statx facts; // The system fills it in; clearing it first would show in the profile.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): clearing it would show in the profile
+    struct statx facts;
     const int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT
         | (*name == '\0' ? AT_EMPTY_PATH : 0);
     if (::statx(folder, name, flags, STATX_TYPE | STATX_SIZE | STATX_MTIME, &facts) != 0)

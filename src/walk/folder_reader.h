@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/file_descriptor.h"
+#include "platform/linux/file_descriptor.h"
 
 #include <cstddef>
 #include <cstdint>

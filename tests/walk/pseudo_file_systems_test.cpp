@@ -1,11 +1,8 @@
-#include "storage/file_descriptor.h"
-#include "storage/pseudo_file_systems.h"
-#include "storage/scans.h"
-
-#include <filesystem>
+#include "platform/linux/file_descriptor.h"
+#include "walk/pseudo_file_systems.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace kestavon {
 namespace {
@@ -38,25 +35,6 @@ TEST(PseudoFileSystems, AreFoundInTheMountTable)
     EXPECT_EQ(mountedType(table, "0:52"), "");
     EXPECT_EQ(mountedType("", "8:2"), "");
     EXPECT_EQ(mountedType("25 21 0:52", "0:52"), "");
-}
-
-TEST(PseudoFileSystems, AreListedButNotEnteredByAScan)
-{
-    ASSERT_TRUE(std::filesystem::exists("/proc/self"));
-    std::vector<std::string> others;
-    for (const auto& entry : std::filesystem::directory_iterator("/")) {
-        if (entry.path() != "/proc")
-            others.push_back(entry.path().native());
-    }
-    EXPECT_THAT(test::scannedNames("/", FileScanner(others, test::noLimit, {})),
-        testing::ElementsAre("proc"));
-}
-
-TEST(PseudoFileSystems, AreRefusedAsTheRootOfAScan)
-{
-    const auto outcome = test::scanOf("/proc");
-    EXPECT_EQ(outcome.rootProblem, RootProblem::notStorage);
-    EXPECT_TRUE(outcome.records->empty());
 }
 
 } // namespace
