@@ -1,5 +1,6 @@
 #include "core/domain/duplicate_list.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -33,8 +34,13 @@ DuplicateList::DuplicateList(std::shared_ptr<const RecordList> records)
 
 void DuplicateList::append(const Sha256Digest& digest, std::span<const Member> members)
 {
-    m_groups.push_back(
-        {.digest = digest, .firstMember = m_members.size(), .memberCount = members.size()});
+    const auto kept = std::ranges::max_element( // the first of equal ones; no date is the least
+        members, {},
+        [this](const Member& member) { return m_records->modifiedAt(member.position); });
+    m_groups.push_back({.digest = digest,
+        .firstMember = m_members.size(),
+        .memberCount = members.size(),
+        .keptMember = static_cast<std::size_t>(kept - members.begin())});
     m_members.insert(m_members.end(), members.begin(), members.end());
     m_reclaimableBytes = saturatingSum(m_reclaimableBytes, reclaimableBytes(size() - 1));
 }

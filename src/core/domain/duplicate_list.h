@@ -50,6 +50,14 @@ public:
     Uuid id(std::size_t i) const { return m_ids.at(i); }
     const Sha256Digest& digest(std::size_t i) const { return m_groups[i].digest; }
     std::span<const Member> members(std::size_t i) const;
+    /// Which of `members(i)` stays when the group is merged: the newest file, and of equally new
+    /// ones the first. A file without a date is older than every other.
+    std::size_t keptMember(std::size_t i) const { return m_groups[i].keptMember; }
+    /// Members of the groups before `i`; of all groups for `size()`.
+    std::size_t membersBefore(std::size_t i) const
+    {
+        return i < size() ? m_groups[i].firstMember : m_members.size();
+    }
     /// What removing all but one of the group's files frees, in bytes, by the first file's size.
     std::int64_t reclaimableBytes(std::size_t i) const;
     /// The same of all groups together.
@@ -63,6 +71,7 @@ private:
         Sha256Digest digest{};
         std::size_t firstMember = 0;
         std::size_t memberCount = 0;
+        std::size_t keptMember = 0;
     };
 
     std::shared_ptr<const RecordList> m_records = std::make_shared<const RecordList>();

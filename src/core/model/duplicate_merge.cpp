@@ -4,7 +4,6 @@
 #include <exception>
 #include <functional>
 #include <new>
-#include <numeric>
 #include <unordered_map>
 #include <utility>
 
@@ -17,13 +16,17 @@ DuplicateMerge::DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates)
     std::vector<std::uint32_t> order;
     for (std::uint32_t group = 0; group < m_duplicates->size(); ++group) {
         const auto members = m_duplicates->members(group);
-        order.resize(members.size());
-        std::iota(order.begin(), order.end(), 0U);
-        // An absent date sorts before every other.
+        const auto kept = static_cast<std::uint32_t>(m_duplicates->keptMember(group));
+        order.clear();
+        for (std::uint32_t i = 0; i < members.size(); ++i) {
+            if (i != kept)
+                order.push_back(i);
+        }
+        // Newest first; an absent date comes last.
         std::ranges::stable_sort(order, std::greater(),
             [&](std::uint32_t i) { return records.modifiedAt(members[i].position); });
-        for (std::size_t i = 1; i < order.size(); ++i)
-            m_copies.push_back({.group = group, .kept = order.front(), .copy = order[i]});
+        for (const auto copy : order)
+            m_copies.push_back({.group = group, .kept = kept, .copy = copy});
     }
 }
 
