@@ -19,6 +19,13 @@ class AccessibleItem final : public QAccessibleQuickItem {
 public:
     using QAccessibleQuickItem::QAccessibleQuickItem;
 
+    QAccessible::Role role() const override
+    {
+        const auto named = object() ? object()->property("accessibleRole") : QVariant();
+        return named.isValid() ? static_cast<QAccessible::Role>(named.toInt())
+                               : QAccessibleQuickItem::role();
+    }
+
     QAccessible::State state() const override
     {
         auto state = QAccessibleQuickItem::state();

@@ -8,6 +8,7 @@ T.Control {
 
     required property UiStates ui
     readonly property ShellState shell: ui.shell
+    readonly property int accessibleRole: Accessible.List
 
     function move(row: int) {
         focusReason = Qt.TabFocusReason; // from here on the keyboard is in use
@@ -27,7 +28,7 @@ T.Control {
             return;
         event.accepted = true;
     }
-    Accessible.role: Accessible.List
+    Accessible.role: accessibleRole
     Accessible.name: "Sections"
 
     background: Rectangle {

@@ -24,6 +24,7 @@ T.Control {
     property int currentRow: count > 0 ? 0 : -1
     /// How far the rows are scrolled, in pixels.
     property real offset: 0
+    readonly property int accessibleRole: Accessible.List
     readonly property real contentLength: count * rowHeight
     readonly property real maxOffset: Math.max(0, contentLength - height)
     readonly property int firstRow: Math.floor(offset / rowHeight)
@@ -57,7 +58,7 @@ T.Control {
 
     clip: true
     focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.List
+    Accessible.role: accessibleRole
     Accessible.name: name
 
     Keys.onPressed: event => {
