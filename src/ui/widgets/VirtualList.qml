@@ -2,8 +2,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Kestavon.Ui
 
-/// A list of any number of rows, all of one height, of which only the visible ones exist as items:
-/// VirtualListRows made by `delegate`, each told which row it shows.
+/// A list of any number of rows, of which only the visible ones exist as items: VirtualListRows made
+/// by `delegate`, each told which row it shows. Rows are `rowHeight` high; where they differ, a list
+/// says so by its own `rowTop` and `rowAt`, and `rowHeight` is the least.
 ///
 /// The scrolled distance is kept as one number in double precision and no item ever stands at a
 /// large coordinate. One stop of the Tab key: the arrows move the current row, and controls in that
@@ -14,7 +15,7 @@ T.Control {
     required property int count
     required property Component delegate
     property real rowHeight: 52
-    /// The most height that the list may get: rows for it are made once and kept.
+    /// The most height that the list may get: items for as many rows are made.
     property real room: height
     required property PathActions pathActions
     /// What the list holds, for screen readers.
@@ -25,23 +26,33 @@ T.Control {
     /// How far the rows are scrolled, in pixels.
     property real offset: 0
     readonly property int accessibleRole: Accessible.List
-    readonly property real contentLength: count * rowHeight
+    readonly property real contentLength: list.rowTop(count)
     readonly property real maxOffset: Math.max(0, contentLength - height)
-    readonly property int firstRow: Math.floor(offset / rowHeight)
-    readonly property int slots: Math.max(1, Math.ceil(room / rowHeight) + 1)
+    readonly property int firstRow: list.rowAt(offset)
+    /// The items that there are for rows.
+    readonly property int slots: items.count
 
     /// Space on a row.
     signal toggled(row: int)
     signal allRequested
 
+    /// Where the row begins, in pixels from the first; for `count`, where the last one ends.
+    function rowTop(row: int): real {
+        return row * rowHeight;
+    }
+    function rowAt(position: real): int {
+        return Math.floor(position / rowHeight);
+    }
     function scrollTo(position: real) {
         offset = Math.max(0, Math.min(maxOffset, position));
     }
     function ensureVisible(row: int) {
-        if (row * rowHeight < offset)
-            scrollTo(row * rowHeight);
-        else if ((row + 1) * rowHeight > offset + height)
-            scrollTo((row + 1) * rowHeight - height);
+        const top = list.rowTop(row);
+        const bottom = list.rowTop(row + 1);
+        if (top < offset)
+            scrollTo(top);
+        else if (bottom > offset + height)
+            scrollTo(bottom - height);
     }
     function takeFocus(reason: int) {
         forceActiveFocus(reason);
@@ -62,18 +73,18 @@ T.Control {
     Accessible.name: name
 
     Keys.onPressed: event => {
-        const page = Math.max(1, Math.floor(height / rowHeight) - 1);
-        const step = {
-            [Qt.Key_Down]: 1,
-            [Qt.Key_Up]: -1,
-            [Qt.Key_PageDown]: page,
-            [Qt.Key_PageUp]: -page,
-            [Qt.Key_End]: count,
-            [Qt.Key_Home]: -count
+        const page = height - rowHeight;
+        const target = {
+            [Qt.Key_Down]: () => currentRow + 1,
+            [Qt.Key_Up]: () => currentRow - 1,
+            [Qt.Key_PageDown]: () => Math.max(currentRow + 1, list.rowAt(list.rowTop(currentRow) + page)),
+            [Qt.Key_PageUp]: () => Math.min(currentRow - 1, list.rowAt(list.rowTop(currentRow) - page)),
+            [Qt.Key_End]: () => count - 1,
+            [Qt.Key_Home]: () => 0
         }[event.key];
-        if (step !== undefined && count > 0) {
+        if (target !== undefined && count > 0) {
             takeFocus(Qt.TabFocusReason); // from here on the keyboard is in use
-            currentRow = Math.max(0, Math.min(count - 1, currentRow + step));
+            currentRow = Math.max(0, Math.min(count - 1, target()));
             ensureVisible(currentRow);
         } else if (event.matches(StandardKey.SelectAll)) {
             allRequested();
@@ -92,7 +103,10 @@ T.Control {
             - (event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 120 * 2 * list.rowHeight))
     }
     Repeater {
-        model: list.slots
+        model: SlotModel {
+            id: items
+            needed: Math.ceil(list.room / list.rowHeight) + 1
+        }
         delegate: list.delegate
     }
     AppScrollBar {

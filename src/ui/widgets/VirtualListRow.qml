@@ -12,6 +12,8 @@ FocusScope {
     /// A FilePath, where the row shows one, and where what it names lies now, if elsewhere.
     property var path
     property var itemPath: path
+    /// A line parts the row from the next one.
+    property bool divided: true
 
     readonly property int row: list.firstRow + (index - list.firstRow % list.slots + list.slots) % list.slots
     readonly property bool exists: row < list.count
@@ -22,7 +24,7 @@ FocusScope {
     visible: exists
     width: list.width
     height: list.rowHeight
-    y: row * list.rowHeight - list.offset
+    y: list.rowTop(row) - list.offset
 
     Accessible.role: Accessible.ListItem
     Accessible.name: label
@@ -45,7 +47,7 @@ FocusScope {
     Hairline {
         x: 18
         anchors.bottom: parent.bottom
-        visible: line.row < line.list.count - 1
+        visible: line.divided && line.row < line.list.count - 1
         width: parent.width - 36
     }
 }

@@ -43,7 +43,7 @@ Item {
     readonly property real contentLength: rows.rowCount * rowHeight
     readonly property real maxOffset: Math.max(0, contentLength - body.height)
     readonly property int firstRow: Math.floor(offset / rowHeight)
-    readonly property int slots: Math.max(0, Math.ceil(body.height / rowHeight) + 1)
+    readonly property int slots: items.count
 
     /// The ring is shown only after the keyboard was used.
     property bool keyboardUsed: false
@@ -174,7 +174,10 @@ Item {
         }
 
         Repeater {
-            model: table.slots
+            model: SlotModel {
+                id: items
+                needed: Math.ceil(body.height / table.rowHeight) + 1
+            }
             VirtualTableRow {
                 required property int index
                 rows: table.rows

@@ -34,6 +34,7 @@ list(APPEND ui_qml_files
     widgets/ScanLivePanel.qml
     widgets/ScanNotice.qml
     widgets/ShadedBar.qml
+    widgets/SlotModel.qml
     widgets/StorageBar.qml
     widgets/TableColumn.qml
     widgets/ThreatBadge.qml
