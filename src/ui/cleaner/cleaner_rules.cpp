@@ -28,7 +28,7 @@ bool allAreSelected(std::size_t selected, std::size_t suggested)
 
 QString modifiedText(std::optional<Timestamp> modifiedAt, const Calendar& calendar)
 {
-    return u"Modified "_s + (modifiedAt ? displayText(calendar.dateText(*modifiedAt)) : u"—"_s);
+    return u"Modified "_s + momentText(modifiedAt, calendar);
 }
 
 ConfirmationTexts cleanupQuestion(std::size_t selected)

@@ -4,6 +4,7 @@
 #include "ui/widgets/display_text.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace kestavon {
 
@@ -43,8 +44,8 @@ QString earlierText(std::size_t count)
 
 QString movedText(Timestamp date, const Calendar& calendar)
 {
-    const bool known = date != Timestamp{};
-    return u"Moved "_s + (known ? displayText(calendar.dateText(date)) : u"—"_s);
+    const auto known = date == Timestamp{} ? std::nullopt : std::optional(date);
+    return u"Moved "_s + momentText(known, calendar);
 }
 
 std::string originalName(const QuarantineItem& item)

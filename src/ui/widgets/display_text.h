@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/byte_count.h"
+#include "platform/calendar.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace kestavon {
@@ -22,6 +24,12 @@ inline QString displayText(std::string_view bytes)
 inline QString byteText(std::int64_t bytes)
 {
     return displayText(fileByteCount(bytes));
+}
+
+/// A moment as every screen writes it, "16 Nov 2026 at 14:05"; a dash where it is not known.
+inline QString momentText(std::optional<Timestamp> moment, const Calendar& calendar)
+{
+    return moment ? displayText(calendar.dateText(*moment)) : u"—"_s;
 }
 
 } // namespace kestavon

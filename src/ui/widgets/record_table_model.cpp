@@ -1,7 +1,7 @@
 #include "ui/widgets/record_table_model.h"
 
 #include "core/model/main_queue.h"
-#include "platform/byte_count.h"
+#include "ui/widgets/display_text.h"
 #include "ui/widgets/file_name_text.h"
 
 #include <algorithm>
@@ -155,17 +155,13 @@ QString RecordTableModel::nameText(int row) const
 QString RecordTableModel::sizeText(int row) const
 {
     const auto position = positionAt(row);
-    return position ? QString::fromStdString(fileByteCount(shownRecords()->fileSize(*position)))
-                    : QString();
+    return position ? byteText(shownRecords()->fileSize(*position)) : QString();
 }
 
 QString RecordTableModel::dateText(int row) const
 {
     const auto position = positionAt(row);
-    if (!position)
-        return {};
-    const auto modified = shownRecords()->modifiedAt(*position);
-    return modified ? QString::fromStdString(m_calendar.dateText(*modified)) : QStringLiteral("—");
+    return position ? momentText(shownRecords()->modifiedAt(*position), m_calendar) : QString();
 }
 
 QString RecordTableModel::pathText(int row) const
@@ -242,7 +238,7 @@ int RecordTableModel::currentRow() const
 
 QString RecordTableModel::selectedSizeText() const
 {
-    return QString::fromStdString(fileByteCount(selectedBytes()));
+    return byteText(selectedBytes());
 }
 
 std::vector<std::uint32_t> RecordTableModel::selectedVisiblePositions() const
