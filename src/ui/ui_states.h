@@ -3,6 +3,7 @@
 #include "core/model/app_model.h"
 #include "ui/cleaner/cleaner_state.h"
 #include "ui/dashboard/dashboard_state.h"
+#include "ui/duplicates/duplicates_state.h"
 #include "ui/history/history_state.h"
 #include "ui/largefiles/large_files_state.h"
 #include "ui/safearea/safe_area_state.h"
@@ -39,6 +40,7 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::DashboardState* dashboard READ dashboard CONSTANT)
     Q_PROPERTY(kestavon::StorageState* storage READ storage CONSTANT)
     Q_PROPERTY(kestavon::LargeFilesState* largeFiles READ largeFiles CONSTANT)
+    Q_PROPERTY(kestavon::DuplicatesState* duplicates READ duplicates CONSTANT)
     Q_PROPERTY(kestavon::CleanerState* cleaner READ cleaner CONSTANT)
     Q_PROPERTY(kestavon::SafeAreaState* safeArea READ safeArea CONSTANT)
     Q_PROPERTY(kestavon::HistoryState* history READ history CONSTANT)
@@ -58,6 +60,7 @@ public:
     DashboardState* dashboard() { return &m_dashboard; }
     StorageState* storage() { return &m_storage; }
     LargeFilesState* largeFiles() { return &m_largeFiles; }
+    DuplicatesState* duplicates() { return &m_duplicates; }
     CleanerState* cleaner() { return &m_cleaner; }
     SafeAreaState* safeArea() { return &m_safeArea; }
     HistoryState* history() { return &m_history; }
@@ -79,6 +82,7 @@ private:
     DashboardState m_dashboard;
     StorageState m_storage;
     LargeFilesState m_largeFiles;
+    DuplicatesState m_duplicates;
     CleanerState m_cleaner;
     SafeAreaState m_safeArea;
     HistoryState m_history;

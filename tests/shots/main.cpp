@@ -87,6 +87,28 @@ void suggest(TestWindow& window)
     window.states->cleaner()->toggle(3);
 }
 
+/// A scan of a home that holds duplicates, and a search in it that has come so far.
+void startSearch(TestWindow& window)
+{
+    window.scan({.records = shots::homeWithCopies().records});
+    window.model->startDuplicateAnalysis();
+    window.duplicateFinder->waitForSearches(1).front().progress({3'120'000'000, 8'450'000'000});
+    test::processEvents();
+}
+
+void endSearch(TestWindow& window)
+{
+    test::processEventsUntil([&] { return !window.model->duplicatePhase().isScanning(); });
+    test::processEvents();
+}
+
+void findCopies(TestWindow& window)
+{
+    startSearch(window);
+    window.duplicateFinder->finishWith(shots::homeWithCopies().groups);
+    endSearch(window);
+}
+
 /// Moves things to the Safe Area at different times.
 void hold(TestWindow& window)
 {
@@ -194,6 +216,46 @@ const std::vector<Shot> shotList{
             scanHome(window);
             QTest::mouseClick(window.window, Qt::RightButton, {}, rowPoint(window, 3).toPoint());
             test::processEvents();
+        }},
+    {"duplicates-empty", AppSection::duplicates},
+    {"duplicates-idle", AppSection::duplicates,
+        [](TestWindow& window) { window.scan({.records = shots::homeWithCopies().records}); }},
+    {"duplicates-analyzing", AppSection::duplicates, startSearch},
+    {"duplicates-failed", AppSection::duplicates,
+        [](TestWindow& window) {
+            startSearch(window);
+            window.duplicateFinder->failWith("There isn't enough memory.");
+            endSearch(window);
+        }},
+    {"duplicates", AppSection::duplicates, findCopies, true},
+    {"duplicates-keyboard", AppSection::duplicates,
+        [](TestWindow& window) {
+            findCopies(window);
+            window.need("groups").forceActiveFocus(Qt::TabFocusReason);
+            for (int i = 0; i < 14; ++i)
+                window.press(Qt::Key_Down);
+        }},
+    {"duplicates-end", AppSection::duplicates,
+        [](TestWindow& window) {
+            findCopies(window);
+            window.need("groups").forceActiveFocus(Qt::TabFocusReason);
+            window.press(Qt::Key_End);
+        }},
+    {"duplicates-none", AppSection::duplicates,
+        [](TestWindow& window) {
+            startSearch(window);
+            window.duplicateFinder->finishWith({});
+            endSearch(window);
+        }},
+    {"dialog-merge-trash", AppSection::duplicates,
+        [](TestWindow& window) {
+            findCopies(window);
+            window.clickItem("mergeToTrash");
+        }},
+    {"dialog-merge-forever", AppSection::duplicates,
+        [](TestWindow& window) {
+            findCopies(window);
+            window.clickItem("mergeForever");
         }},
     {"cleaner", AppSection::cleaner, suggest, true},
     {"cleaner-empty", AppSection::cleaner},

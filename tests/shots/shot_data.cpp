@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace kestavon::shots {
@@ -137,6 +138,58 @@ std::shared_ptr<const RecordList> homeToClean()
         return RecordList::fromRecords("/home/alice", records);
     }();
     return list;
+}
+
+const HomeWithCopies& homeWithCopies()
+{
+    struct Copies {
+        std::int64_t bytes;
+        std::vector<std::pair<const char*, std::optional<Timestamp>>> files; ///< below the home
+    };
+    const std::vector<Copies> named{
+        {2'140'000'000,
+            {{"Videos/Projects/Coastline Documentary/Exports/coastline-rough-cut-v3.mov",
+                 utc(2026, 10, 12, 23, 10)},
+                {"Downloads/coastline-rough-cut-v3.mov", utc(2026, 10, 14, 8, 31)}}},
+        {935'000'000,
+            {{"Documents/Scans/Family Archive/family-archive-1948-1962.zip",
+                 utc(2024, 2, 17, 19, 26)},
+                {"Documents/Backups/2024-12/Documents/Scans/Family Archive/"
+                 "family-archive-1948-1962.zip",
+                    utc(2024, 2, 17, 19, 26)},
+                {"Downloads/family-archive-1948-1962 (1).zip", utc(2024, 2, 16, 7, 5)}}},
+        {914'200'000,
+            {{".local/share/games/Skyline Racer/installer-assets.pak", utc(2026, 4, 30, 21, 44)},
+                {"Downloads/Skyline Racer/installer-assets.pak", utc(2026, 4, 30, 21, 5)}}},
+        {601'700'000,
+            {{"Projects/vision/datasets/street-scenes/street-scenes-preview.tar",
+                 utc(2026, 5, 28, 16, 39)},
+                {"Projects/vision/experiments/2026-05-run-12/inputs/cache/"
+                 "street-scenes-preview.tar",
+                    std::nullopt}}},
+    };
+    static const auto home = [&] {
+        std::vector<FileRecord> records;
+        std::vector<std::vector<std::uint32_t>> groups;
+        const auto add = [&](const std::string& path, std::int64_t bytes,
+                             std::optional<Timestamp> modifiedAt) {
+            groups.back().push_back(static_cast<std::uint32_t>(records.size()));
+            records.push_back(file("/home/alice/" + path, bytes, modifiedAt));
+        };
+        for (const auto& copies : named) {
+            groups.emplace_back();
+            for (const auto& [path, modifiedAt] : copies.files)
+                add(path, copies.bytes, modifiedAt);
+        }
+        for (int i = 0; i < 34; ++i) {
+            groups.emplace_back();
+            const auto name = "roll-" + std::to_string(100 + i) + ".dng";
+            for (const char* folder : {"Pictures/2026/Lake/", "Pictures/Import/"})
+                add(folder + name, 75'000'000 - 2'150'000 * i, utc(2026, 3, 1, 15, 0));
+        }
+        return HomeWithCopies{RecordList::fromRecords("/home/alice", records), groups};
+    }();
+    return home;
 }
 
 std::vector<Held> itemsToHold()

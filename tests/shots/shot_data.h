@@ -4,6 +4,7 @@
 #include "core/domain/record_list.h"
 #include "platform/file_mover.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -17,6 +18,14 @@ std::shared_ptr<const RecordList> livedInHome();
 
 /// What a scan finds that leads to 126 suggestions. The same list on every call.
 std::shared_ptr<const RecordList> homeToClean();
+
+/// What a scan finds that holds duplicates, and where in the list the copies of each are: 38
+/// groups, the ones that free most first. The same list on every call.
+struct HomeWithCopies {
+    std::shared_ptr<const RecordList> records;
+    std::vector<std::vector<std::uint32_t>> groups;
+};
+const HomeWithCopies& homeWithCopies();
 
 /// Items to be held in the Safe Area, the oldest first, and when each is moved there.
 struct Held {

@@ -28,6 +28,15 @@ public:
         return list;
     }
 
+    /// The finder for who keeps a function.
+    static auto asFinder(std::shared_ptr<FakeDuplicateFinder> finder)
+    {
+        return [finder = std::move(finder)](std::shared_ptr<const RecordList> records,
+                   const DuplicateSearchOptions& options, const std::stop_token& stop) {
+            return (*finder)(std::move(records), options, stop);
+        };
+    }
+
     /// Lets the running search, or else the next one, find these groups.
     void finishWith(Groups groups) { m_runs.finishWith(std::move(groups)); }
     void failWith(const std::string& message) { m_runs.failWith(message); }

@@ -3,6 +3,7 @@ kestavon_test(screen_state_tests
         support/qt_main.cpp
         ui/cleaner/cleaner_rules_test.cpp
         ui/dashboard/dashboard_test.cpp
+        ui/duplicates/duplicates_rules_test.cpp
         ui/safearea/safe_area_rules_test.cpp
         ui/shell/undo_state_test.cpp
         ui/storage/file_table_test.cpp

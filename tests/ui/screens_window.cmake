@@ -2,6 +2,7 @@ kestavon_test(screen_window_tests
     SOURCES
         ui/cleaner/cleaner_window_test.cpp
         ui/dashboard/dashboard_window_test.cpp
+        ui/duplicates/duplicates_window_test.cpp
         ui/history/history_window_test.cpp
         ui/safearea/safe_area_window_test.cpp
         ui/storage/file_table_window_test.cpp

@@ -86,6 +86,7 @@ SectionScreen {
                     objectName: "findDuplicates"
                     label: "Find Duplicates"
                     enabled: screen.dashboard.canFindDuplicates
+                    hint: screen.dashboard.duplicatesHint
                     onClicked: screen.dashboard.findDuplicates()
                 }
                 AppButton {

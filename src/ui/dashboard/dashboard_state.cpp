@@ -25,9 +25,15 @@ DashboardState::DashboardState(AppModel& model, LiveCount& liveCount, QObject* p
     update();
 }
 
+QString DashboardState::duplicatesHint() const
+{
+    const auto& phase = m_model.duplicatePhase();
+    return phase.isScanning() ? displayText(phase.text()) : QString();
+}
+
 void DashboardState::findDuplicates()
 {
-    m_model.setSection(AppSection::duplicates);
+    m_model.startDuplicateAnalysis();
 }
 
 void DashboardState::reviewSecurity()

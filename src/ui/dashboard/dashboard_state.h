@@ -18,6 +18,8 @@ class DashboardState final : public QObject {
     Q_PROPERTY(QString totalStorage READ totalStorage NOTIFY changed)
     Q_PROPERTY(QString hiddenFiles READ hiddenFiles NOTIFY changed)
     Q_PROPERTY(bool canFindDuplicates READ canFindDuplicates NOTIFY changed)
+    /// What the search for duplicates does while it runs, and its button waits.
+    Q_PROPERTY(QString duplicatesHint READ duplicatesHint NOTIFY changed)
     Q_PROPERTY(bool canReviewSecurity READ canReviewSecurity NOTIFY changed)
     Q_PROPERTY(kestavon::ActivityListModel* recentActivity READ recentActivity CONSTANT)
 public:
@@ -33,9 +35,11 @@ public:
     const QString& totalStorage() const { return m_metrics.totalStorage; }
     const QString& hiddenFiles() const { return m_metrics.hiddenFiles; }
     bool canFindDuplicates() const { return m_canFindDuplicates; }
+    QString duplicatesHint() const;
     bool canReviewSecurity() const { return m_canReviewSecurity; }
     ActivityListModel* recentActivity() { return &m_recentActivity; }
 
+    /// Starts the search; the screen stays as it is, and the sidebar tells what was found.
     Q_INVOKABLE void findDuplicates();
     Q_INVOKABLE void reviewSecurity();
 

@@ -5,7 +5,8 @@ import Kestavon.Ui
 Item {
     id: empty
 
-    property string symbol
+    property string symbol // none: the sentence stands alone
+    property color symbolColor: Theme.text3
     property string title
     property string message
     default property alias actions: row.data
@@ -15,11 +16,12 @@ Item {
         y: Math.round((parent.height - 40 - height) / 2)
         SymbolIcon {
             anchors.horizontalCenter: parent.horizontalCenter
+            visible: empty.symbol !== ""
             name: empty.symbol
             size: 72
-            color: Theme.text3
+            color: empty.symbolColor
         }
-        Item { width: 1; height: 14 }
+        Item { width: 1; height: 14; visible: empty.symbol !== "" }
         AppText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: empty.title

@@ -54,10 +54,8 @@ class DuplicateAnalysis : public AppModelDuplicates {
 protected:
     DuplicateAnalysis()
     {
-        model = std::make_unique<AppModel>(scanner, machine.platform(),
-            [finder = finder](auto records, const auto& options, const auto& stop) {
-                return (*finder)(std::move(records), options, stop);
-            });
+        model = std::make_unique<AppModel>(
+            scanner, machine.platform(), test::FakeDuplicateFinder::asFinder(finder));
         scan({{.path = folder / "a", .size = 5}, {.path = folder / "b", .size = 5},
             {.path = folder / "c", .size = 7}, {.path = folder / "d", .size = 7}});
     }

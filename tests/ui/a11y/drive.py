@@ -1,7 +1,7 @@
 """Uses the real window as somebody with a screen reader does: drive.py PROGRAM
 
-Looks at every section, scans a small home, and filters and selects in the table of files. Needs an X
-display and a session bus (the script "run" beside this one starts both).
+Looks at every section, scans a small home, filters and selects in the table of files, and finds duplicates.
+Needs an X display and a session bus (the script "run" beside this one starts both).
 """
 import os
 import pathlib
@@ -17,6 +17,7 @@ SECTIONS = ["Dashboard", "Storage", "Large Files", "Duplicates", "Smart Clean", 
 FILES = {  # path below the home, size in bytes
     "Videos/Trip to the lake.mov": 5_000_000,
     "Videos/birthday.mov": 3_000_000,
+    "Documents/plan (copy).pdf": 1_000_000,  # all files of a size have the same content
     "Documents/trip plan.pdf": 1_000_000,
     "Documents/Ünïcödé & more.txt": 40_000,
     ".hidden": 1_000,
@@ -153,7 +154,27 @@ def counts_only_what_is_shown(session):
     session.hides("selected ·")
 
 
-STEPS = [asks_for_no_access, opens_every_section, scans_and_counts, lists_largest_first, counts_only_what_is_shown]
+def finds_duplicates_and_asks(session):
+    session.go_to("Duplicates")
+    session.find("push button", "Analyze Duplicates").press()
+    session.shows("1 groups · 1 MB reclaimable")
+    eventually(lambda: session.sidebar()["Duplicates"].name == "Duplicates, 1", "the group in the badge")
+    rows = [row.name for row in sorted(session.find("list", "Duplicate groups").all("list item"),
+                                       key=lambda row: row.place()[1])]
+    documents = session.home / "Documents"
+    assert rows[0] == "plan (copy).pdf, 2 copies, Save 1 MB", rows
+    assert rows[1].startswith(f"plan (copy).pdf, {documents}/plan (copy).pdf, "), rows
+    assert rows[2].startswith(f"trip plan.pdf, {documents}/trip plan.pdf, "), rows
+    assert [row.endswith(", Kept") for row in rows].count(True) == 1, rows
+
+    session.find("push button", "Merge & Trash").press()
+    session.find("dialog", "Merge 1 duplicate groups?").all("push button", lambda name: name == "Cancel")[0].press()
+    session.hides("Merge 1 duplicate groups?")
+    session.shows("1 groups · 1 MB reclaimable")
+
+
+STEPS = [asks_for_no_access, opens_every_section, scans_and_counts, lists_largest_first, counts_only_what_is_shown,
+         finds_duplicates_and_asks]
 
 
 def main(program):

@@ -44,15 +44,18 @@ TEST_F(DashboardWindow, TurnsItsScanButtonIntoAStopButtonAndBack)
     EXPECT_EQ(label("scanStorage"), "Scan Storage");
 }
 
-TEST_F(DashboardWindow, LeadsToTheAnalysesOnceThereIsSomethingToAnalyse)
+TEST_F(DashboardWindow, StartsTheAnalysesOnceThereIsSomethingToAnalyse)
 {
-    scan({test::file("/home/alice/a", 1000)});
-    EXPECT_EQ(value("itemsScanned"), "1");
+    scan({test::file("/home/alice/a", 1000), test::file("/home/alice/b", 1000)});
+    EXPECT_EQ(value("itemsScanned"), "2");
     clickItem("findDuplicates");
-    EXPECT_EQ(model->section(), AppSection::duplicates);
+    EXPECT_TRUE(model->duplicatePhase().isScanning());
+    EXPECT_FALSE(enabled("findDuplicates"));
+    EXPECT_EQ(model->section(), AppSection::dashboard) << "it goes on in the background";
+    duplicateFinder->finishWith({{0, 1}});
+    EXPECT_TRUE(processEventsUntil([&] { return enabled("findDuplicates"); }));
+    EXPECT_EQ(model->duplicates()->size(), 1U);
 
-    model->setSection(AppSection::dashboard);
-    processEvents();
     clickItem("securityScan");
     EXPECT_EQ(model->section(), AppSection::security);
 }

@@ -48,8 +48,10 @@ QQuickItem* findItem(QQuickItem* item, const QString& objectName)
 void TestWindow::open(const Options& options)
 {
     useFonts();
-    model = std::make_unique<AppModel>(
-        options.otherScanner ? options.otherScanner : scanner, machine.platform());
+    model = std::make_unique<AppModel>(options.otherScanner ? options.otherScanner : scanner,
+        machine.platform(),
+        options.otherDuplicateFinder ? options.otherDuplicateFinder
+                                     : FakeDuplicateFinder::asFinder(duplicateFinder));
     states = std::make_unique<UiStates>(*model);
     engine = std::make_unique<QQmlApplicationEngine>();
     installAccessibleShim(*engine);

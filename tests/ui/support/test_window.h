@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/fake_duplicate_finder.h"
 #include "support/fake_platform.h"
 #include "support/fake_scanner.h"
 #include "ui/ui_states.h"
@@ -14,7 +15,7 @@
 
 namespace kestavon::test {
 
-/// The real main window over a machine and a scanner that exist only in memory. Needs a
+/// The real main window over a machine, a scanner and a search that exist only in memory. Needs a
 /// QGuiApplication.
 class TestWindow {
 public:
@@ -23,6 +24,8 @@ public:
         QSize size = {1280, 820};
         /// Scans in place of `scanner`, such as one that reads the disk.
         std::shared_ptr<FileScanning> otherScanner = nullptr;
+        /// Searches in place of `duplicateFinder`.
+        AppModel::DuplicateFinder otherDuplicateFinder = {};
     };
 
     TestWindow() = default;
@@ -53,6 +56,7 @@ public:
 
     FakeMachine machine;
     std::shared_ptr<FakeScanner> scanner = std::make_shared<FakeScanner>();
+    std::shared_ptr<FakeDuplicateFinder> duplicateFinder = std::make_shared<FakeDuplicateFinder>();
     std::unique_ptr<AppModel> model;
     std::unique_ptr<UiStates> states;
     std::unique_ptr<QQmlApplicationEngine> engine;
