@@ -11,6 +11,8 @@ Card {
     required property real room
     /// The buttons may be pressed.
     property bool available: true
+    /// The list has just changed: presses do not count yet.
+    readonly property bool isSettling: settling.running
     readonly property real wantedHeight: rows.contentLength + 2
 
     signal restore(row: int)
@@ -45,11 +47,11 @@ Card {
             items: card.items
             available: card.available
             onRestore: {
-                if (!settling.running)
+                if (!card.isSettling)
                     card.restore(row);
             }
             onDeleteForever: {
-                if (!settling.running)
+                if (!card.isSettling)
                     card.deleteForever(row);
             }
         }

@@ -66,7 +66,16 @@ protected:
         return processEventsUntil([&] { return model->quarantine().size() == count; });
     }
     /// The buttons wait out a double click after the list has changed.
-    void letSettle() { QTest::qWait(600); }
+    void letSettle()
+    {
+        processEvents();
+        const auto isSettled = [this](const char* name) {
+            const auto* list = item(name);
+            return !list || !list->parentItem()->property("isSettling").toBool();
+        };
+        EXPECT_TRUE(processEventsUntil(
+            [&] { return isSettled("Held items") && isSettled("Earlier items"); }));
+    }
 
     test::TemporaryFolder folder;
 };

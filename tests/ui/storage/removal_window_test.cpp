@@ -119,7 +119,7 @@ TEST_P(RemovalOnDisk, TheBarStaysForAPointerThatComesToItNotForOneThatRestsThere
 {
     QTest::mouseMove(window, {700, 800});
     states->notice()->show("Something");
-    QTest::qWait(50); // the next frame finds out what came under the pointer
+    waitForFrame(); // it finds out what came under the pointer
     EXPECT_FALSE(states->notice()->held());
     QTest::mouseMove(window, {705, 800});
     processEvents();

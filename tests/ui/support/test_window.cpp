@@ -7,8 +7,10 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQmlExtensionPlugin>
+#include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <stdexcept>
 
 Q_IMPORT_QML_PLUGIN(Kestavon_UiPlugin)
@@ -97,10 +99,32 @@ void TestWindow::clickAt(const QPointF& point, Qt::KeyboardModifiers modifiers)
     processEvents();
 }
 
+QPointF TestWindow::middleOf(const QQuickItem& target)
+{
+    // Rows and columns place what they hold with the next frame, which a busy machine draws late.
+    for (int pass = 0; pass < 2; ++pass) {
+        std::vector<QQuickItem*> outermostLast;
+        for (auto* around = target.parentItem(); around; around = around->parentItem())
+            outermostLast.push_back(around);
+        std::ranges::for_each(outermostLast.rbegin(), outermostLast.rend(),
+            [](QQuickItem* around) { around->ensurePolished(); });
+    }
+    return target.mapToScene(QPointF(target.width() / 2, target.height() / 2));
+}
+
 void TestWindow::clickItem(const char* objectName)
 {
-    const auto& target = need(objectName);
-    clickAt(target.mapToScene(QPointF(target.width() / 2, target.height() / 2)));
+    clickAt(middleOf(need(objectName)));
+}
+
+void TestWindow::waitForFrame()
+{
+    for (int i = 0; i < 2; ++i) { // one may have been on its way already
+        QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+        window->update();
+        if (!frames.wait())
+            throw std::runtime_error("The window draws no more.");
+    }
 }
 
 void TestWindow::press(Qt::Key key, Qt::KeyboardModifiers modifiers)

@@ -43,10 +43,14 @@ public:
     QQuickItem& need(const char* objectName) const;
 
     void clickAt(const QPointF& point, Qt::KeyboardModifiers modifiers = {});
+    /// Where the middle of the item is, once everything around it has its place.
+    static QPointF middleOf(const QQuickItem& target);
     /// Clicks the middle of the item.
     void clickItem(const char* objectName);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
     void type(const QString& text);
+    /// Waits until the window shows all that was changed before.
+    void waitForFrame();
 
     /// Scans, with these records as the result, and waits until the tables show them.
     void scan(const std::vector<FileRecord>& records);

@@ -80,8 +80,7 @@ void WindowTest::click(const QString& text, QQuickWindow* in)
 {
     auto* item = waitFor(text, in);
     ASSERT_TRUE(item);
-    const auto middle = item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
-    QTest::mouseClick(in ? in : window, Qt::LeftButton, {}, middle);
+    QTest::mouseClick(in ? in : window, Qt::LeftButton, {}, middleOf(*item).toPoint());
     processEvents();
 }
 
