@@ -96,7 +96,7 @@ private:
             rows.append(QAccessibleQuickItem::child(i));
         std::ranges::stable_sort(rows, std::ranges::less(), [](const QAccessibleInterface* row) {
             const auto* item = qobject_cast<QQuickItem*>(row->object());
-            return item ? item->y() : 0.0;
+            return item ? item->mapToScene({}).y() : 0.0; // rows may lie in groups
         });
         return rows;
     }
