@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -7,12 +8,12 @@
 
 namespace kestavon::test {
 
-/// `value` in the `bytes` lowest bytes, the highest first.
+/// `value` as `bytes` bytes, the highest first; above the eighth they are zero.
 inline std::string bigEndian(std::uint64_t value, int bytes)
 {
-    std::string text;
-    for (int i = bytes - 1; i >= 0; --i)
-        text += static_cast<char>(value >> (8U * static_cast<unsigned>(i)));
+    std::string text(static_cast<std::size_t>(bytes), '\0');
+    for (auto byte = text.rbegin(); byte != text.rend() && value != 0; ++byte, value >>= 8U)
+        *byte = static_cast<char>(value);
     return text;
 }
 
