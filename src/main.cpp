@@ -107,12 +107,12 @@ int runWindow(QApplication& application, const CommandLine& line)
     };
     QObject::connect(&trayWatch, &QTimer::timeout, lookForTray);
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
-    const auto whenShown = [&] {
-        if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME"))
-            std::cerr << processAgeMilliseconds() << std::endl;
-        lookForTray();
-    };
-    QObject::connect(window, &QQuickWindow::frameSwapped, &application, whenShown,
+    if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME")) {
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, &application,
+            [] { std::cerr << processAgeMilliseconds() << std::endl; }, Qt::SingleShotConnection);
+    }
+    QObject::connect(window, &QQuickWindow::frameSwapped, &application, lookForTray,
         Qt::ConnectionType(Qt::SingleShotConnection | Qt::QueuedConnection));
     return application.exec();
 }

@@ -11,11 +11,6 @@ Item {
 
     signal settingsRequested
 
-    /// Builds the first screen; called once the window has drawn its first frame.
-    function begin() {
-        detail.begin();
-    }
-
     Sidebar {
         id: sidebar
         height: parent.height

@@ -10,7 +10,7 @@ T.ApplicationWindow {
     /// "light", "dark", or empty to follow the desktop.
     property string themeChoice
     property bool reducedMotion: false
-    /// The window has drawn its first frame since it was last shown.
+    /// The window has drawn a frame since it was last shown, and holds what it is to hold.
     property bool hasAppeared: false
     /// How the window was shown when it was last to be seen.
     property int lastVisibility: Window.Windowed
@@ -39,6 +39,15 @@ T.ApplicationWindow {
         link: Theme.accentInk
     }
 
+    /// Builds what the window holds, once it is there itself.
+    function fill() {
+        if (!visible)
+            return;
+        if (content.status === Loader.Null)
+            content.setSource("ContentView.qml", { ui: ui });
+        hasAppeared = true;
+        ui.onboarding.windowAppeared();
+    }
     function bringToFront() {
         // Not show(): that would shrink a window that fills the screen.
         if (!visible || visibility === Window.Minimized)
@@ -57,11 +66,8 @@ T.ApplicationWindow {
         visible = true;
     }
     onFrameSwapped: {
-        if (hasAppeared)
-            return;
-        content.begin();
-        hasAppeared = true;
-        ui.onboarding.windowAppeared();
+        if (!hasAppeared)
+            Qt.callLater(fill);
     }
     onVisibilityChanged: visibility => {
         if (visibility !== Window.Hidden && visibility !== Window.Minimized)
@@ -72,11 +78,26 @@ T.ApplicationWindow {
             hasAppeared = false;
     }
 
-    ContentView {
+    // The surfaces of the sidebar and the toolbar: all that the first frame needs.
+    Rectangle {
+        width: Theme.sidebarWidth
+        height: parent.height
+        color: Theme.sidebar
+        Hairline {
+            anchors.right: parent.right
+            height: parent.height
+        }
+    }
+    Hairline {
+        x: Theme.sidebarWidth
+        y: Theme.toolbarHeight - 1
+        width: parent.width - x
+    }
+    Loader {
         id: content
         anchors.fill: parent
-        ui: window.ui
-        onSettingsRequested: window.showSettingsWindow()
+        focus: true
+        onLoaded: (item as ContentView).settingsRequested.connect(window.showSettingsWindow)
     }
 
     Loader {

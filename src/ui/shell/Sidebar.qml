@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Kestavon.Ui
 
-/// The list of sections. One stop of the Tab key; the arrows move the selection.
+/// The list of sections, on a surface that the window draws. One stop of the Tab key; the arrows
+/// move the selection.
 T.Control {
     id: sidebar
 
@@ -15,7 +16,7 @@ T.Control {
         shell.showRow(Math.max(0, Math.min(rows.count - 1, row)));
     }
 
-    implicitWidth: 232
+    implicitWidth: Theme.sidebarWidth
     focusPolicy: Qt.TabFocus
     Keys.onUpPressed: move(shell.row - 1)
     Keys.onDownPressed: move(shell.row + 1)
@@ -30,14 +31,6 @@ T.Control {
     }
     Accessible.role: accessibleRole
     Accessible.name: "Sections"
-
-    background: Rectangle {
-        color: Theme.sidebar
-        Hairline {
-            anchors.right: parent.right
-            height: parent.height
-        }
-    }
 
     SymbolIcon {
         x: 18

@@ -1,13 +1,13 @@
 import QtQuick
 import Kestavon.Ui
 
-/// The bar above every screen.
+/// The bar above every screen; the window draws the line below it.
 Item {
     id: toolbar
 
     required property ShellState shell
 
-    implicitHeight: 52
+    implicitHeight: Theme.toolbarHeight
     clip: true
     Accessible.role: Accessible.ToolBar
     Accessible.name: "Toolbar"
@@ -50,10 +50,6 @@ Item {
                     toolbar.shell.scan();
             }
         }
-    }
-    Hairline {
-        anchors.bottom: parent.bottom
-        width: parent.width
     }
     Rectangle {
         readonly property real travel: (1 - Math.cos(Math.PI * clock.phase)) / 2

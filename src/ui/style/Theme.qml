@@ -101,6 +101,9 @@ QtObject {
     readonly property list<real> textSpacings: [-0.35, -0.3, -0.2, 0, 0, 0, 0, 0, 0, 0]
     readonly property list<int> textLineHeights: [34, 32, 26, 24, 20, 20, 18, 18, 16, 14]
 
+    readonly property int sidebarWidth: 232
+    readonly property int toolbarHeight: 52
+
     readonly property int hoverTime: time(90)
     readonly property int sheetInTime: time(160)
     readonly property int sheetOutTime: time(110)
