@@ -67,7 +67,7 @@ T.ApplicationWindow {
     }
     onFrameSwapped: {
         if (!hasAppeared)
-            Qt.callLater(fill);
+            filling.start();
     }
     onVisibilityChanged: visibility => {
         if (visibility !== Window.Hidden && visibility !== Window.Minimized)
@@ -78,6 +78,11 @@ T.ApplicationWindow {
             hasAppeared = false;
     }
 
+    Timer { // for the time behind the frame
+        id: filling
+        interval: 0
+        onTriggered: window.fill()
+    }
     // The surfaces of the sidebar and the toolbar: all that the first frame needs.
     Rectangle {
         width: Theme.sidebarWidth
