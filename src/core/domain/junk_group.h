@@ -1,42 +1,11 @@
 #pragma once
 
 #include "core/domain/cleanup_candidate.h"
-#include "core/domain/named_enum.h"
+#include "core/domain/junk_category.h"
 
 #include <vector>
 
 namespace kestavon {
-
-/// The categories of Smart Clean.
-enum class JunkCategory {
-    appCaches,
-    systemLogs,
-    crashReports,
-    trash,
-    devTools,
-    orphanedApps,
-    oldDownloads,
-    xcodeArtifacts,
-    iosBackups,
-    browserCaches,
-    mailAttachments,
-};
-
-template <> struct NamedCases<JunkCategory> {
-    static constexpr std::array<NamedCase<JunkCategory>, 11> table{{
-        {JunkCategory::appCaches, "App Caches"},
-        {JunkCategory::systemLogs, "System Logs"},
-        {JunkCategory::crashReports, "Crash Reports"},
-        {JunkCategory::trash, "Trash"},
-        {JunkCategory::devTools, "Developer Tools"},
-        {JunkCategory::orphanedApps, "Orphaned Apps"},
-        {JunkCategory::oldDownloads, "Old Downloads"},
-        {JunkCategory::xcodeArtifacts, "Xcode Artifacts"},
-        {JunkCategory::iosBackups, "iOS Backups"},
-        {JunkCategory::browserCaches, "Browser Caches"},
-        {JunkCategory::mailAttachments, "Mail & Messages"},
-    }};
-};
 
 /// The Smart Clean state of one category. One group exists for every category.
 struct JunkGroup {
@@ -46,5 +15,18 @@ struct JunkGroup {
     bool isScanning = false;
     bool isScanned = false; ///< the last scan started for this group has completed
 };
+
+/// A group of each category, in declared order, each with a new id and nothing in it.
+inline std::vector<JunkGroup> freshJunkGroups(bool areScanning = false)
+{
+    std::vector<JunkGroup> groups;
+    for (const auto& entry : allCases<JunkCategory>()) {
+        groups.push_back({.id = Uuid::random(),
+            .category = entry.value,
+            .items = {},
+            .isScanning = areScanning});
+    }
+    return groups;
+}
 
 } // namespace kestavon

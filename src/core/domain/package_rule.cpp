@@ -1,5 +1,8 @@
 #include "core/domain/package_rule.h"
 
+#include "core/domain/ascii.h"
+#include "core/domain/file_name.h"
+
 #include <algorithm>
 #include <array>
 
@@ -41,24 +44,16 @@ constexpr std::array<std::string_view, 30> packageExtensions{
     "xpc",
 };
 
-char lowered(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool equalsLowered(std::string_view text, std::string_view lowerCase)
 {
-    return std::ranges::equal(text, lowerCase, {}, lowered);
+    return std::ranges::equal(text, lowerCase, {}, asciiLower);
 }
 
 } // namespace
 
 bool hasPackageExtension(std::string_view folderName)
 {
-    const auto dot = folderName.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return false;
-    const auto extension = folderName.substr(dot + 1);
+    const auto extension = fileExtension(folderName);
     return std::ranges::any_of(packageExtensions,
         [extension](std::string_view package) { return equalsLowered(extension, package); });
 }

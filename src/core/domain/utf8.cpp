@@ -41,6 +41,27 @@ Utf8Character utf8CharacterAt(std::string_view text, std::size_t i)
     return {code, length};
 }
 
+void appendUtf8(char32_t code, std::string& text)
+{
+    const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
+    const auto putRest = [&](unsigned shift) { put(0x80 | (code >> shift & 0x3F)); };
+    if (code < 0x80) {
+        put(code);
+    } else if (code < 0x800) {
+        put(0xC0 | code >> 6);
+        putRest(0);
+    } else if (code < 0x10000) {
+        put(0xE0 | code >> 12);
+        putRest(6);
+        putRest(0);
+    } else {
+        put(0xF0 | code >> 18);
+        putRest(12);
+        putRest(6);
+        putRest(0);
+    }
+}
+
 bool breaksLine(char32_t code)
 {
     return code == U'\n' || code == 0x0085 || code == 0x2028 || code == 0x2029;

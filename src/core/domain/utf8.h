@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace kestavon {
@@ -15,6 +16,9 @@ struct Utf8Character {
 /// surrogates nor forms that are longer than needed, which other readers would refuse or, worse,
 /// shorten.
 Utf8Character utf8CharacterAt(std::string_view text, std::size_t i);
+
+/// Appends a character's UTF-8 to `text`.
+void appendUtf8(char32_t code, std::string& text);
 
 /// Whether the character ends a line where text is shown.
 bool breaksLine(char32_t code);

@@ -1,6 +1,7 @@
 #include "core/model/record_filter.h"
 
 #include "concurrency/cancelled.h"
+#include "core/domain/ascii.h"
 #include "core/model/text_folding.h"
 
 #include <algorithm>

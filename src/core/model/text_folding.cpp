@@ -1,5 +1,7 @@
 #include "core/model/text_folding.h"
 
+#include "core/domain/ascii.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -106,11 +108,6 @@ std::size_t validLength(std::string_view text)
 }
 
 } // namespace
-
-bool isAscii(std::string_view text)
-{
-    return std::ranges::none_of(text, [](char c) { return static_cast<unsigned char>(c) > 0x7F; });
-}
 
 std::string foldedText(std::string_view text)
 {

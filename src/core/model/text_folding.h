@@ -18,13 +18,4 @@ std::string foldedText(std::string_view text);
 /// needle.
 bool containsFolded(std::string_view text, std::string_view needle);
 
-/// Whether every byte is below 0x80.
-bool isAscii(std::string_view text);
-
-/// The lower-case letter for an upper-case one of ASCII; any other byte as it is.
-constexpr char asciiLower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
 } // namespace kestavon

@@ -1,3 +1,4 @@
+#include "core/domain/utf8.h"
 #include "platform/propertylist/property_budget.h"
 #include "platform/propertylist/property_list_forms.h"
 
@@ -66,32 +67,11 @@ Timestamp momentOf(double secondsSince2001)
         + std::chrono::nanoseconds(nanoseconds));
 }
 
-void appendUtf8(std::uint32_t character, std::string& text)
-{
-    const auto put = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-    if (character < 0x80) {
-        put(character);
-    } else if (character < 0x800) {
-        put(0xC0 | character >> 6);
-        put(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        put(0xE0 | character >> 12);
-        put(0x80 | (character >> 6 & 0x3F));
-        put(0x80 | (character & 0x3F));
-    } else {
-        put(0xF0 | character >> 18);
-        put(0x80 | (character >> 12 & 0x3F));
-        put(0x80 | (character >> 6 & 0x3F));
-        put(0x80 | (character & 0x3F));
-    }
-}
-
 std::string utf8(std::string_view utf16)
 {
-    constexpr std::uint32_t replacement = 0xFFFD; // for half a pair
+    constexpr char32_t replacement = 0xFFFD; // for half a pair
     const auto unitAt = [utf16](std::size_t i) {
-        return i + 2 <= utf16.size() ? static_cast<std::uint32_t>(bigEndian(utf16.substr(i, 2)))
-                                     : 0;
+        return i + 2 <= utf16.size() ? static_cast<char32_t>(bigEndian(utf16.substr(i, 2))) : 0;
     };
     std::string text;
     for (std::size_t i = 0; i < utf16.size(); i += 2) {

@@ -1,3 +1,4 @@
+#include "core/domain/ascii.h"
 #include "core/model/text_finder.h"
 #include "core/model/text_folding.h"
 
