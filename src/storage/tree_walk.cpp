@@ -49,12 +49,6 @@ std::uint8_t flagsOf(const EntryFacts& facts, std::string_view name)
     return static_cast<std::uint8_t>(flags);
 }
 
-/// A name that stands in the store of a walk, whose threads keep the walk.
-std::shared_ptr<const char> notOwned(const char* name)
-{
-    return {std::shared_ptr<const char>(), name};
-}
-
 } // namespace
 
 /// What one thread of the walk records.
@@ -117,7 +111,7 @@ void TreeWalk::Recorder::visit(
         row->flags = flagsOf(*facts, name.view());
         std::memcpy(nameEnd, name.bytes, name.length + 1);
         if (facts->isDirectory && !hasPackageExtension(name.view())) {
-            subfolders.push_back({.name = notOwned(nameEnd), .device = facts->device});
+            subfolders.push_back({.name = nameThatOutlives(nameEnd), .device = facts->device});
             m_subfolderRows.push_back(row);
         }
         nameEnd += name.length + 1;

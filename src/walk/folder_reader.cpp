@@ -8,10 +8,12 @@
 #include <cstring>
 #include <limits>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace kestavon {
@@ -42,16 +44,21 @@ OpenedFolder result(long fd)
 
 /// openat2 that refuses every link; the kernel may not have it (before 5.6) and a sandbox may
 /// forbid it.
-long openRefusingLinks(int base, const char* path, int flags)
+long openRefusingLinks(int base, const char* path, int flags, std::uint64_t refusingToo = 0)
 {
     open_how how{};
     how.flags = static_cast<std::uint64_t>(flags);
-    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS;
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | refusingToo;
     long fd = -1;
     do
         fd = ::syscall(SYS_openat2, base, path, &how, sizeof how);
     while (fd < 0 && (errno == EAGAIN || errno == EINTR));
     return fd;
+}
+
+std::uint64_t deviceNumber(std::uint32_t upper, std::uint32_t lower)
+{
+    return std::uint64_t{upper} << 32U | lower;
 }
 
 std::int64_t nanoseconds(const statx_timestamp& time)
@@ -82,6 +89,11 @@ FolderOpener::FolderOpener()
 OpenedFolder FolderOpener::open(int base, const char* path) const
 {
     return openAt(base, path, folderFlags | O_NOFOLLOW);
+}
+
+OpenedFolder FolderOpener::openOnSameDevice(int base, const char* path) const
+{
+    return result(openRefusingLinks(base, path, folderFlags | O_NOFOLLOW, RESOLVE_NO_XDEV));
 }
 
 OpenedFolder FolderOpener::openWithoutMounting(int base, const char* path) const
@@ -132,7 +144,8 @@ void collectNames(std::span<const char> block, std::vector<ListedName>& names)
         const auto length = std::strlen(name);
         names.push_back({.key = orderKey(name, length),
             .bytes = name,
-            .length = static_cast<std::uint32_t>(length)});
+            .length = static_cast<std::uint32_t>(length),
+            .isFolder = entry[offsetof(DirectoryEntry, type)] == DT_DIR});
     }
 }
 
@@ -155,6 +168,21 @@ void sortByBytes(std::vector<ListedName>& names)
     });
 }
 
+std::optional<EntryFacts> lookAtSize(int folder, const char* name)
+{
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): clearing it would show in the profile
+    struct stat facts;
+    if (::fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
+        return std::nullopt;
+    EntryFacts entry;
+    entry.isDirectory = S_ISDIR(facts.st_mode);
+    if (!entry.isDirectory)
+        entry.size = facts.st_size;
+    entry.modifiedAt = RecordColumns::unknownTime;
+    entry.device = deviceNumber(major(facts.st_dev), minor(facts.st_dev));
+    return entry;
+}
+
 std::optional<EntryFacts> lookAt(int folder, const char* name)
 {
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): clearing it would show in the profile
@@ -172,7 +200,7 @@ std::optional<EntryFacts> lookAt(int folder, const char* name)
             std::min<std::uint64_t>(facts.stx_size, std::numeric_limits<std::int64_t>::max()));
     entry.modifiedAt
         = facts.stx_mask & STATX_MTIME ? nanoseconds(facts.stx_mtime) : RecordColumns::unknownTime;
-    entry.device = std::uint64_t{facts.stx_dev_major} << 32 | facts.stx_dev_minor;
+    entry.device = deviceNumber(facts.stx_dev_major, facts.stx_dev_minor);
     return entry;
 }
 

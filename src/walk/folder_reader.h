@@ -25,6 +25,7 @@ struct ListedName {
     std::uint64_t key; ///< the first eight bytes, ordered as the bytes are
     const char* bytes; ///< ended by a NUL
     std::uint32_t length;
+    bool isFolder; ///< as the listing tells; not every file system does
 
     std::string_view view() const { return {bytes, length}; }
 };
@@ -45,6 +46,11 @@ public:
     explicit FolderOpener();
 
     OpenedFolder open(int base, const char* path) const;
+
+    /// The same for a folder that lies on the same file system as `base`; any other is refused with
+    /// EXDEV. Only where `canStayOnDevice`.
+    OpenedFolder openOnSameDevice(int base, const char* path) const;
+    bool canStayOnDevice() const { return m_refusesLinksOnTheWay; }
 
     /// A handle that tells about the folder but mounts nothing that is mounted on demand.
     OpenedFolder openWithoutMounting(int base, const char* path) const;
@@ -72,6 +78,10 @@ void collectNames(std::span<const char> block, std::vector<ListedName>& names);
 /// Orders names by their bytes.
 void sortByBytes(std::vector<ListedName>& names);
 std::uint64_t orderKey(const char* name, std::size_t length);
+
+/// Looks for an entry's size, type and device only, which costs less; the time is unknown. On
+/// failure nothing, and errno tells why.
+std::optional<EntryFacts> lookAtSize(int folder, const char* name);
 
 /// Looks at an entry of an open folder; an empty name means the folder itself. On failure nothing,
 /// and errno tells why.

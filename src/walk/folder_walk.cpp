@@ -92,13 +92,7 @@ void FolderWalk::Worker::readSubfolder(const Task& task)
         folder->path += '/';
     folder->path += name;
 
-    const int base = parent.base->get();
-    if (task.subfolder.device != parent.device) {
-        const auto mountPoint = m_walk.m_opener.openWithoutMounting(base, folder->path.c_str());
-        if (mountPoint.file && isOnPseudoFileSystem(mountPoint.file.get()))
-            return;
-    }
-    auto opened = m_walk.m_opener.open(base, folder->path.c_str());
+    auto opened = open(*folder, parent, task.subfolder.device);
     if (!opened.file) {
         if (!hasVanished(opened.error))
             m_walk.noteUnreadable(*folder);
@@ -107,7 +101,6 @@ void FolderWalk::Worker::readSubfolder(const Task& task)
     const auto file = std::make_shared<const FileDescriptor>(std::move(opened.file));
     folder->number = task.subfolder.number;
     folder->isStart = task.subfolder.isStart;
-    folder->device = task.subfolder.device;
     folder->base = parent.base;
     if (folder->path.size() > longestOpenedPath) {
         folder->base = file;
@@ -115,6 +108,29 @@ void FolderWalk::Worker::readSubfolder(const Task& task)
     }
     folder->exclusions = parent.exclusions.below(name);
     read(folder, file);
+}
+
+/// Opens the folder and sets its device; `device` is that when somebody looked.
+OpenedFolder FolderWalk::Worker::open(
+    Folder& folder, const Folder& parent, std::optional<std::uint64_t> device)
+{
+    const int base = parent.base->get();
+    const auto* const path = folder.path.c_str();
+    folder.device = parent.device;
+    if (!device) {
+        auto opened = m_walk.m_opener.openOnSameDevice(base, path);
+        if (opened.error != EXDEV)
+            return opened;
+        const auto facts = lookAt(base, path);
+        device = facts ? facts->device : 0;
+    }
+    if (*device != parent.device) {
+        folder.device = *device;
+        const auto mountPoint = m_walk.m_opener.openWithoutMounting(base, path);
+        if (mountPoint.file && isOnPseudoFileSystem(mountPoint.file.get()))
+            return {.file = FileDescriptor(), .error = EXDEV};
+    }
+    return m_walk.m_opener.open(base, path);
 }
 
 void FolderWalk::Worker::read(const FolderPointer& folder, const FilePointer& file)
@@ -221,6 +237,7 @@ void FolderWalk::Worker::add(const FolderPointer& parent, std::span<Subfolder> s
 
 FolderWalk::FolderWalk(Options options)
     : m_options(std::move(options))
+    , m_needsFacts(!m_opener.canStayOnDevice() || mountsOnDemand())
     , m_queues(m_options.threads)
 {
 }

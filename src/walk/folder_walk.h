@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
@@ -52,11 +53,18 @@ public:
 
     /// A folder that is to be read, as the folder around it knows it.
     struct Subfolder {
-        std::shared_ptr<const char> name; ///< ended by a NUL; owns it, or it outlives the walk
-        std::uint64_t device = 0;
+        std::shared_ptr<const char> name = {}; ///< ended by a NUL; owns it, or it outlives the walk
+        /// As `lookAt` told; nothing when nobody looked, which `needsFacts` must allow.
+        std::optional<std::uint64_t> device = {};
         std::uint32_t number = 0;
         bool isStart = false;
     };
+
+    /// A subfolder's name that lies where the walk keeps it to its end.
+    static std::shared_ptr<const char> nameThatOutlives(const char* name)
+    {
+        return {std::shared_ptr<const char>(), name};
+    }
 
     /// What one thread does with the folders that it reads.
     class Visitor {
@@ -101,6 +109,9 @@ protected:
     /// There is no memory for more; the walk ends with what it has.
     virtual void noteExhaustion() { }
 
+    /// Whether a folder must be looked at before it is read, because reading it might mount
+    /// something, or because its device could not be told otherwise.
+    bool needsFacts() const { return m_needsFacts; }
     /// Whether a stop was requested; then the walk is cut short.
     bool isStopped();
     /// Lets the walk end with what it has.
@@ -128,6 +139,7 @@ private:
 
     const Options m_options;
     const FolderOpener m_opener;
+    const bool m_needsFacts;
     WorkStealingQueues<Task> m_queues;
     std::atomic<std::uint64_t> m_unreadableFolders = 0;
     std::atomic<unsigned> m_waitingSlices = 0;
@@ -154,6 +166,7 @@ private:
     void run(const Task& task);
     void readSlice(const Task& task);
     void readSubfolder(const Task& task);
+    OpenedFolder open(Folder& folder, const Folder& parent, std::optional<std::uint64_t> device);
     void readLargeFolder(const FolderPointer& folder, const FilePointer& file, Listing listing);
     bool isLargeAppDir(int file);
     void handOn(const FolderPointer& folder, const FilePointer& file, std::size_t bytes);

@@ -4,6 +4,7 @@
 #include <array>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 
 #include <linux/magic.h>
@@ -59,6 +60,42 @@ std::string_view nextField(std::string_view& line)
     return field;
 }
 
+/// A line of a mount table.
+struct Mount {
+    std::string_view device;
+    std::string_view place;
+    std::string_view type;
+};
+
+/// Takes the first line off the table; nothing when there is none that says as much.
+std::optional<Mount> nextMount(std::string_view& mountTable)
+{
+    while (!mountTable.empty()) {
+        const auto end = std::min(mountTable.find('\n'), mountTable.size());
+        auto line = mountTable.substr(0, end);
+        mountTable.remove_prefix(std::min(end + 1, mountTable.size()));
+        // "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw": a lone dash ends the
+        // optional fields.
+        nextField(line);
+        nextField(line);
+        Mount mount;
+        mount.device = nextField(line);
+        nextField(line);
+        mount.place = nextField(line);
+        while (!line.empty() && nextField(line) != "-") { }
+        mount.type = nextField(line);
+        if (!mount.type.empty())
+            return mount;
+    }
+    return std::nullopt;
+}
+
+std::string mountTable()
+{
+    std::ifstream file("/proc/self/mountinfo");
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 bool isPseudoMagic(long magic)
 {
     return std::ranges::find(pseudoMagics, magic) != pseudoMagics.end();
@@ -89,29 +126,34 @@ bool isOnPseudoFileSystem(int folder)
     struct stat facts { };
     if (::fstat(folder, &facts) != 0)
         return false;
-    std::ifstream file("/proc/self/mountinfo");
-    const std::string table(std::istreambuf_iterator<char>(file), {});
     const auto device
         = std::to_string(major(facts.st_dev)) + ':' + std::to_string(minor(facts.st_dev));
+    const auto table = mountTable();
     return std::ranges::find(pseudoTypes, mountedType(table, device)) != pseudoTypes.end();
 }
 
 std::string_view mountedType(std::string_view mountTable, std::string_view device)
 {
-    while (!mountTable.empty()) {
-        const auto end = std::min(mountTable.find('\n'), mountTable.size());
-        auto line = mountTable.substr(0, end);
-        mountTable.remove_prefix(std::min(end + 1, mountTable.size()));
-        // "36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw": a lone dash ends the
-        // optional fields.
-        nextField(line);
-        nextField(line);
-        if (nextField(line) != device)
-            continue;
-        while (!line.empty() && nextField(line) != "-") { }
-        return nextField(line);
+    while (const auto mount = nextMount(mountTable)) {
+        if (mount->device == device)
+            return mount->type;
     }
     return {};
+}
+
+bool tellsOfMountsOnDemand(std::string_view mountTable)
+{
+    while (const auto mount = nextMount(mountTable)) {
+        // Every machine has one among its settings.
+        if (mount->type == "autofs" && !mount->place.starts_with("/proc/"))
+            return true;
+    }
+    return false;
+}
+
+bool mountsOnDemand()
+{
+    return tellsOfMountsOnDemand(mountTable());
 }
 
 } // namespace kestavon

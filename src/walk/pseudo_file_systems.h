@@ -14,6 +14,13 @@ bool isOnPseudoFileSystem(int folder);
 /// under a desktop's network mounts somebody who chooses a folder finds files of their own.
 bool isOnKernelFileSystem(int folder);
 
+/// Whether anything may be mounted on this machine by being looked into: then a folder must be
+/// looked at before it is opened.
+bool mountsOnDemand();
+
+/// The same out of a mount table as in /proc/self/mountinfo, see proc(5).
+bool tellsOfMountsOnDemand(std::string_view mountTable);
+
 /// The type of the file system mounted with the given device number, out of a mount table as in
 /// /proc/self/mountinfo, see proc(5); empty when it is not there.
 std::string_view mountedType(std::string_view mountTable, std::string_view device);

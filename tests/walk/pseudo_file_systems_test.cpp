@@ -37,5 +37,15 @@ TEST(PseudoFileSystems, AreFoundInTheMountTable)
     EXPECT_EQ(mountedType("25 21 0:52", "0:52"), "");
 }
 
+TEST(MountsOnDemand, AreFoundInTheMountTableButForTheSystemsOwn)
+{
+    constexpr auto usual = "21 1 8:2 / / rw - ext4 /dev/sda2 rw\n"
+                           "30 21 0:30 / /proc/sys/fs/binfmt_misc rw - autofs systemd-1 rw\n";
+    EXPECT_FALSE(tellsOfMountsOnDemand(usual));
+    EXPECT_FALSE(tellsOfMountsOnDemand(""));
+    EXPECT_TRUE(tellsOfMountsOnDemand(
+        usual + std::string("31 21 0:31 / /home/alice/share rw - autofs systemd-1 rw\n")));
+}
+
 } // namespace
 } // namespace kestavon
