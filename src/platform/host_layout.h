@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/domain/junk_category.h"
+
 #include <string>
 #include <vector>
 
@@ -9,6 +11,24 @@ namespace kestavon {
 enum class HomeKind {
     mac, ///< has a folder named Library: a Mac's disk or backup attached here
     native, ///< follows the XDG base directories
+};
+
+/// Which entries of a junk location are junk.
+enum class JunkRule {
+    everyEntry,
+    oldEntries, ///< unchanged for more than 90 days
+    orphanedEntries, ///< called like the data of an application, and of none that is there
+    orphanedPreferences, ///< the same for property lists
+};
+
+/// A folder in which Smart Clean looks for junk.
+struct JunkLocation {
+    JunkCategory category = JunkCategory::appCaches;
+    std::string folder;
+    std::string label; ///< why an entry is junk, for the user
+    JunkRule rule = JunkRule::everyEntry;
+
+    friend bool operator==(const JunkLocation&, const JunkLocation&) = default;
 };
 
 /// Where everything is, decided once at start. Engines walk its tables and never ask which kind of
@@ -39,6 +59,11 @@ struct HostLayout {
     /// Places below the system root that a scan leaves out: the system's own, sealed or changing
     /// under its feet.
     std::vector<std::string> scanExclusions;
+
+    /// Where Smart Clean looks, each category's locations in the order of the search.
+    std::vector<JunkLocation> junkLocations;
+    /// Folders in which applications are installed, in the order of the search.
+    std::vector<std::string> applicationFolders;
 
     /// `path` below the system root: "/Library" is "/mnt/mac/Library" when a Mac's disk is there.
     std::string belowSystemRoot(const std::string& path) const;

@@ -9,6 +9,7 @@
 #include "platform/host_layout.h"
 #include "platform/memory_counters.h"
 #include "platform/protected_places.h"
+#include "platform/running_applications.h"
 #include "platform/settings.h"
 #include "platform/trash.h"
 #include "platform/volume.h"
@@ -33,6 +34,7 @@ struct Platform {
     std::shared_ptr<const ProtectedPlaces> protectedPlaces;
     std::shared_ptr<Settings> settings;
     std::shared_ptr<Workspace> workspace;
+    std::shared_ptr<const RunningApplications> runningApplications;
 };
 
 /// This machine, laid out for `environment`; every part is there.

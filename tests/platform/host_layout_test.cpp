@@ -13,6 +13,7 @@ using test::ScopedVariable;
 using test::TemporaryFolder;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
+using ::testing::IsEmpty;
 
 HostLayout layoutOf(const std::string& home)
 {
@@ -96,6 +97,30 @@ TEST(HostLayout, ResolvesSystemPathsBelowTheSystemRoot)
         ElementsAre("/mnt/mac/System", "/mnt/mac/private/var/db", "/mnt/mac/private/var/vm"));
     EXPECT_THAT(layoutOf("/nonexistent").scanExclusions,
         ElementsAre("/System", "/private/var/db", "/private/var/vm"));
+}
+
+TEST(HostLayout, LooksForJunkInTheHomeButForTwoFoldersOfTheSystem)
+{
+    const TemporaryFolder folder;
+    folder.makeFolder("mac/Users/alice/Library");
+    const auto mac
+        = makeHostLayout({.home = folder / "mac/Users/alice", .systemRoot = folder / "mac"});
+    std::vector<std::string> outside;
+    for (const auto& location : mac.junkLocations) {
+        if (!location.folder.starts_with(mac.home + '/'))
+            outside.push_back(location.folder);
+    }
+    EXPECT_THAT(outside,
+        ElementsAre(
+            folder / "mac/Library/Logs/DiagnosticReports", folder / "mac/opt/homebrew/var/cache"));
+    EXPECT_THAT(mac.applicationFolders,
+        ElementsAre(folder / "mac/Applications", folder / "mac/System/Applications",
+            folder / "mac/Users/alice/Applications"));
+
+    const auto native = makeHostLayout({.home = folder.path()});
+    ASSERT_EQ(native.junkLocations.size(), 1U);
+    EXPECT_EQ(native.junkLocations[0].folder, folder / ".local/share/Trash/files");
+    EXPECT_THAT(native.applicationFolders, IsEmpty());
 }
 
 TEST(HostLayout, AddsTheDownloadFolderThatTheUserNamed)

@@ -116,6 +116,12 @@ public:
     std::vector<TrashPlace> places{{"/home/alice/.Trash", "/home/alice/.Trash"}};
 };
 
+class FakeRunningApplications final : public RunningApplications {
+public:
+    std::vector<RunningApplication> running() const override { return applications; }
+    std::vector<RunningApplication> applications;
+};
+
 /// A machine that exists only in memory, but for files that are moved or removed: those are real,
 /// and a test that does so sets `home` to a temporary folder.
 struct FakeMachine {
@@ -126,6 +132,8 @@ struct FakeMachine {
     std::shared_ptr<FakeSettings> settings = std::make_shared<FakeSettings>();
     std::shared_ptr<FakeWorkspace> workspace = std::make_shared<FakeWorkspace>();
     std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
+    std::shared_ptr<FakeRunningApplications> runningApplications
+        = std::make_shared<FakeRunningApplications>();
     std::shared_ptr<FileMover> mover = std::make_shared<SystemFileMover>();
     std::shared_ptr<FileRemover> remover = std::make_shared<SystemFileRemover>();
     std::shared_ptr<FilePlaces> places = std::make_shared<SystemFilePlaces>();
@@ -161,6 +169,7 @@ struct FakeMachine {
             platform.trash = makeSystemTrash(
                 platform.layout, ProtectedPlaces(ProtectedPlaces::Lists()), clock);
         platform.workspace = workspace;
+        platform.runningApplications = runningApplications;
         return platform;
     }
 };

@@ -24,7 +24,8 @@ Platform systemPlatform(const HostEnvironment& environment)
         .trash = std::move(trash),
         .protectedPlaces = protectedPlaces,
         .settings = std::move(settings),
-        .workspace = std::make_shared<DesktopWorkspace>()};
+        .workspace = std::make_shared<DesktopWorkspace>(),
+        .runningApplications = std::make_shared<SystemRunningApplications>()};
 }
 
 } // namespace kestavon

@@ -1,0 +1,102 @@
+#include "platform/application_bundles.h"
+#include "platform/letter_case.h"
+#include "platform/linux/application_units.h"
+#include "platform/running_applications.h"
+#include "support/temporary_folder.h"
+
+#include <gmock/gmock.h>
+
+namespace kestavon {
+namespace {
+
+using testing::ElementsAre;
+
+std::string list(const std::string& entries)
+{
+    return "<plist><dict>" + entries + "</dict></plist>";
+}
+
+TEST(BundleInfo, IsReadFromTheListInsideOrAtTheTop)
+{
+    const test::TemporaryFolder folder;
+    const auto identifier = [](const std::string& text) {
+        return "<key>CFBundleIdentifier</key><string>" + text + "</string>";
+    };
+    folder.writeFile("Both.app/Contents/Info.plist", list(identifier("com.example.Inner")));
+    folder.writeFile("Both.app/Info.plist", list(identifier("com.example.Top")));
+    EXPECT_EQ(bundleInfo(folder / "Both.app").identifier, "com.example.Inner");
+    folder.writeFile("Flat.app/Info.plist", list(identifier("com.example.Flat")));
+    EXPECT_EQ(bundleInfo(folder / "Flat.app").identifier, "com.example.Flat");
+    folder.writeFile("Named.app/Contents/Info.plist",
+        list("<key>CFBundleName</key><string>Short</string>"
+             "<key>CFBundleDisplayName</key><string>Long Name</string>"));
+    EXPECT_EQ(
+        bundleInfo(folder / "Named.app"), (BundleInfo{.identifier = {}, .name = "Long Name"}));
+}
+
+TEST(BundleInfo, IsAbsentWhereTheListIsBrokenOrSaysSomethingElse)
+{
+    const test::TemporaryFolder folder;
+    const std::string contents[]{"", "<plist><dict>", list(""), "<plist><string>a</string></plist>",
+        list("<key>CFBundleIdentifier</key><string></string>"),
+        list("<key>CFBundleIdentifier</key><array><string>a</string></array>")};
+    for (const auto& content : contents) {
+        folder.writeFile("Odd.app/Contents/Info.plist", content);
+        EXPECT_EQ(bundleInfo(folder / "Odd.app"), BundleInfo()) << content;
+    }
+    EXPECT_EQ(bundleInfo(folder / "Missing.app"), BundleInfo());
+    folder.writeFile("File.app", "text");
+    EXPECT_EQ(bundleInfo(folder / "File.app"), BundleInfo());
+}
+
+TEST(LowerCased, GoesByUnicodeAndNoLanguage)
+{
+    EXPECT_EQ(lowerCased("Com.EXAMPLE.I"), "com.example.i");
+    EXPECT_EQ(lowerCased("ÜBER Öffner ΣΑΣ ДОМ"), "über öffner σασ дом");
+    EXPECT_EQ(lowerCased("A\xFF\xC3 Z"), "a\xFF\xC3 z") << "bytes that are no text";
+}
+
+TEST(ApplicationOfControlGroup, IsWhatItsUnitIsCalled)
+{
+    const std::string slice = "/user.slice/user-1000.slice/user@1000.service/app.slice/";
+    const std::pair<const char*, const char*> units[]{
+        {"app-gnome-org.gnome.Terminal-2716.scope", "org.gnome.Terminal"},
+        {"app-org.gnome.Terminal-2716.scope", "org.gnome.Terminal"},
+        {"app-flatpak-org.mozilla.firefox-12.scope", "org.mozilla.firefox"},
+        {"app-org.kde.konsole@d9a1b2.service", "org.kde.konsole"},
+        {"app-gnome-org.gnome.Evolution\\x2dalarm\\x2dnotify.service",
+            "org.gnome.Evolution-alarm-notify"},
+        {"app-gnome-firefox\\x2desr-77.scope/inner", "firefox-esr"},
+        {"snap.firefox.firefox-0e5b9ae2-44ff.scope", "firefox"},
+    };
+    for (const auto& [unit, identifier] : units)
+        EXPECT_EQ(applicationOfControlGroup(slice + unit), identifier) << unit;
+    for (const auto* group : {"/", "", "/init.scope", "/user.slice/user-1000.slice/session-2.scope",
+             "/user.slice/user-1000.slice/user@1000.service/session.slice/pipewire.service",
+             "/user.slice/user-1000.slice/user@1000.service/app.slice/app-.scope"})
+        EXPECT_EQ(applicationOfControlGroup(group), std::nullopt) << group;
+}
+
+TEST(RunningApplications, AreToldOnceEachByTheirFirstProcess)
+{
+    const test::TemporaryFolder processes;
+    const auto add = [&](const std::string& id, const std::string& unit, const std::string& name) {
+        processes.writeFile(
+            id + "/cgroup", "1:name=systemd:/ignored\n0::/user.slice/app.slice/" + unit + "\n");
+        processes.writeFile(id + "/comm", name + "\n");
+    };
+    add("900", "app-org.example.Editor-1.scope", "helper");
+    add("30", "app-org.example.Editor-1.scope", "editor");
+    add("31", "app-org.example.Long-2.scope", "fifteen-letters");
+    add("32", "session-2.scope", "bash");
+    add("self", "app-org.example.Link-3.scope", "link");
+    processes.writeFile("33/comm", "no control group\n");
+    EXPECT_THAT(SystemRunningApplications(processes.path()).running(),
+        ElementsAre(RunningApplication{.identifier = "org.example.Editor", .name = "editor"},
+            RunningApplication{.identifier = "org.example.Long", .name = {}}));
+    EXPECT_TRUE(SystemRunningApplications(processes / "missing").running().empty());
+    SystemRunningApplications().running(); // whatever this machine says
+}
+
+} // namespace
+} // namespace kestavon
