@@ -13,9 +13,6 @@ namespace kestavon {
 
 namespace {
 
-// How long after a stop the threads may take to leave: who has not is stuck.
-constexpr auto patience = std::chrono::milliseconds(30);
-
 /// Shared by the threads and whoever waits for them; whichever goes last frees it.
 struct Crew {
     std::function<void()> work;
@@ -42,7 +39,8 @@ struct Crew {
 
 } // namespace
 
-void runOnThreads(unsigned threads, std::function<void()> work, const std::stop_token& stop)
+void runOnThreads(unsigned threads, std::function<void()> work, const std::stop_token& stop,
+    std::chrono::milliseconds patience)
 {
     const auto crew = std::make_shared<Crew>();
     crew->work = std::move(work);

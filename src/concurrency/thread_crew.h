@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <stop_token>
 
@@ -9,8 +10,9 @@ namespace kestavon {
 /// one of them threw.
 ///
 /// Throws `Cancelled` soon after a stop is requested, also when a thread is stuck in a read that
-/// never returns: that thread is left behind. So `work` must own, by value or shared pointer, what
-/// it touches, and should itself return when it sees the stop.
-void runOnThreads(unsigned threads, std::function<void()> work, const std::stop_token& stop);
+/// never returns: who has not returned after `patience` is left behind. So `work` must own, by
+/// value or shared pointer, what it touches, and should itself return when it sees the stop.
+void runOnThreads(unsigned threads, std::function<void()> work, const std::stop_token& stop,
+    std::chrono::milliseconds patience = std::chrono::milliseconds(30));
 
 } // namespace kestavon

@@ -12,9 +12,11 @@
 #include "platform/protected_places.h"
 #include "platform/resident_memory.h"
 #include "safearea/quarantine_store.h"
+#include "smartclean/smart_scanner.h"
 #include "storage/file_scanner.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
@@ -202,6 +204,33 @@ void merge(const Arguments& arguments, ActionKind action)
     printTally(report.removed.tally);
 }
 
+/// The category with this title, or of this name in the program's text.
+JunkCategory categoryNamed(const std::string& name)
+{
+    constexpr std::array<std::string_view, 11> names{"appCaches", "systemLogs", "crashReports",
+        "trash", "devTools", "orphanedApps", "oldDownloads", "xcodeArtifacts", "iosBackups",
+        "browserCaches", "mailAttachments"};
+    if (const auto category = fromRawValue<JunkCategory>(name))
+        return *category;
+    const auto* const found = std::ranges::find(names, name);
+    if (found == names.end())
+        throw std::runtime_error("there is no category " + name);
+    return static_cast<JunkCategory>(found - names.begin());
+}
+
+void printJunk(const Arguments& arguments)
+{
+    const SmartScanner scanner(Machine().layout,
+        {.clock = std::make_shared<SystemClock>(),
+            .calendar = std::make_shared<SystemCalendar>(),
+            .runningApplications = std::make_shared<SystemRunningApplications>()});
+    for (const auto& item : scanner.scanCategory(categoryNamed(arguments.paths.at(0)))) {
+        field(item.reason);
+        field(std::to_string(item.estimatedBytes));
+        field(item.record.path);
+    }
+}
+
 void restore(const Arguments& arguments)
 {
     QuarantineItem item;
@@ -240,6 +269,7 @@ const std::map<std::string, Verb>& verbs()
         {"merge-delete",
             [](const Arguments& arguments) { merge(arguments, ActionKind::permanent); }},
         {"merge-trash", [](const Arguments& arguments) { merge(arguments, ActionKind::trash); }},
+        {"junk", printJunk},
         {"scan", printScan},
         {"summary", printSummary},
         {"scan-delete",
