@@ -12,23 +12,27 @@ namespace kestavon {
 
 namespace {
 
-std::vector<JunkGroup> emptyJunkGroups()
+AppModel::JunkScanner junkScannerFor(const Platform& platform)
 {
-    std::vector<JunkGroup> groups;
-    for (const auto& entry : allCases<JunkCategory>())
-        groups.push_back({.id = Uuid::random(), .category = entry.value, .items = {}});
-    return groups;
+    auto scanner = std::make_shared<const SmartScanner>(platform.layout,
+        SmartScannerTools{.clock = platform.clock,
+            .calendar = platform.calendar,
+            .runningApplications = platform.runningApplications});
+    return [scanner = std::move(scanner)](JunkCategory category, const std::stop_token& stop) {
+        return scanner->scanCategory(category, stop);
+    };
 }
 
 } // namespace
 
-AppModel::AppModel(
-    std::shared_ptr<FileScanning> scanner, Platform platform, DuplicateFinder duplicateFinder)
+AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
+    DuplicateFinder duplicateFinder, JunkScanner junkScanner)
     : m_scanner(std::move(scanner))
     , m_platform(std::move(platform))
     , m_findDuplicates(std::move(duplicateFinder))
+    , m_scanJunk(junkScanner ? std::move(junkScanner) : junkScannerFor(m_platform))
     , m_selectedRoot(m_platform.layout.home)
-    , m_junkGroups(emptyJunkGroups())
+    , m_junkGroups(freshJunkGroups())
     , m_quarantineStore(std::make_shared<QuarantineStore>(m_platform.layout,
           QuarantineTools{.mover = m_platform.mover,
               .places = m_platform.places,
@@ -50,6 +54,9 @@ AppModel::~AppModel()
     if (m_duplicateTask)
         m_duplicateTask->request_stop();
     m_mergeStop.request_stop();
+    if (m_junkScanTask)
+        m_junkScanTask->request_stop();
+    m_junkCategoryStop.request_stop();
 }
 
 void AppModel::setSection(AppSection section)

@@ -23,6 +23,7 @@
 #include "platform/folder_picker.h"
 #include "platform/platform.h"
 #include "safearea/quarantine_store.h"
+#include "smartclean/smart_scanner.h"
 #include "storage/file_scanning.h"
 
 #include <QObject>
@@ -84,10 +85,15 @@ public:
     using DuplicateFinder = std::function<std::shared_ptr<const DuplicateList>(
         std::shared_ptr<const RecordList>, const DuplicateSearchOptions&, const std::stop_token&)>;
 
+    /// As `SmartScanner::scanCategory`; one call at a time.
+    using JunkScanner = std::function<std::vector<CleanupCandidate>(
+        JunkCategory category, const std::stop_token& stop)>;
+
     /// Reads the disk totals and probes for access once, and ends in the background what a crash
-    /// left unfinished in the Safe Area and the Trash; nothing is loaded from disk.
+    /// left unfinished in the Safe Area and the Trash; nothing is loaded from disk. Where no junk
+    /// scanner is given, it makes the one for the platform.
     AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
-        DuplicateFinder duplicateFinder = findDuplicates);
+        DuplicateFinder duplicateFinder = findDuplicates, JunkScanner junkScanner = {});
     ~AppModel() override;
 
     /// @name Published fields
@@ -149,6 +155,10 @@ public:
     /// Whether the last finished scan could open its root; true before the first.
     bool scanRootWasOpened() const { return m_scanRootWasOpened; }
 
+    /// Bytes, at most the largest 64-bit number, and number of the items of all `junkGroups`.
+    std::int64_t totalJunkBytes() const;
+    std::size_t totalJunkItemCount() const;
+
     /// Number, bytes and hidden bytes of `records`.
     StorageSummary storageSummary() const { return m_records->summary(); }
 
@@ -187,6 +197,21 @@ public:
     /// Nothing goes whose group's kept file is not there any more, with the same content; for good
     /// only what was compared with it once more. Then `duplicates` is empty and the phase idle.
     void mergeDuplicates(bool toTrash, Finished finished = {});
+    /// @}
+
+    /// @name Smart Clean
+    /// @{
+    /// Looks for junk of every category, in groups with new ids that fill one after the other; a
+    /// running scan of all is cancelled first, and changes no group any more.
+    void scanAllJunk();
+    /// Looks for junk of one category anew. Its group keeps its id.
+    void scanJunkCategory(JunkCategory category);
+    /// Cancels the running scan of all categories: no group is being scanned any more. What was
+    /// found by then still arrives, group by group.
+    void stopJunkScan();
+    /// Moves every item of every group to the Safe Area; an error means that it could not be opened
+    /// and nothing changed. What cannot be moved leaves its group all the same.
+    void cleanAllJunk(Finished finished = {});
     /// @}
 
     /// Takes a fresh memory snapshot; none when the system does not tell.
@@ -354,9 +379,21 @@ private:
         const std::shared_ptr<const RecordPick>& cut, const Missing& missing, Relisted then);
     void relistCandidates(
         const std::shared_ptr<const CandidateCut>& cut, const Missing& missing, Relisted then);
-    /// `before`: the group as it was when items were taken from it.
-    void relistJunk(
-        const std::shared_ptr<const JunkGroup>& before, const Missing& missing, Relisted then);
+    /// Whether the item at `path` lies there again: it is there, and it is no newcomer in the place
+    /// of something that did not come back.
+    static bool isBack(const std::string& path, const PathSet& missing, const FilePlaces& places);
+    using JunkFound = std::function<void(std::vector<CleanupCandidate> items)>;
+    /// Scans the category when those before it are done, and hands over what it found.
+    void scanJunk(JunkCategory category, const std::stop_token& stop, JunkFound found);
+    void deliverJunk(JunkCategory category, std::vector<CleanupCandidate> items);
+    /// Groups as they were when items were taken from them.
+    using JunkBefore = std::shared_ptr<const std::vector<JunkGroup>>;
+    /// Takes the items with these ids out of the groups, or of the one with this id, and returns
+    /// the groups that they were in.
+    JunkBefore dropJunk(const std::unordered_set<Uuid>& ids, const std::optional<Uuid>& group = {});
+    /// Lists again what came back, as far as the groups have not been scanned anew.
+    void relistJunk(const JunkBefore& before, const Missing& missing, Relisted then);
+    bool relistInGroup(const JunkGroup& before, const std::unordered_set<Uuid>& present);
     /// Giving back the memory of a million records takes longer than a frame.
     template <class T> void disposeInBackground(T value)
     {
@@ -374,6 +411,7 @@ private:
     std::shared_ptr<FileScanning> m_scanner;
     Platform m_platform;
     DuplicateFinder m_findDuplicates;
+    JunkScanner m_scanJunk;
     UpdaterController m_updaterController;
 
     // Published fields; main thread only.
@@ -417,6 +455,9 @@ private:
     std::optional<std::stop_source> m_duplicateTask;
     std::uint64_t m_duplicateRun = 0;
     std::stop_source m_mergeStop; // heard when the model goes
+    std::optional<std::stop_source> m_junkScanTask;
+    std::uint64_t m_junkScanRun = 0;
+    std::stop_source m_junkCategoryStop; // heard when the model goes
 
     // Used on the queue below only.
     std::shared_ptr<QuarantineStore> m_quarantineStore;
@@ -424,6 +465,7 @@ private:
     ImpatientAsker m_volumeAsker; // how full volumes are
     SerialQueue m_scanQueue; // the scanner's own thread
     SerialQueue m_duplicateQueue; // one duplicate analysis at a time
+    SerialQueue m_junkQueue; // the Smart Clean scanner's own thread: one category at a time
     SerialQueue m_quarantineQueue; // the Safe Area store's own thread
     SerialQueue m_removalQueue; // Trash and deletion
     SerialQueue m_desktopQueue; // asks the desktop to open things

@@ -28,11 +28,6 @@ std::string filesText(const RemovalTally& tally)
     return std::to_string(tally.count) + " files · " + fileByteCount(tally.bytes);
 }
 
-std::string itemsText(const RemovalTally& tally)
-{
-    return std::to_string(tally.count) + " items (" + fileByteCount(tally.bytes) + ")";
-}
-
 std::vector<std::uint32_t> positionsIn(
     const CandidateList& list, const CandidateList& from, std::span<const std::uint32_t> picked)
 {
@@ -186,93 +181,6 @@ void AppModel::dropCandidates(std::shared_ptr<const CandidateList> from,
                 selection.erase(from->id(position));
             publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(selection));
             then(outcome.value->cut);
-        });
-}
-
-void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<Uuid>& ids,
-    ActionKind action, std::function<void(std::size_t, std::size_t)> moved, Finished finished)
-{
-    struct Cleaned {
-        RemovalReport removed;
-        FileResult<std::vector<QuarantineItem>> items = std::vector<QuarantineItem>();
-    };
-    std::vector<CleanupCandidate> selected;
-    std::int64_t selectedBytes = 0;
-    for (const auto& item : group.items) {
-        if (!ids.contains(item.id))
-            continue;
-        selected.push_back(item);
-        selectedBytes = saturatingSum(selectedBytes, item.estimatedBytes);
-    }
-    const auto requested = selected.size();
-
-    auto clean = [store = m_quarantineStore, platform = m_platform, action, selected] {
-        Cleaned cleaned;
-        if (action == ActionKind::safeArea) {
-            cleaned.items = store->quarantine(selected);
-            return cleaned;
-        }
-        std::vector<RemovalRequest> requests;
-        requests.reserve(selected.size());
-        for (const auto& item : selected) {
-            requests.push_back({.path = item.record.path,
-                .bytes = item.estimatedBytes,
-                .isDirectory = item.record.isDirectory});
-        }
-        cleaned.removed = workerFor(platform, action, {}).run(requests);
-        return cleaned;
-    };
-    auto& queue = action == ActionKind::safeArea ? m_quarantineQueue : m_removalQueue;
-    runInBackground(queue, this, std::move(clean),
-        [this, groupId = group.id, category = group.category, ids, action, requested, selectedBytes,
-            moved = std::move(moved), finished = std::move(finished)](Outcome<Cleaned> outcome) {
-            if (!outcome.value)
-                return report(finished, outcome.error);
-            auto& cleaned = *outcome.value;
-            if (!cleaned.items)
-                return report(finished, cleaned.items.error().message);
-            const auto movedCount = cleaned.items->size();
-            const auto& removed = cleaned.removed;
-            UndoableMove move{.action = action, .describe = itemsText};
-            if (action == ActionKind::safeArea) {
-                move.count = static_cast<std::int64_t>(movedCount);
-                move.held = *cleaned.items;
-                addToQuarantine(std::move(*cleaned.items));
-            } else if (action == ActionKind::trash) {
-                move.count = removed.tally.count;
-                move.trashed = removed.trashed;
-            }
-
-            auto groups = m_junkGroups;
-            const auto shown = std::ranges::find(groups, groupId, &JunkGroup::id);
-            auto before = std::make_shared<JunkGroup>();
-            if (shown != groups.end()) {
-                *before = *shown;
-                std::erase_if(shown->items,
-                    [&ids](const CleanupCandidate& item) { return ids.contains(item.id); });
-                publish(Field::junkGroups, m_junkGroups, std::move(groups));
-            }
-
-            switch (action) {
-            case ActionKind::safeArea:
-                recordEvent(std::string(rawValue(category)) + " moved to Safe Area",
-                    std::to_string(movedCount) + " of " + std::to_string(requested) + " items ("
-                        + fileByteCount(selectedBytes) + ")");
-                if (moved)
-                    moved(movedCount, requested);
-                break;
-            case ActionKind::trash:
-                recordEvent("Items moved to Trash", itemsText(removed.tally));
-                break;
-            case ActionKind::permanent:
-                recordEvent("Items permanently deleted", itemsText(removed.tally));
-                break;
-            }
-            move.relist = [this, before](const Missing& missing, Relisted then) {
-                relistJunk(before, missing, std::move(then));
-            };
-            offerUndo(std::move(move));
-            report(finished, {});
         });
 }
 

@@ -19,18 +19,6 @@ struct Return {
     PathSet missing;
 };
 
-/// Whether the item at `path` lies there again: it is there, and it is no newcomer in the place of
-/// something that did not come back.
-bool isBack(const std::string& path, const PathSet& missing, const FilePlaces& places)
-{
-    for (auto end = missing.empty() ? 0 : path.size(); end != 0 && end != std::string::npos;
-         end = path.rfind('/', end - 1)) {
-        if (missing.contains(path.substr(0, end)))
-            return false;
-    }
-    return places.kindOf(path).has_value();
-}
-
 Return returnFromTrash(const Platform& platform, const std::vector<TrashedItem>& items)
 {
     Return result;
@@ -51,6 +39,16 @@ Return returnFromTrash(const Platform& platform, const std::vector<TrashedItem>&
 }
 
 } // namespace
+
+bool AppModel::isBack(const std::string& path, const PathSet& missing, const FilePlaces& places)
+{
+    for (auto end = missing.empty() ? 0 : path.size(); end != 0 && end != std::string::npos;
+         end = path.rfind('/', end - 1)) {
+        if (missing.contains(path.substr(0, end)))
+            return false;
+    }
+    return places.kindOf(path).has_value();
+}
 
 void AppModel::offerUndo(UndoableMove move)
 {
@@ -186,40 +184,6 @@ void AppModel::relistCandidates(
                 publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(selection));
             }
             then(listed);
-        });
-}
-
-void AppModel::relistJunk(
-    const std::shared_ptr<const JunkGroup>& before, const Missing& missing, Relisted then)
-{
-    runInBackground(
-        m_removalQueue, this,
-        [before, missing, places = m_platform.places] {
-            std::unordered_set<Uuid> present;
-            for (const auto& item : before->items) {
-                if (isBack(item.record.path, *missing, *places))
-                    present.insert(item.id);
-            }
-            return present;
-        },
-        [this, before, then = std::move(then)](const Outcome<std::unordered_set<Uuid>>& outcome) {
-            auto groups = m_junkGroups;
-            const auto shown = std::ranges::find(groups, before->id, &JunkGroup::id);
-            if (!outcome.value || shown == groups.end())
-                return then(false);
-            std::unordered_set<Uuid> listed;
-            for (const auto& item : shown->items)
-                listed.insert(item.id);
-            std::vector<CleanupCandidate> items;
-            for (const auto& item : before->items) {
-                if (listed.erase(item.id) > 0 || outcome.value->contains(item.id))
-                    items.push_back(item);
-            }
-            if (!listed.empty() || shown->isScanning)
-                return then(false); // another scan of the category has replaced them
-            shown->items = std::move(items);
-            publish(Field::junkGroups, m_junkGroups, std::move(groups));
-            then(true);
         });
 }
 
