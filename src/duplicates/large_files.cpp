@@ -5,12 +5,14 @@
 #include "duplicates/file_reading.h"
 #include "duplicates/hashing_thread.h"
 #include "duplicates/sha256.h"
+#include "duplicates/sha256_pair.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstring>
-#include <exception>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -36,52 +38,68 @@ struct Comparison {
     Sha256 sha256 = {}; ///< of what lies before the offset
 };
 
-/// One thread's part of reading files side by side.
-class Comparer {
+/// Sets that wait to be read, the largest first. Shared by the threads.
+class ReadingOrder {
 public:
-    explicit Comparer(DuplicateSearch& search)
-        : m_search(search)
+    ReadingOrder(std::vector<CandidateSet> sets, unsigned threads)
+        : m_sets(std::move(sets))
+        , m_threads(threads)
+        , m_unfinished(m_sets.size())
     {
     }
 
-    /// Compares the files of a set to their ends; with `hashesBeside` another thread does the
-    /// hashing.
-    void compare(const CandidateSet& set, bool hashesBeside)
+    /// The next set; nothing when none is left.
+    const CandidateSet* take()
     {
-        for (auto* buffer : {&m_piece, &m_nextPiece, &m_other})
-            buffer->resize(pieceBytes + 1); // One more byte shows that a file ends.
+        const auto i = m_next++;
+        return i < m_sets.size() ? &m_sets[i] : nullptr;
+    }
+    /// Whether a thread may take a second set without leaving another thread idle.
+    bool isEnoughForAll() const { return m_next + m_threads <= m_sets.size(); }
 
-        m_unfinished.push_back(opened(set));
-        askForStarts(m_unfinished.back());
-        while (!m_unfinished.empty()) {
-            auto comparison = std::move(m_unfinished.back());
-            m_unfinished.pop_back();
-            run(comparison, hashesBeside);
+    void add(std::size_t comparisons) { m_unfinished += comparisons; }
+    void finishOne() { --m_unfinished; }
+    /// Whether there are threads to spare, so that each that reads can have another to hash.
+    bool hasThreadsToSpare() const { return 2 * m_unfinished <= m_threads; }
+
+private:
+    std::vector<CandidateSet> m_sets;
+    unsigned m_threads;
+    std::atomic<std::size_t> m_next = 0;
+    std::atomic<std::size_t> m_unfinished;
+};
+
+/// One thread's part of reading files side by side. Where the processor hashes two streams at once
+/// it works on two sets in turns.
+class Comparer {
+public:
+    Comparer(DuplicateSearch& search, ReadingOrder& order)
+        : m_search(search)
+        , m_order(order)
+    {
+    }
+
+    /// Compares files to their ends until no set is left.
+    void compareAll()
+    {
+        for (refill(); isRunning() && !m_search.isStopped(); refill()) {
+            readNextPieces();
+            hashPieces();
+            for (auto& lane : m_lanes) {
+                if (lane.comparison)
+                    advance(lane);
+            }
         }
     }
 
 private:
     using Member = Comparison::Member;
 
-    /// Waits, however a comparison ends, until its digest is no longer worked on.
-    class HashingEnds {
-    public:
-        explicit HashingEnds(HashingThread& hashing)
-            : m_hashing(hashing)
-        {
-        }
-        ~HashingEnds()
-        {
-            try {
-                m_hashing.finish();
-            } catch (const std::exception&) { // Only what nobody needs any more can have failed.
-            }
-        }
-        HashingEnds(const HashingEnds&) = delete;
-        HashingEnds& operator=(const HashingEnds&) = delete;
-
-    private:
-        HashingThread& m_hashing;
+    /// A comparison that is going on, and what was read for it last.
+    struct Lane {
+        std::optional<Comparison> comparison;
+        std::vector<char> buffer;
+        std::span<const char> piece; ///< of the buffer
     };
 
     /// A member that is not like the first one, and a hash of the piece in which it differs.
@@ -89,6 +107,77 @@ private:
         Member member;
         std::size_t hash;
     };
+
+    bool isRunning() const { return m_lanes[0].comparison || m_lanes[1].comparison; }
+
+    void refill()
+    {
+        for (auto& lane : m_lanes) {
+            const bool isSecond = isRunning();
+            if (lane.comparison || (isSecond && !hasSha256Pairs()))
+                continue;
+            if (!m_unfinished.empty()) {
+                lane.comparison = std::move(m_unfinished.back());
+                m_unfinished.pop_back();
+            } else if (!isSecond || m_order.isEnoughForAll()) {
+                if (const auto* set = m_order.take()) {
+                    lane.comparison = opened(*set);
+                    askForStarts(*lane.comparison);
+                }
+            }
+        }
+    }
+
+    void readNextPieces()
+    {
+        for (auto& lane : m_lanes) {
+            if (lane.comparison && !readNext(*lane.comparison, lane))
+                end(lane);
+        }
+    }
+
+    /// Hashing is the slowest part, and one stream of it cannot be shared out: when there are
+    /// threads to spare, one does nothing else.
+    void hashPieces()
+    {
+        m_hashing.finish();
+        auto& [first, second] = m_lanes;
+        if (first.comparison && second.comparison)
+            return Sha256::updateBoth(
+                first.comparison->sha256, first.piece, second.comparison->sha256, second.piece);
+        for (auto& lane : m_lanes) {
+            if (!lane.comparison)
+                continue;
+            if (m_order.hasThreadsToSpare()) {
+                m_hashing.begin(lane.comparison->sha256, lane.piece);
+                std::swap(lane.buffer, m_hashedBuffer);
+            } else {
+                lane.comparison->sha256.update(lane.piece);
+            }
+        }
+    }
+
+    void advance(Lane& lane)
+    {
+        auto& comparison = *lane.comparison;
+        const auto before = countedUpTo(comparison.offset);
+        comparison.offset += static_cast<std::int64_t>(lane.piece.size());
+        m_search.countDone(countedUpTo(comparison.offset) - before, comparison.members.size());
+        if (comparison.offset < comparison.size)
+            return;
+        m_hashing.finish();
+        const auto digest = comparison.sha256.finish();
+        for (const auto& member : comparison.members)
+            m_search.settle(m_search.file(member.candidate), digest);
+        end(lane);
+    }
+
+    void end(Lane& lane)
+    {
+        m_hashing.finish();
+        lane.comparison.reset();
+        m_order.finishOne();
+    }
 
     Comparison opened(const CandidateSet& set)
     {
@@ -120,45 +209,34 @@ private:
         }
     }
 
-    void run(Comparison& comparison, bool hashesBeside)
+    /// Reads the next piece of every member, that of the first into the lane. What differs from it
+    /// becomes a comparison of its own. Gives false when the others cannot be part of a group.
+    bool readNext(Comparison& comparison, Lane& lane)
     {
-        const HashingEnds hashingEnds(m_hashing);
-        while (comparison.offset < comparison.size) {
-            if (m_search.isStopped())
-                return;
-            const auto length = std::min<std::int64_t>(
-                static_cast<std::int64_t>(pieceBytes), comparison.size - comparison.offset);
-            const auto piece = std::span(m_piece).first(static_cast<std::size_t>(length));
-            auto different = readAll(comparison, piece);
-            if (!different.empty()) {
-                m_hashing.finish();
-                keepForLater(comparison, std::move(different));
-            }
-            if (!isNeeded(comparison.members, comparison.isComplete))
-                return countRest(comparison, comparison.members.size());
-
-            m_hashing.finish();
-            if (hashesBeside)
-                m_hashing.begin(comparison.sha256, piece);
-            else
-                comparison.sha256.update(piece);
-            std::swap(m_piece, m_nextPiece);
-            const auto before = countedUpTo(comparison.offset);
-            comparison.offset += length;
-            m_search.countDone(countedUpTo(comparison.offset) - before, comparison.members.size());
+        for (auto* buffer : {&lane.buffer, &m_other})
+            buffer->resize(pieceBytes + 1); // One more byte shows that a file ends.
+        const auto length = std::min<std::int64_t>(
+            static_cast<std::int64_t>(pieceBytes), comparison.size - comparison.offset);
+        const auto piece = std::span(lane.buffer).first(static_cast<std::size_t>(length));
+        if (auto different = readAll(comparison, lane.buffer, piece); !different.empty()) {
+            m_hashing.finish(); // It may be at the digest that they share.
+            keepForLater(comparison, std::move(different));
         }
-        m_hashing.finish();
-        const auto digest = comparison.sha256.finish();
-        for (const auto& member : comparison.members)
-            m_search.settle(m_search.file(member.candidate), digest);
+        lane.piece = piece;
+        if (isNeeded(comparison.members, comparison.isComplete))
+            return true;
+        countRest(comparison, comparison.members.size());
+        return false;
     }
 
-    /// Reads the next piece of every member: that of the first goes into `piece`, and the members
-    /// that differ from it are taken out and returned. So are those that cannot be read, for good.
-    std::vector<Different> readAll(Comparison& comparison, std::span<char> piece)
+    /// Reads the next piece of every member: that of the first goes into `piece`, at the start of
+    /// `buffer`, and the members that differ from it are taken out and returned. So are those that
+    /// cannot be read, for good.
+    std::vector<Different> readAll(
+        Comparison& comparison, std::vector<char>& buffer, std::span<const char> piece)
     {
         auto& members = comparison.members;
-        while (!members.empty() && !isRead(members.front(), comparison, m_piece, piece.size()))
+        while (!members.empty() && !isRead(members.front(), comparison, buffer, piece.size()))
             members.erase(members.begin());
         std::vector<Member> equal;
         std::vector<Different> different;
@@ -215,6 +293,7 @@ private:
                 .offset = comparison.offset,
                 .isComplete = comparison.isComplete,
                 .sha256 = comparison.sha256});
+            m_order.add(1);
         }
     }
 
@@ -237,18 +316,12 @@ private:
     }
 
     DuplicateSearch& m_search;
-    std::vector<char> m_piece;
-    std::vector<char> m_nextPiece;
-    std::vector<char> m_other;
+    ReadingOrder& m_order;
+    std::array<Lane, 2> m_lanes;
+    std::vector<char> m_other; // the piece that is compared
+    std::vector<char> m_hashedBuffer; // holds the piece that the hashing thread is at
     std::vector<Comparison> m_unfinished;
-    HashingThread m_hashing; // of the piece before, into its comparison's digest
-};
-
-/// Sets that wait to be read, the largest first.
-struct ReadingOrder {
-    std::vector<CandidateSet> sets;
-    std::atomic<std::size_t> next = 0;
-    std::atomic<std::size_t> unfinished = 0;
+    HashingThread m_hashing; // ends before what it uses
 };
 
 } // namespace
@@ -258,27 +331,16 @@ void compareLargeFiles(const std::shared_ptr<DuplicateSearch>& search,
 {
     if (sets.empty())
         return;
-    const auto order = std::make_shared<ReadingOrder>();
-    order->sets = alikeBySamples(search, sets, openFilesPerThread(threads), threads, stop);
-    if (order->sets.empty())
+    const auto openFiles = openFilesPerThread(2 * threads); // each works on up to two sets
+    auto alike = alikeBySamples(search, sets, openFiles, threads, stop);
+    if (alike.empty())
         return;
-    std::ranges::sort(order->sets, std::greater(), [&search](const CandidateSet& set) {
+    std::ranges::sort(alike, std::greater(), [&search](const CandidateSet& set) {
         return static_cast<double>(search->file(set.begin).identity.size) * set.size();
     });
-    order->unfinished = order->sets.size();
+    const auto order = std::make_shared<ReadingOrder>(std::move(alike), threads);
     runOnThreads(
-        threads,
-        [search, order, threads] {
-            Comparer comparer(*search);
-            for (auto i = order->next++; i < order->sets.size() && !search->isStopped();
-                 i = order->next++) {
-                // Hashing is the slowest part, and one stream of it cannot be shared out: when
-                // there are threads to spare, one does nothing else.
-                comparer.compare(order->sets[i], 2 * order->unfinished <= threads);
-                --order->unfinished;
-            }
-        },
-        stop);
+        threads, [search, order] { Comparer(*search, *order).compareAll(); }, stop);
 }
 
 } // namespace kestavon

@@ -1,61 +1,61 @@
 #include "duplicates/sha256.h"
 
-#include <new>
-#include <utility>
+#include "duplicates/sha256_pair.h"
 
-#include <openssl/evp.h>
+#include <algorithm>
+#include <cstdint>
 
 namespace kestavon {
 
 namespace {
 
-/// Looked up once: asking for the algorithm by name costs as much as a kilobyte of hashing.
-const EVP_MD* algorithm()
-{
-    static const EVP_MD* const sha256 = EVP_MD_fetch(nullptr, "SHA256", nullptr);
-    return sha256 ? sha256 : EVP_sha256();
-}
-
-// The library fails only when it runs out of memory.
-void require(int succeeded)
-{
-    if (succeeded != 1)
-        throw std::bad_alloc();
-}
+constexpr std::size_t blockBytes = SHA256_CBLOCK;
 
 } // namespace
 
-void Sha256::Free::operator()(EVP_MD_CTX* context) const
-{
-    EVP_MD_CTX_free(context);
-}
+// These functions of the library cannot fail (SHA256_Init(3ssl)).
 
 Sha256::Sha256()
-    : m_context(EVP_MD_CTX_new())
 {
-    require(m_context && EVP_DigestInit_ex2(m_context.get(), algorithm(), nullptr) == 1 ? 1 : 0);
-}
-
-Sha256::~Sha256() = default;
-Sha256::Sha256(Sha256&& other) noexcept = default;
-
-Sha256::Sha256(const Sha256& other)
-    : m_context(EVP_MD_CTX_new())
-{
-    require(m_context ? EVP_MD_CTX_copy_ex(m_context.get(), other.m_context.get()) : 0);
+    SHA256_Init(&m_context);
 }
 
 void Sha256::update(std::span<const char> bytes)
 {
-    require(EVP_DigestUpdate(m_context.get(), bytes.data(), bytes.size()));
+    SHA256_Update(&m_context, bytes.data(), bytes.size());
 }
 
 Sha256Digest Sha256::finish()
 {
     Sha256Digest digest{};
-    require(EVP_DigestFinal_ex(m_context.get(), digest.data(), nullptr));
-    require(EVP_DigestInit_ex2(m_context.get(), nullptr, nullptr));
+    SHA256_Final(digest.data(), &m_context);
+    SHA256_Init(&m_context);
     return digest;
+}
+
+void Sha256::updateBoth(
+    Sha256& a, std::span<const char> bytesOfA, Sha256& b, std::span<const char> bytesOfB)
+{
+    if (hasSha256Pairs() && a.isBetweenBlocks() && b.isBetweenBlocks()) {
+        const auto blocks = std::min(bytesOfA.size(), bytesOfB.size()) / blockBytes;
+        const auto bytes = blocks * blockBytes;
+        hashPair({.state = a.m_context.h, .bytes = bytesOfA.data()},
+            {.state = b.m_context.h, .bytes = bytesOfB.data()}, blocks);
+        a.countTakenIn(bytes);
+        b.countTakenIn(bytes);
+        bytesOfA = bytesOfA.subspan(bytes);
+        bytesOfB = bytesOfB.subspan(bytes);
+    }
+    a.update(bytesOfA);
+    b.update(bytesOfB);
+}
+
+void Sha256::countTakenIn(std::size_t bytes)
+{
+    // The context counts bits, in two words.
+    const auto bits = (std::uint64_t{m_context.Nh} << 32 | m_context.Nl) + std::uint64_t{bytes} * 8;
+    m_context.Nl = static_cast<SHA_LONG>(bits);
+    m_context.Nh = static_cast<SHA_LONG>(bits >> 32);
 }
 
 } // namespace kestavon

@@ -80,14 +80,15 @@ public:
         auto reads = std::span(m_reads);
         for (const auto& set : batch.sets) {
             m_search.countDone(m_search.file(set.begin).identity.size, set.size());
-            settle(set, reads.first(set.size()));
+            findEqual(set, reads.first(set.size()));
             reads = reads.subspan(set.size());
         }
+        settleEqual();
     }
 
 private:
     /// Finds the equal ones among the read files of a set.
-    void settle(const CandidateSet& set, std::span<PlannedRead> reads)
+    void findEqual(const CandidateSet& set, std::span<PlannedRead> reads)
     {
         const auto unread = std::partition(
             reads.begin(), reads.end(), [](const PlannedRead& read) { return read.isRead; });
@@ -103,16 +104,36 @@ private:
             while (count < reads.size() && compare(reads.front(), reads[count]) == 0)
                 names += m_search.file(reads[count++].file).nameCount;
             if (names > 1 || !set.isComplete)
-                settleEqual(reads.first(count));
+                m_equal.push_back(reads.first(count));
             reads = reads.subspan(count);
         }
     }
 
-    void settleEqual(std::span<const PlannedRead> reads)
+    /// Hashes one of each that are equal, two at a time: neighbours are of about one length.
+    void settleEqual()
     {
-        m_sha256.update(reads.front().bytes);
-        const auto digest = m_sha256.finish();
-        for (const auto& read : reads)
+        for (std::size_t i = 0; i < m_equal.size(); i += 2) {
+            const bool isPair = i + 1 < m_equal.size();
+            if (isPair)
+                Sha256::updateBoth(
+                    m_sha256, contentOf(m_equal[i]), m_otherSha256, contentOf(m_equal[i + 1]));
+            else
+                m_sha256.update(contentOf(m_equal[i]));
+            settle(m_equal[i], m_sha256.finish());
+            if (isPair)
+                settle(m_equal[i + 1], m_otherSha256.finish());
+        }
+        m_equal.clear();
+    }
+
+    static std::span<const char> contentOf(std::span<const PlannedRead> equal)
+    {
+        return equal.front().bytes;
+    }
+
+    void settle(std::span<const PlannedRead> equal, const Sha256Digest& digest)
+    {
+        for (const auto& read : equal)
             m_search.settle(m_search.file(read.file), digest);
     }
 
@@ -120,7 +141,9 @@ private:
     std::size_t m_openFiles;
     std::vector<char> m_contents;
     std::vector<PlannedRead> m_reads;
+    std::vector<std::span<const PlannedRead>> m_equal; // of the batch
     Sha256 m_sha256;
+    Sha256 m_otherSha256;
 };
 
 } // namespace

@@ -2,7 +2,10 @@
 #include "duplicates/sha256_hex.h"
 #include "support/temporary_tree.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <random>
+#include <string_view>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -45,6 +48,54 @@ TEST(Sha256Hex, DoesNotDependOnHowTheReadingIsCut)
         whole.update(content);
         EXPECT_EQ(*sha256Hex(folder.writeFile("file", content)), hexText(whole.finish())) << size;
     }
+}
+
+std::string digestOf(std::string_view content)
+{
+    Sha256 sha256;
+    sha256.update(content);
+    return hexText(sha256.finish());
+}
+
+TEST(Sha256, TwoComputationsTogetherGiveEachItsOwnDigest)
+{
+    std::mt19937 random(7);
+    std::string a(3000, '\0');
+    std::string b(3000, '\0');
+    for (auto* content : {&a, &b})
+        std::ranges::generate(*content, [&random] { return static_cast<char>(random()); });
+    for (int round = 0; round < 2000; ++round) {
+        const auto lengthOfA = random() % (round < 1000 ? 200 : a.size());
+        const auto lengthOfB = random() % (round < 1000 ? 200 : b.size());
+        const std::string_view wholeA(a.data(), lengthOfA);
+        const std::string_view wholeB(b.data(), lengthOfB);
+        Sha256 first;
+        Sha256 second;
+        // In two pieces: the second may begin in the middle of a block.
+        const auto cut = [](std::string_view whole) { return whole.size() / 3 * 2; };
+        Sha256::updateBoth(
+            first, wholeA.substr(0, cut(wholeA)), second, wholeB.substr(0, cut(wholeB)));
+        Sha256::updateBoth(first, wholeA.substr(cut(wholeA)), second, wholeB.substr(cut(wholeB)));
+        ASSERT_EQ(hexText(first.finish()), digestOf(wholeA)) << lengthOfA << ' ' << lengthOfB;
+        ASSERT_EQ(hexText(second.finish()), digestOf(wholeB)) << lengthOfA << ' ' << lengthOfB;
+    }
+}
+
+TEST(Sha256, TwoComputationsTogetherCountBeyond32BitsOfLength)
+{
+    const std::string mebibyte(std::size_t{1} << 20, 'k');
+    Sha256 alone;
+    for (int i = 0; i < 511; ++i)
+        alone.update(mebibyte);
+    auto first = alone;
+    auto second = alone;
+    for (int i = 0; i < 2; ++i) {
+        alone.update(mebibyte);
+        Sha256::updateBoth(first, mebibyte, second, mebibyte);
+    }
+    const auto digest = alone.finish();
+    EXPECT_EQ(first.finish(), digest);
+    EXPECT_EQ(second.finish(), digest);
 }
 
 TEST(Sha256Hex, RefusesWhatIsNoRegularFileWithoutWaiting)
