@@ -2,7 +2,6 @@
 
 #include "concurrency/thread_crew.h"
 #include "duplicates/file_reading.h"
-#include "duplicates/left_out_folders.h"
 
 #include <algorithm>
 #include <atomic>
@@ -57,13 +56,12 @@ struct Survey {
 } // namespace
 
 std::vector<std::uint32_t> sharingTheirSize(
-    const RecordList& records, const std::vector<std::string>& leaveOut)
+    const RecordList& records, const std::vector<bool>& isLeftOut)
 {
     struct Sized {
         std::int64_t size;
         std::uint32_t position;
     };
-    const auto isLeftOut = foldersLeftOut(records, leaveOut);
     std::vector<Sized> files;
     for (std::uint32_t i = 0; i < records.size(); ++i) {
         if (!records.isDirectory(i) && records.fileSize(i) > 0 && !isLeftOut[records.folderOf(i)])

@@ -39,9 +39,9 @@ struct CandidateSet {
 };
 
 /// The positions, ascending, of the records that share their size, which is not 0, with another.
-/// Folders do not count, nor does what `foldersLeftOut` leaves out.
+/// Folders do not count, nor does what lies in those marked in `isLeftOut`, by their numbers.
 std::vector<std::uint32_t> sharingTheirSize(
-    const RecordList& records, const std::vector<std::string>& leaveOut);
+    const RecordList& records, const std::vector<bool>& isLeftOut);
 
 /// Looks at the records at `positions` and gives the files they name, with several threads. What is
 /// gone, or no regular file, is left out. Throws `Cancelled`.

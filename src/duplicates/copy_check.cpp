@@ -12,6 +12,8 @@
 #include <tuple>
 #include <vector>
 
+#include <linux/magic.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace kestavon {
@@ -78,6 +80,14 @@ bool isOnDisk(const std::string& path, const OpenedFile& opened)
     return ::fsync(opened.file.get()) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+/// Whether a power cut takes the file, wherever it was written to.
+bool isOnlyInMemory(const OpenedFile& opened)
+{
+    struct statfs fileSystem { };
+    return ::fstatfs(opened.file.get(), &fileSystem) == 0
+        && (fileSystem.f_type == TMPFS_MAGIC || fileSystem.f_type == RAMFS_MAGIC);
+}
+
 } // namespace
 
 FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
@@ -87,7 +97,8 @@ FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& c
     const auto openedKept = openRegularFile(kept.path);
     const auto openedCopy = openRegularFile(copy.path);
     if (!openedKept || !openedCopy || mayBeOneFile(openedKept->identity, openedCopy->identity)
-        || !holdsContent(*openedKept, kept, digest, stop))
+        || !holdsContent(*openedKept, kept, digest, stop)
+        || (isOnlyInMemory(*openedKept) && !isOnlyInMemory(*openedCopy)))
         return changed;
     const bool isCopy = proof == CopyProof::content
         ? haveEqualContents(*openedKept, *openedCopy, stop) && isOnDisk(kept.path, *openedKept)

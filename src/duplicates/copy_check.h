@@ -30,7 +30,8 @@ struct SpareCopy {
 /// Gives the two as they are now if the file at `copy` can go without anything being lost: it is a
 /// regular file with the content of this digest, and `kept` is another one. When not, the error
 /// says that one of the two is gone or changed; two names of one file count as such, also when they
-/// lead there through different file systems. With `CopyProof::identity`, only what changed since
+/// lead there through different file systems, and so does a file that would stay in memory only,
+/// for a copy on a disk. With `CopyProof::identity`, only what changed since
 /// the search is read; with `CopyProof::content` both are, and `kept` is on the disk afterwards,
 /// not only in memory. Any thread but the main one.
 FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,

@@ -4,6 +4,7 @@
 #include "concurrency/thread_crew.h"
 #include "duplicates/duplicate_search.h"
 #include "duplicates/large_files.h"
+#include "duplicates/left_out_folders.h"
 #include "duplicates/small_files.h"
 
 #include <algorithm>
@@ -27,8 +28,8 @@ std::shared_ptr<const DuplicateList> findDuplicates(std::shared_ptr<const Record
     const DuplicateSearchOptions& options, const std::stop_token& stop)
 {
     const auto threads = options.threads > 0 ? options.threads : threadsForThisMachine();
-    auto candidates
-        = lookAtCandidates(records, sharingTheirSize(*records, options.leaveOut), threads, stop);
+    auto candidates = lookAtCandidates(
+        records, sharingTheirSize(*records, foldersLeftOut(*records, options)), threads, stop);
     const auto search = std::make_shared<DuplicateSearch>(
         std::move(records), std::move(candidates), options.progress, stop);
 

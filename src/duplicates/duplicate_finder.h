@@ -22,6 +22,8 @@ struct DuplicateProgress {
 struct DuplicateSearchOptions {
     /// Folders (absolute paths) of which nothing counts as a duplicate.
     std::vector<std::string> leaveOut = {};
+    /// The same on volumes that may not answer: known by their paths, and not looked at.
+    std::vector<std::string> leaveOutUnseen = {};
     /// Called on the search's threads, some ten times a second; must return at once.
     std::function<void(const DuplicateProgress&)> progress = {};
     /// 0 chooses by the machine.

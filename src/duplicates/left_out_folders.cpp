@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -42,16 +43,12 @@ bool areOneFolder(const std::string& a, const std::string& b)
 
 /// A folder to be left out.
 struct Place {
-    explicit Place(const std::string& folder)
-        : path(folder)
+    Place(std::string folder, bool isUnseen)
+        : path(std::move(folder))
         , name(lastComponent(path))
+        , target(isUnseen ? std::string() : resolved(path))
+        , targetName(lastComponent(target))
     {
-        // Volumes are not touched: one may be on a machine that does not answer, and what is called
-        // a Trash there is known by its name.
-        isOnAVolume = path.find("/.Trash") != std::string::npos;
-        if (!isOnAVolume)
-            target = resolved(path);
-        targetName = lastComponent(target);
     }
     Place(const Place&) = delete;
     Place& operator=(const Place&) = delete;
@@ -65,17 +62,16 @@ struct Place {
     bool is(const RecordList& records, std::uint32_t folder) const
     {
         const auto folderName = records.folderName(folder);
-        if (folderName != name && (isOnAVolume || folderName != targetName))
+        if (folderName != name && (target.empty() || folderName != targetName))
             return false;
         const auto folderPath = records.folderPath(folder);
-        return folderPath == path || (!isOnAVolume && areOneFolder(folderPath, target));
+        return folderPath == path || (!target.empty() && areOneFolder(folderPath, target));
     }
 
     const std::string path;
     const std::string_view name;
-    bool isOnAVolume = false;
-    std::string target; ///< where it really lies
-    std::string_view targetName;
+    const std::string target; ///< where it really lies; empty when nobody has looked
+    const std::string_view targetName;
 };
 
 bool isTrashOfAVolume(const RecordList& records, std::uint32_t folder)
@@ -86,26 +82,40 @@ bool isTrashOfAVolume(const RecordList& records, std::uint32_t folder)
     return above && above->isMountPoint;
 }
 
+/// Marks the folders that hold one of this name.
+std::vector<bool> holdersOf(std::string_view name, const RecordList& records)
+{
+    std::vector<bool> isHolder(records.folderCount());
+    for (std::uint32_t folder = 1; folder < isHolder.size(); ++folder) {
+        if (records.folderName(folder) == name)
+            isHolder[records.folderParent(folder)] = true;
+    }
+    return isHolder;
+}
+
 } // namespace
 
-std::vector<bool> foldersLeftOut(
-    const RecordList& records, const std::vector<std::string>& leaveOut)
+std::vector<bool> foldersLeftOut(const RecordList& records, const DuplicateSearchOptions& options)
 {
     std::vector<bool> isLeftOut(records.folderCount());
     if (isLeftOut.empty())
         return isLeftOut;
     std::vector<std::unique_ptr<Place>> places;
-    for (const auto& folder : leaveOut)
-        places.push_back(std::make_unique<Place>(folder));
+    for (const auto& folder : options.leaveOut)
+        places.push_back(std::make_unique<Place>(folder, false));
+    for (const auto& folder : options.leaveOutUnseen)
+        places.push_back(std::make_unique<Place>(folder, true));
     const auto root = resolved(records.root());
     isLeftOut[0] = std::ranges::any_of(
         places, [&](const auto& place) { return place->holdsRoot(records.root(), root); });
+    const auto isMacHome = holdersOf("Library", records);
     // A folder's number is greater than its parent's.
     for (std::uint32_t folder = 1; folder < isLeftOut.size(); ++folder) {
         isLeftOut[folder] = isLeftOut[records.folderParent(folder)]
             || std::ranges::any_of(
                 places, [&](const auto& place) { return place->is(records, folder); })
-            || isTrashOfAVolume(records, folder);
+            || isTrashOfAVolume(records, folder)
+            || (records.folderName(folder) == ".Trash" && isMacHome[records.folderParent(folder)]);
     }
     return isLeftOut;
 }

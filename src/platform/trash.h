@@ -17,6 +17,7 @@ namespace kestavon {
 struct TrashPlace {
     std::string folder; ///< all that belongs to the Trash lies at or below it
     std::string items; ///< each entry of this folder is one thing that was put into the Trash
+    bool isOnVolume = false; ///< at the top of a mounted file system, which may not answer
 
     friend bool operator==(const TrashPlace&, const TrashPlace&) = default;
 };

@@ -1,5 +1,6 @@
 #include "duplicates/copy_check.h"
 #include "duplicates/sha256_hex.h"
+#include "support/moments.h"
 #include "support/temporary_tree.h"
 
 #include <chrono>
@@ -7,7 +8,6 @@
 #include <fstream>
 #include <functional>
 #include <optional>
-#include <thread>
 
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -104,6 +104,7 @@ TEST_F(CopyCheck, NothingIsSpareOnceOneOfTheTwoIsGoneOrHoldsSomethingElse)
             tree.writeFile("kept", content);
             tree.writeFile("copy", content);
             see();
+            test::waitForATick();
             row.change(changed->path);
             const auto which = changed == &kept ? "kept: " : "copy: ";
             EXPECT_FALSE(isSpare(CopyProof::identity)) << which << row.what;
@@ -149,20 +150,17 @@ TEST_F(CopyCheck, FilesAtPathsThatNoCallTakesAreChecked)
     EXPECT_TRUE(isSpare(CopyProof::content));
 }
 
-/// Runs `check` in a process of its own, where `upper` also shows at `merged`, as another file
-/// system's. Gives what it said; nothing where that is not allowed.
-std::optional<bool> withUnion(const test::TemporaryTree& tree, const std::function<bool()>& check)
+/// Runs `check` in a process of its own, where a file system of this type is mounted at `target`.
+/// Gives what it said; nothing where that is not allowed.
+std::optional<bool> withMount(const char* type, const std::string& target,
+    const std::string& options, const std::function<bool()>& check)
 {
-    for (const auto* name : {"lower", "upper", "work", "merged"})
-        tree.folder(name);
     constexpr int notAllowed = 77;
     const auto child = ::fork();
     if (child == 0) {
-        const auto options = "lowerdir=" + tree / "lower" + ",upperdir=" + tree / "upper"
-            + ",workdir=" + tree / "work";
         const int spaces = CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER);
         if (::unshare(spaces) != 0 || ::mount("", "/", nullptr, MS_PRIVATE | MS_REC, nullptr) != 0
-            || ::mount("", (tree / "merged").c_str(), "overlay", 0, options.c_str()) != 0)
+            || ::mount("", target.c_str(), type, 0, options.c_str()) != 0)
             ::_exit(notAllowed);
         ::_exit(check() ? 1 : 0);
     }
@@ -175,9 +173,13 @@ std::optional<bool> withUnion(const test::TemporaryTree& tree, const std::functi
 
 TEST_F(CopyCheck, AFileIsNoCopyOfItselfSeenThroughAnotherFileSystem)
 {
+    for (const auto* name : {"lower", "work", "merged"})
+        tree.folder(name);
     tree.writeFile("upper/file", content);
+    const auto options = "lowerdir=" + tree / "lower" + ",upperdir=" + tree / "upper"
+        + ",workdir=" + tree / "work";
     for (const auto proof : {CopyProof::identity, CopyProof::content}) {
-        const auto isItsOwnCopy = withUnion(tree, [&] {
+        const auto isItsOwnCopy = withMount("overlay", tree / "merged", options, [&] {
             kept = {tree / "upper/file", sha256OfFile(tree / "upper/file")->identity};
             copy = {tree / "merged/file", sha256OfFile(tree / "merged/file")->identity};
             return kept.identity.isSameFileAs(copy.identity) || isSpare(proof);
@@ -188,6 +190,30 @@ TEST_F(CopyCheck, AFileIsNoCopyOfItselfSeenThroughAnotherFileSystem)
     }
 }
 
+TEST_F(CopyCheck, WhatIsOnADiskIsNotSpareForWhatIsInMemory)
+{
+    tree.folder("memory");
+    for (const auto proof : {CopyProof::identity, CopyProof::content}) {
+        const auto isRight = withMount("tmpfs", tree / "memory", "", [&] {
+            tree.writeFile("memory/kept", content);
+            tree.writeFile("memory/copy", content);
+            const auto ofMemory = [this](const char* name) {
+                return KnownFile{tree / name, sha256OfFile(tree / name)->identity};
+            };
+            const auto onDisk = copy;
+            kept = ofMemory("memory/kept");
+            const bool isSpareOnDisk = isSpare(proof);
+            copy = ofMemory("memory/copy");
+            const bool isSpareInMemory = isSpare(proof);
+            kept = onDisk;
+            return !isSpareOnDisk && isSpareInMemory && isSpare(proof);
+        });
+        if (!isRight)
+            GTEST_SKIP() << "no file system may be mounted here";
+        EXPECT_TRUE(*isRight);
+    }
+}
+
 TEST_F(CopyCheck, AFileIsUntouchedUntilItsContentOrOneOfItsNamesChanges)
 {
     EXPECT_TRUE(isUntouched(kept));
@@ -195,7 +221,7 @@ TEST_F(CopyCheck, AFileIsUntouchedUntilItsContentOrOneOfItsNamesChanges)
     fs::create_hard_link(kept.path, tree / "other name");
     see();
     EXPECT_TRUE(isUntouched(kept));
-    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // a tick of the system's clock
+    test::waitForATick();
     fs::rename(tree / "other name", tree / "aside");
     EXPECT_FALSE(isUntouched(kept));
     see();

@@ -93,21 +93,37 @@ TEST(DuplicateFinder, LeavesThemOutHoweverTheyAreReached)
     tree.writeFile("var/home/share/Trash/files/c", "same");
     tree.writeFile("var/home/elsewhere/d", "same");
     tree.writeFile("var/home/other/Trash/e", "same");
+    tree.writeFile("var/home/.Trash/f", "same");
     tree.link("home", "var/home"); // as whole systems have it
     tree.link("var/home/Safe", "elsewhere");
     for (const auto& root : {tree / "home", tree / "var/home"}) {
         const auto at = [&root](const std::string& name) { return root + "/" + name; };
-        const auto records = test::recordsOf(
-            {at("a"), at("b"), at("share/Trash/files/c"), at("elsewhere/d"), at("other/Trash/e")});
+        const auto records = test::recordsOf({at("a"), at("b"), at("share/Trash/files/c"),
+            at("elsewhere/d"), at("other/Trash/e"), at(".Trash/f")});
         for (const auto& home : {tree / "home", tree / "var/home"}) {
-            const auto groups = test::groupsIn(*test::search(
-                root, records, {.leaveOut = {home + "/share/Trash", home + "/Safe"}}));
+            const auto groups = test::groupsIn(*test::search(root, records,
+                {.leaveOut = {home + "/share/Trash", home + "/Safe", home + "/.Trash"}}));
             ASSERT_THAT(groups, SizeIs(1));
             EXPECT_THAT(groups[0].paths, ElementsAre(at("a"), at("b"), at("other/Trash/e")));
             EXPECT_THAT(
                 test::groupsIn(*test::search(root, records, {.leaveOut = {home}})), IsEmpty());
         }
     }
+}
+
+TEST(DuplicateFinder, LeavesOutTheTrashOfAHomeOnAMacsDisk)
+{
+    const test::TemporaryTree tree;
+    const auto kept = tree.writeFile("Users/ann/Documents/a", "same");
+    const auto setting = tree.writeFile("Users/ann/Library/b", "same");
+    const auto trashed = tree.writeFile("Users/ann/.Trash/c", "same");
+    const auto named = tree.writeFile("work/.Trash/d", "same"); // nobody's home
+    std::vector<FileRecord> records;
+    for (const auto& path : {kept, setting, trashed, named})
+        records.push_back(test::file(path, 4));
+    const auto groups = test::groupsIn(*test::search(tree.path(), records));
+    ASSERT_THAT(groups, SizeIs(1));
+    EXPECT_THAT(groups[0].paths, ElementsAre(kept, setting, named));
 }
 
 TEST(DuplicateFinder, ReadsFilesDeeperThanAnyPathCanName)

@@ -108,25 +108,24 @@ std::string homeTrashFolder(const HostLayout& layout)
 std::vector<TrashPlace> nativeTrashPlaces(
     const HostLayout& layout, const std::vector<Mount>& mounts, uid_t user)
 {
-    std::vector<std::string> folders{homeTrashFolder(layout)};
+    std::vector<TrashPlace> places;
+    const auto add = [&places](const std::string& folder, bool isOnVolume) {
+        TrashPlace place{.folder = folder, .items = folder + "/files", .isOnVolume = isOnVolume};
+        // A folder that several file systems were mounted on is listed as often.
+        if (std::ranges::find(places, place) == places.end())
+            places.push_back(std::move(place));
+    };
+    add(homeTrashFolder(layout), false);
     for (const auto pattern : sandboxTrashes) {
-        for (auto& folder : matches(layout.home, pattern))
-            folders.push_back(std::move(folder));
+        for (const auto& folder : matches(layout.home, pattern))
+            add(folder, false);
     }
     const auto userName = std::to_string(user);
     for (const auto& mount : mounts) {
         if (!holdsFiles(mount))
             continue;
-        folders.push_back(below(mount.point, ".Trash/" + userName));
-        folders.push_back(below(mount.point, ".Trash-" + userName));
-    }
-    std::vector<TrashPlace> places;
-    for (auto& folder : folders) {
-        auto items = folder + "/files";
-        TrashPlace place{std::move(folder), std::move(items)};
-        // A folder that several file systems were mounted on is listed as often.
-        if (std::ranges::find(places, place) == places.end())
-            places.push_back(std::move(place));
+        add(below(mount.point, ".Trash/" + userName), true);
+        add(below(mount.point, ".Trash-" + userName), true);
     }
     return places;
 }
