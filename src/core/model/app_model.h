@@ -344,6 +344,7 @@ private:
     void forgetScanned();
     void cancelDuplicateAnalysis();
     void forgetDuplicates();
+    void searchForDuplicates();
     void removeRecords(
         RecordPick pick, ActionKind action, const std::string& title, Finished finished);
     /// `then` gets what was cut from the list, or null when that failed.
@@ -455,6 +456,7 @@ private:
     std::optional<std::stop_source> m_duplicateTask;
     std::uint64_t m_duplicateRun = 0;
     std::stop_source m_mergeStop; // heard when the model goes
+    int m_merges = 0; // that are under way
     std::optional<std::stop_source> m_junkScanTask;
     std::uint64_t m_junkScanRun = 0;
     std::stop_source m_junkCategoryStop; // heard when the model goes

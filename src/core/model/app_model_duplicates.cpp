@@ -22,7 +22,13 @@ void AppModel::startDuplicateAnalysis()
     publish(
         Field::duplicatePhase, m_duplicatePhase, ScanPhase::scanning("Computing SHA-256 hashes…"));
 
-    const auto& task = m_duplicateTask.emplace();
+    m_duplicateTask.emplace();
+    if (m_merges == 0)
+        searchForDuplicates();
+}
+
+void AppModel::searchForDuplicates()
+{
     const auto run = m_duplicateRun;
     const auto isCurrent
         = [run](const AppModel* model) { return model && model->m_duplicateRun == run; };
@@ -36,10 +42,12 @@ void AppModel::startDuplicateAnalysis()
 
     // What lies in the Trash or the Safe Area is about to go: it must not be the copy that stays.
     auto search = [find = m_findDuplicates, records = m_records, trash = m_platform.trash,
-                      safeArea = m_quarantineStore->root(), postProgress, stop = task.get_token()] {
+                      safeArea = m_quarantineStore->root(), postProgress,
+                      stop = m_duplicateTask->get_token()] {
         DuplicateSearchOptions options{.leaveOut = {safeArea}, .progress = postProgress};
         for (auto& place : trash->trashPlaces())
-            options.leaveOut.push_back(std::move(place.folder));
+            (place.isOnVolume ? options.leaveOutUnseen : options.leaveOut)
+                .push_back(std::move(place.folder));
         return find(records, options, stop);
     };
     runInBackground(m_duplicateQueue, this, std::move(search),
@@ -97,6 +105,7 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
         merged.report = merge.run(platform, action, stop);
         return merged;
     };
+    ++m_merges;
     runInBackground(m_removalQueue, this, std::move(removeCopies),
         [this, from = m_duplicates, action, finished = std::move(finished)](
             Outcome<Merged> outcome) {
@@ -122,6 +131,9 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
                                                            : "permanently deleted")
                             + " · " + fileByteCount(tally.bytes) + " freed");
                     offerUndoOfRecords(action, report.removed, cut, copiesText);
+                    // An analysis that was asked for meanwhile waits: it would find what goes.
+                    if (--m_merges == 0 && m_duplicateTask)
+                        searchForDuplicates();
                     AppModel::report(finished, report.error);
                 });
         });

@@ -5,6 +5,7 @@
 #include "platform/put_back.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
 #include <iterator>
 #include <optional>
@@ -53,8 +54,8 @@ std::vector<FileResult<std::string>> CopyRemoval::trash(std::span<const Unwanted
         if (spare)
             paths.push_back(spare->copy.path);
     }
-    auto trashed
-        = m_platform.trash->trashItems(paths, {.noLinksBelow = m_walkedFolder, .stop = m_stop});
+    auto trashed = m_platform.trash->trashItems(
+        paths, {.noLinksBelow = m_walkedFolder, .refusesFolders = true, .stop = m_stop});
     std::vector<FileResult<std::string>> results;
     auto next = trashed.begin();
     for (std::size_t i = 0; i < copies.size(); ++i) {
@@ -72,13 +73,15 @@ bool CopyRemoval::isRight(const SpareCopy& spare, const std::string& trashedPath
 {
     // Where it lies it may be another file on another device, with the same size and date.
     const auto lies = openRegularFile(trashedPath);
-    const bool isTheCopy = !lies
-        || (lies->identity.size == spare.copy.identity.size
-            && lies->identity.modifiedAt == spare.copy.identity.modifiedAt);
+    const bool isTheCopy = lies ? lies->identity.size == spare.copy.identity.size
+            && lies->identity.modifiedAt == spare.copy.identity.modifiedAt
+                                : lies.error() == EACCES || lies.error() == EPERM;
     if (isTheCopy && isUntouched(spare.kept))
         return true;
-    if (putBack(trashedPath, spare.copy.path, *m_platform.mover, *m_platform.places))
-        m_platform.trash->forgetItem(trashedPath);
+    // What cannot be put back has been moved all the same, and the user can.
+    if (!putBack(trashedPath, spare.copy.path, *m_platform.mover, *m_platform.places))
+        return true;
+    m_platform.trash->forgetItem(trashedPath);
     return false;
 }
 

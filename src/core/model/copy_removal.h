@@ -36,8 +36,8 @@ public:
     FileResult<std::string> deleteForGood(const UnwantedCopy& unwanted) const;
 
 private:
-    /// Whether the copy lies in the Trash and the kept file is still there. If not, the copy is put
-    /// back.
+    /// Whether the copy lies in the Trash and the kept file is still there. If not, what lies there
+    /// is put back; it stays only where that cannot be done.
     bool isRight(const SpareCopy& spare, const std::string& trashedPath) const;
 
     Platform m_platform;

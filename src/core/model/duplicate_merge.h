@@ -20,7 +20,8 @@ namespace kestavon {
 /// equally new ones the first. Files without a date are the oldest. Immutable; any thread.
 class DuplicateMerge {
 public:
-    /// What a merge did; of one that failed half-way, what it did until then.
+    /// What a merge did; of one that failed half-way, what it did until then, up to the last few
+    /// hundred copies.
     struct Report {
         RemovalReport removed;
         std::string error; ///< in words, for a person; empty unless it failed

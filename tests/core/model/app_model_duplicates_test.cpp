@@ -3,6 +3,7 @@
 #include "support/fake_duplicate_finder.h"
 #include "support/fake_platform.h"
 #include "support/fake_scanner.h"
+#include "support/moments.h"
 #include "support/temporary_folder.h"
 
 #include <filesystem>
@@ -266,6 +267,7 @@ TEST_F(DuplicateMerging, AGroupWhoseKeptFileIsGoneOrEditedIsLeftAlone)
         add("fine/old", "the third", day(1));
         analyse();
         fs::remove(folder / "gone/new");
+        test::waitForATick();
         folder.writeFile("edited/new", "SECOND");
         machine.trash->trashed.clear();
         merge(toTrash);
@@ -292,6 +294,7 @@ TEST_F(DuplicateMerging, ACopyThatWasEditedOrIsProtectedStays)
     add("plugin.appex", "same", day(1));
     add("old", "same", day(1));
     analyse();
+    test::waitForATick();
     folder.writeFile("edited", "SAME");
     merge(false);
     EXPECT_TRUE(exists("new"));
@@ -324,7 +327,7 @@ TEST_F(DuplicateMerging, OtherNamesOfTheKeptFileStayAndOtherNamesOfACopyGo)
     }
 }
 
-TEST_F(DuplicateMerging, AMergeThatEndsDuringANewAnalysisLeavesItAlone)
+TEST_F(DuplicateMerging, AnAnalysisDuringAMergeWaitsForItAndFindsNoneOfWhatGoes)
 {
     add("a", "same");
     add("b", "same");
@@ -335,6 +338,7 @@ TEST_F(DuplicateMerging, AMergeThatEndsDuringANewAnalysisLeavesItAlone)
     EXPECT_EQ(model->duplicatePhase(), analysing);
     ASSERT_TRUE(test::processEventsUntil([&error] { return error.has_value(); }));
     ASSERT_TRUE(waitForPhase(ScanPhase::finished()));
+    EXPECT_TRUE(model->duplicates()->empty());
     EXPECT_THAT(listed(), ElementsAre("a"));
 }
 
@@ -412,6 +416,24 @@ TEST_F(DisturbedMerging, WhatTakesTheNameOfACopyIsNotDeletedWithIt)
     merge(false);
     EXPECT_EQ(folder.readFile("copy/precious"), "new");
     EXPECT_EQ(folder.readFile("kept"), "same");
+}
+
+TEST_F(DisturbedMerging, WhatTakesTheNameOfACopyComesBackFromTheTrash)
+{
+    machine.trash->places = {{folder / "Trash", folder / "Trash"}};
+    machine.trash->whenTrashed = [this](const std::string& path) {
+        fs::remove(path);
+        folder.writeFile(fs::path(path).filename().native() + "/precious", "new");
+        fs::create_directories(folder / "Trash");
+        fs::rename(path, folder / "Trash/1");
+    };
+    model = std::make_unique<AppModel>(scanner, machine.platform());
+    add("kept", "same", day(9));
+    add("copy", "same", day(1));
+    analyse();
+    merge(true);
+    EXPECT_EQ(folder.readFile("copy/precious"), "new");
+    EXPECT_EQ(model->history().front().detail, "0 copies moved to Trash · Zero KB freed");
 }
 
 TEST_F(DisturbedMerging, AFailureInTheMiddleLeavesNoGroupsBehind)
