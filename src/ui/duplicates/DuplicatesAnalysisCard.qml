@@ -7,9 +7,23 @@ Card {
     id: card
 
     required property DuplicatesState duplicates
+    /// One of its buttons has the keyboard.
+    readonly property bool hasKeyboard: stop.activeFocus || again.activeFocus
+
+    /// Puts the keyboard on the button that is to be seen.
+    function takeFocus() {
+        (duplicates.failed ? again : stop).forceActiveFocus(Qt.OtherFocusReason);
+    }
 
     implicitHeight: Math.max(66, phase.implicitHeight + 34)
 
+    Connections {
+        target: card.duplicates
+        function onChanged() {
+            if (card.hasKeyboard && (card.duplicates.failed ? stop : again).activeFocus)
+                card.takeFocus();
+        }
+    }
     Spinner {
         x: 20
         anchors.verticalCenter: parent.verticalCenter
@@ -25,6 +39,7 @@ Card {
     }
     AppText {
         id: phase
+        Accessible.ignored: true
         objectName: "analysisPhase"
         x: 49
         anchors.verticalCenter: parent.verticalCenter

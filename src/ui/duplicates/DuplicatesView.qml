@@ -9,6 +9,14 @@ SectionScreen {
     /// The search, or why it failed, stands in the place of the button that starts it.
     readonly property bool showsAnalysis: duplicates.analyzing || duplicates.failed
 
+    // Buttons give way to others, and the keyboard goes with them.
+    onShowsAnalysisChanged: {
+        if (showsAnalysis && analyze.activeFocus)
+            analysis.takeFocus();
+        else if (!showsAnalysis && analysis.hasKeyboard)
+            analyze.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
     PageHeader {
         id: header
         x: 28
@@ -33,7 +41,15 @@ SectionScreen {
         width: parent.width
         visible: screen.duplicates.hasRecords
 
+        Item {
+            x: 28
+            width: parent.width - 56
+            height: analyze.height
+            Accessible.role: Accessible.StatusBar
+            Accessible.name: screen.duplicates.spokenText
+        }
         DuplicatesAnalysisCard {
+            id: analysis
             x: 28
             width: parent.width - 56
             visible: screen.showsAnalysis
@@ -56,6 +72,7 @@ SectionScreen {
             anchors.verticalCenter: analyze.verticalCenter
             visible: screen.duplicates.foundSome
             text: screen.duplicates.summary
+            Accessible.ignored: true
             weight: 600
             color: Theme.ink("orange")
         }

@@ -49,6 +49,25 @@ QString DuplicatesState::summary() const
     return list.empty() ? QString() : duplicatesSummary(list.size(), list.reclaimableBytes());
 }
 
+QString DuplicatesState::spokenText() const
+{
+    if (foundSome())
+        return summary();
+    return foundNone() ? QStringLiteral("No duplicates found") : phaseText();
+}
+
+void DuplicatesState::analyze()
+{
+    if (!analyzing())
+        m_model.startDuplicateAnalysis();
+}
+
+void DuplicatesState::stop()
+{
+    if (analyzing())
+        m_model.stopDuplicateAnalysis();
+}
+
 void DuplicatesState::askMerge(bool toTrash)
 {
     if (m_merging || !foundSome())

@@ -27,6 +27,8 @@ class DuplicatesState final : public QObject {
     Q_PROPERTY(bool foundSome READ foundSome NOTIFY changed)
     /// "38 groups · 6.84 GB reclaimable"
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
+    /// What a screen reader says when the search begins and when it ends.
+    Q_PROPERTY(QString spokenText READ spokenText NOTIFY changed)
     /// A merge is under way.
     Q_PROPERTY(bool merging READ merging NOTIFY changed)
     Q_PROPERTY(kestavon::DuplicateRows* rows READ rows CONSTANT)
@@ -43,12 +45,15 @@ public:
     bool foundNone() const { return isPhase(ScanPhase::Kind::finished) && !foundSome(); }
     bool foundSome() const { return !m_model.duplicates()->empty(); }
     QString summary() const;
+    QString spokenText() const;
     bool merging() const { return m_merging; }
     DuplicateRows* rows() { return &m_rows; }
     Confirmation* confirmation() { return &m_confirmation; }
 
-    Q_INVOKABLE void analyze() { m_model.startDuplicateAnalysis(); }
-    Q_INVOKABLE void stop() { m_model.stopDuplicateAnalysis(); }
+    /// Nothing while the search runs.
+    Q_INVOKABLE void analyze();
+    /// Nothing unless the search runs.
+    Q_INVOKABLE void stop();
     /// Ask whether to merge all groups, and do so when the answer is yes; nothing while a merge is
     /// under way. The question is withdrawn when the groups change meanwhile: nobody was asked
     /// about the new ones.

@@ -59,8 +59,13 @@ T.Popup {
 
     onAboutToShow: opener = parent && parent.Window.window ? parent.Window.window.activeFocusItem : null
     onOpened: {
-        if (initialFocus)
-            initialFocus.forceActiveFocus(Qt.TabFocusReason);
+        if (!initialFocus)
+            return;
+        initialFocus.forceActiveFocus(Qt.TabFocusReason);
+        // Opened once more, it has the focus already, and for the reason of the click before.
+        const control = initialFocus as T.Control;
+        if (control)
+            control.focusReason = Qt.TabFocusReason;
     }
     onClosed: {
         if (opener)

@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <filesystem>
+#include <stdexcept>
 
 #include <gmock/gmock.h>
 
@@ -211,25 +212,36 @@ TEST_F(DuplicatesWindow, WithdrawsTheQuestionWhenTheGroupsAreOthers)
     EXPECT_FALSE(states->duplicates()->merging());
 }
 
-TEST_F(DuplicatesWindow, SaysWhyAMergeFailed)
+TEST_F(DuplicatesWindow, TheKeyboardGoesToTheButtonThatTakesTheOthersPlace)
 {
     scanTwoPairs();
-    find({{0, 1}});
-    states->duplicates()->confirmation()->setErrorMessage("There isn't enough memory.");
-    EXPECT_TRUE(waitFor("Error"));
-    EXPECT_TRUE(shown("There isn't enough memory."));
-    clickItem("ok");
-    waitUntilGone("Error");
-    EXPECT_TRUE(shown("1 groups · 5 KB reclaimable"));
+    need("analyze").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    EXPECT_TRUE(states->duplicates()->analyzing());
+    EXPECT_TRUE(need("stopAnalysis").hasActiveFocus());
+    press(Qt::Key_Space);
+    EXPECT_FALSE(states->duplicates()->analyzing());
+    EXPECT_TRUE(need("analyze").hasActiveFocus());
+
+    press(Qt::Key_Space);
+    duplicateFinder->failWith("The disk is on fire.");
+    waitForEnd();
+    EXPECT_TRUE(need("analyzeAgain").hasActiveFocus());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(need("stopAnalysis").hasActiveFocus());
+    duplicateFinder->finishWith({{0, 1}});
+    waitForEnd();
+    EXPECT_TRUE(need("analyze").hasActiveFocus());
+    EXPECT_EQ(states->duplicates()->spokenText(), "1 groups · 5 KB reclaimable");
 }
 
 /// The same with real files that are searched and merged.
 class DuplicatesOnDisk : public test::WindowTest {
 protected:
-    DuplicatesOnDisk()
+    explicit DuplicatesOnDisk(bool hasRealTrash = true)
     {
         machine.home = folder.path();
-        machine.hasRealTrash = true;
+        machine.hasRealTrash = hasRealTrash;
         machine.files->listable.insert(folder / "Library/Mail");
         TestWindow::open({.otherDuplicateFinder = findDuplicates});
         model->setSection(AppSection::duplicates);
@@ -265,6 +277,8 @@ TEST_F(DuplicatesOnDisk, GoToTheTrashOnlyAfterAYesAndComeBackByUndo)
     EXPECT_TRUE(shown("3 copies"));
 
     clickItem("mergeToTrash");
+    waitFor("Merge 1 duplicate groups?");
+    EXPECT_TRUE(need("cancel").property("visualFocus").toBool()) << "asked once more";
     clickItem("confirm");
     waitForMerge();
     EXPECT_TRUE(exists("new"));
@@ -300,6 +314,29 @@ TEST_F(DuplicatesOnDisk, GoForGoodAfterAYesAndTheMarkedOneStays)
     EXPECT_FALSE(exists("old") || exists("older"));
     EXPECT_EQ(model->history().front().detail, "2 copies permanently deleted · 2 KB freed");
     EXPECT_FALSE(shown("Undo"));
+}
+
+class DuplicatesAndABrokenTrash : public DuplicatesOnDisk {
+protected:
+    DuplicatesAndABrokenTrash()
+        : DuplicatesOnDisk(false)
+    {
+    }
+};
+
+TEST_F(DuplicatesAndABrokenTrash, AMergeThatFailedSaysWhyAndItsGroupsAreGone)
+{
+    machine.trash->whenTrashed
+        = [](const std::string&) { throw std::runtime_error("The disk is on fire."); };
+    clickItem("mergeToTrash");
+    clickItem("confirm");
+    waitForMerge();
+    EXPECT_TRUE(waitFor("Error"));
+    EXPECT_TRUE(shown("The disk is on fire."));
+    clickItem("ok");
+    waitUntilGone("Error");
+    EXPECT_FALSE(states->duplicates()->foundSome());
+    EXPECT_TRUE(exists("old") && exists("new") && exists("older"));
 }
 
 } // namespace
