@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/domain/installed_app.h"
 #include "core/domain/junk_category.h"
 
 #include <string>
@@ -29,6 +30,26 @@ struct JunkLocation {
     JunkRule rule = JunkRule::everyEntry;
 
     friend bool operator==(const JunkLocation&, const JunkLocation&) = default;
+};
+
+/// A folder of property lists that define jobs which start by themselves.
+struct StartupFolder {
+    std::string folder;
+    bool isSystem = false; ///< everybody's, and not the user's to change
+};
+
+/// How the entries of a folder are told to be an application's.
+enum class LeftoverRule {
+    anyEntry, ///< by all of its name, which may also hold an application's between two dots
+    propertyList, ///< property lists only, by their names without the extension
+    savedState, ///< by the name without its extension; only folders count
+};
+
+/// A folder in which applications leave data of their own.
+struct LeftoverLocation {
+    std::string folder;
+    LeftoverFile::LeftoverKind kind = LeftoverFile::LeftoverKind::other;
+    LeftoverRule rule = LeftoverRule::anyEntry;
 };
 
 /// Where everything is, decided once at start. Engines walk its tables and never ask which kind of
@@ -64,6 +85,16 @@ struct HostLayout {
     std::vector<JunkLocation> junkLocations;
     /// Folders in which applications are installed, in the order of the search.
     std::vector<std::string> applicationFolders;
+    /// Those of them from which the user may take applications away.
+    std::vector<std::string> uninstallFolders;
+    /// Where applications leave data, in the order of the search.
+    std::vector<LeftoverLocation> leftoverLocations;
+
+    /// Where jobs that start by themselves are defined, in the order of the search.
+    std::vector<StartupFolder> startupFolders;
+    /// Files with one of these texts anywhere in their paths can make software start by itself.
+    /// Each ends with a slash.
+    std::vector<std::string> persistenceMarkers;
 
     /// `path` below the system root: "/Library" is "/mnt/mac/Library" when a Mac's disk is there.
     std::string belowSystemRoot(const std::string& path) const;

@@ -5,6 +5,7 @@
 #include "core/domain/uuid.h"
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,6 +46,17 @@ struct InstalledApp {
     std::optional<std::string> bundleID;
     std::string appURL; ///< absolute path of the application
     std::vector<LeftoverFile> leftovers;
+
+    /// The sizes of all leftovers together, in bytes; stops at the largest 64-bit number.
+    std::int64_t leftoverBytes() const
+    {
+        std::int64_t sum = 0;
+        for (const auto& leftover : leftovers) {
+            if (__builtin_add_overflow(sum, leftover.size, &sum))
+                return std::numeric_limits<std::int64_t>::max();
+        }
+        return sum;
+    }
 };
 
 } // namespace kestavon

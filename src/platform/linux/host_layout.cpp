@@ -1,5 +1,6 @@
 #include "platform/host_layout.h"
 
+#include "platform/linux/application_places.h"
 #include "platform/linux/junk_locations.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
@@ -160,6 +161,8 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
         layout.scanExclusions.push_back(layout.belowSystemRoot(place));
     layout.junkLocations = junkLocationsOf(layout);
     layout.applicationFolders = applicationFoldersOf(layout);
+    addApplicationPlaces(layout);
+    addStartupPlaces(layout);
     return layout;
 }
 

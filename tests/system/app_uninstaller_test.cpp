@@ -1,0 +1,143 @@
+#include "support/temporary_tree.h"
+#include "system/app_uninstaller.h"
+
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+namespace kestavon {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// A Mac's disk that is attached here, with a home on it.
+class UninstallerOfAMac : public testing::Test {
+protected:
+    UninstallerOfAMac() { disk.folder("home/Library"); }
+
+    void install(const std::string& bundle, const std::string& identifier)
+    {
+        disk.writeFile(bundle + "/Contents/Info.plist",
+            "<plist version=\"1.0\"><dict><key>CFBundleIdentifier</key><string>" + identifier
+                + "</string></dict></plist>");
+    }
+    void leave(const std::string& name, std::int64_t bytes)
+    {
+        disk.file("home/Library/" + name, bytes);
+    }
+    std::vector<InstalledApp> scan(const std::stop_token& stop = {})
+    {
+        return AppUninstaller(makeHostLayout({.home = disk / "home", .systemRoot = disk.path()}))
+            .scanInstalledApps(stop);
+    }
+    static std::vector<std::string> namesOf(const std::vector<InstalledApp>& apps)
+    {
+        std::vector<std::string> names;
+        for (const auto& app : apps)
+            names.push_back(app.name + " " + app.bundleID.value_or("-"));
+        return names;
+    }
+    std::vector<std::string> leftoversOf(const InstalledApp& app)
+    {
+        std::vector<std::string> texts;
+        for (const auto& leftover : app.leftovers)
+            texts.push_back(leftover.url.substr((disk / "home/Library/").size()) + " "
+                + std::to_string(leftover.size) + " " + std::string(rawValue(leftover.kind)));
+        return texts;
+    }
+
+    test::TemporaryTree disk;
+};
+
+TEST_F(UninstallerOfAMac, ListsApplicationsOfTheTwoFoldersAndTheirOwnOnly)
+{
+    install("Applications/Viewer.app", "org.example.Viewer");
+    install("Applications/Utilities/Console.app", "org.example.Console");
+    install("Applications/.Hidden.app", "org.example.Hidden");
+    install("System/Applications/Mail.app", "org.example.Mail");
+    install("home/Applications/Editor.app", "com.example.Editor");
+    disk.file("Applications/flat.app", 3);
+    disk.file("Applications/Loud.APP", 3);
+    disk.folder("Applications/Empty.app");
+    const auto apps = scan();
+    EXPECT_THAT(namesOf(apps),
+        ElementsAre("Empty -", "Viewer org.example.Viewer", "flat -", "Editor com.example.Editor"));
+    EXPECT_EQ(apps[3].appURL, disk / "home/Applications/Editor.app");
+    EXPECT_THAT(apps[3].leftovers, IsEmpty());
+}
+
+TEST_F(UninstallerOfAMac, FindsWhatAnApplicationLeavesFolderByFolder)
+{
+    install("Applications/Editor.app", "com.example.Editor");
+    leave("Saved Application State/com.example.editor.savedState/data", 8);
+    leave("Saved Application State/com.example.editor.x", 9); // a file
+    leave("Preferences/com.example.Editor.plist", 7);
+    leave("Preferences/com.example.editor.folder.plist/x", 7);
+    leave("HTTPStorages/com.example.Editor/x", 6);
+    leave("Application Scripts/com.example.Editor/x", 5);
+    leave("Containers/com.example.Editor/Data/x", 4);
+    leave("Logs/Editor.log", 3);
+    leave("Caches/.com.example.editor.hidden/x", 2);
+    leave("Application Support/Editor/a/b", 1);
+    leave("Application Support/Editor/.hidden", 1);
+    leave("Application Support/Editor/Helper.app/Contents/large", 1000); // a package
+    leave("Application Support/Editor Empty/none", 0);
+    leave("Application Support/Editor.xpc", 10);
+    disk.link("home/Library/Caches/editor.link", "four");
+    leave("WebKit/com.example.Editor/x", 100); // no place of these
+
+    const auto apps = scan();
+    ASSERT_EQ(apps.size(), 1U);
+    EXPECT_THAT(leftoversOf(apps[0]),
+        ElementsAre("Application Support/Editor 2 App Support",
+            "Caches/.com.example.editor.hidden 2 Cache", "Caches/editor.link 4 Cache",
+            "Logs/Editor.log 3 Logs", "Containers/com.example.Editor 4 Container",
+            "Application Scripts/com.example.Editor 5 App Support",
+            "HTTPStorages/com.example.Editor 6 Cache",
+            "Preferences/com.example.Editor.plist 7 Preferences",
+            "Saved Application State/com.example.editor.savedState 8 Saved State"));
+    EXPECT_EQ(apps[0].leftoverBytes(), 41);
+}
+
+TEST_F(UninstallerOfAMac, ThoseThatLeaveMostComeFirst)
+{
+    for (const auto* name : {"A", "B", "C", "D"})
+        install("Applications/" + std::string(name) + ".app", "org.example." + std::string(name));
+    leave("Caches/B/x", 10);
+    leave("Logs/b.log/x", 5);
+    leave("Caches/D/x", 20);
+    const auto apps = scan();
+    EXPECT_THAT(namesOf(apps),
+        ElementsAre("D org.example.D", "B org.example.B", "A org.example.A", "C org.example.C"));
+}
+
+TEST_F(UninstallerOfAMac, WhatSeveralApplicationsLeaveIsListedWithEach)
+{
+    install("Applications/One.app", "org.example.Editor");
+    install("Applications/Two.app", "com.other.Editor");
+    leave("Caches/Editor/x", 10);
+    const auto apps = scan();
+    EXPECT_EQ(apps[0].leftovers.at(0).url, apps[1].leftovers.at(0).url);
+    EXPECT_NE(apps[0].leftovers.at(0).id, apps[1].leftovers.at(0).id);
+}
+
+TEST_F(UninstallerOfAMac, AStopBringsBackWhatWasFound)
+{
+    install("Applications/One.app", "org.example.Editor");
+    leave("Caches/Editor/x", 10);
+    std::stop_source source;
+    source.request_stop();
+    EXPECT_THAT(scan(source.get_token()), IsEmpty());
+}
+
+TEST(UninstallerOfANativeHome, HasNoPlacesOfAMac)
+{
+    const test::TemporaryTree tree;
+    const auto layout = makeHostLayout({.home = tree.path()});
+    EXPECT_THAT(layout.uninstallFolders, IsEmpty());
+    EXPECT_THAT(AppUninstaller(layout).scanInstalledApps(), IsEmpty());
+}
+
+} // namespace
+} // namespace kestavon
