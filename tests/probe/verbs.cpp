@@ -14,6 +14,8 @@
 #include "safearea/quarantine_store.h"
 #include "smartclean/smart_scanner.h"
 #include "storage/file_scanner.h"
+#include "system/app_uninstaller.h"
+#include "system/startup_items.h"
 
 #include <algorithm>
 #include <array>
@@ -218,6 +220,26 @@ JunkCategory categoryNamed(const std::string& name)
     return static_cast<JunkCategory>(found - names.begin());
 }
 
+void printStartupItems(const Arguments&)
+{
+    for (const auto& item : listStartupItems(Machine().layout.startupFolders)) {
+        for (const auto& text : {item.label, item.programPath, item.plistURL})
+            field(text);
+        field(item.isSystem ? "1" : "0");
+    }
+}
+
+void printLeftovers(const Arguments&)
+{
+    for (const auto& app : AppUninstaller(Machine().layout).scanInstalledApps()) {
+        for (const auto& leftover : app.leftovers) {
+            field(app.name);
+            field(std::string(rawValue(leftover.kind)));
+            field(leftover.url);
+        }
+    }
+}
+
 void printJunk(const Arguments& arguments)
 {
     const SmartScanner scanner(Machine().layout,
@@ -270,6 +292,8 @@ const std::map<std::string, Verb>& verbs()
             [](const Arguments& arguments) { merge(arguments, ActionKind::permanent); }},
         {"merge-trash", [](const Arguments& arguments) { merge(arguments, ActionKind::trash); }},
         {"junk", printJunk},
+        {"startup", printStartupItems},
+        {"apps", printLeftovers},
         {"scan", printScan},
         {"summary", printSummary},
         {"scan-delete",
