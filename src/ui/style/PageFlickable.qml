@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Kestavon.Ui
 
 /// A page that scrolls when the window is too small for it: by wheel, by its bar, and once it has
-/// the keyboard by the keys that scroll.
+/// the keyboard by the keys that scroll. What the Tab key reaches comes into sight.
 Flickable {
     id: page
 
@@ -11,6 +11,21 @@ Flickable {
 
     function scrollBy(distance: real) {
         contentY = Math.max(0, Math.min(contentHeight - height, contentY + distance));
+    }
+
+    /// Scrolls until all of `item` is in sight, if it is on the page.
+    function show(item: Item) {
+        let above = item;
+        while (above && above !== contentItem)
+            above = above.parent;
+        if (!above || fits)
+            return;
+        const top = item.mapToItem(contentItem, 0, 0).y - 20;
+        const bottom = top + 20 + item.height + 48; // with the edges of what it stands on
+        if (top < contentY)
+            scrollBy(top - contentY);
+        else if (bottom > contentY + height)
+            scrollBy(bottom - contentY - height);
     }
 
     contentWidth: width
@@ -35,6 +50,20 @@ Flickable {
         event.accepted = true;
     }
     T.ScrollBar.vertical: AppScrollBar {}
+
+    // Later, because what was clicked must not move before the button is up; only the keys show
+    // where the keyboard is. What comes up above it may push it out of sight again.
+    Window.onActiveFocusItemChanged: reveal.restart()
+    onContentHeightChanged: reveal.restart()
+    Timer {
+        id: reveal
+        interval: 0
+        onTriggered: {
+            const focused = page.Window.activeFocusItem as T.Control;
+            if (focused && focused.visualFocus)
+                page.show(focused);
+        }
+    }
 
     FocusRing {
         parent: page

@@ -44,6 +44,17 @@ TEST_F(DashboardWindow, TurnsItsScanButtonIntoAStopButtonAndBack)
     EXPECT_EQ(label("scanStorage"), "Scan Storage");
 }
 
+TEST_F(DashboardWindow, BringsIntoSightWhatTheTabKeyReaches)
+{
+    window->resize(1180, 420);
+    processEvents();
+    const auto& button = need("scanStorage");
+    const auto bottom = [&] { return button.mapToScene({0, button.height()}).y(); };
+    ASSERT_GT(bottom(), 420);
+    need("scanStorage").forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(processEventsUntil([&] { return bottom() < 420; }));
+}
+
 TEST_F(DashboardWindow, StartsTheAnalysesOnceThereIsSomethingToAnalyse)
 {
     scan({test::file("/home/alice/a", 1000), test::file("/home/alice/b", 1000)});
