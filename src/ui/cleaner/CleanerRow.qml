@@ -2,7 +2,7 @@ import QtQuick
 import Kestavon.Ui
 
 /// One suggestion. A click anywhere in the row ticks it.
-VirtualListRow {
+TickRow {
     id: line
 
     required property CleanerState cleaner
@@ -24,42 +24,16 @@ VirtualListRow {
 
     path: shown.path
     label: [shown.name, shown.reason, shown.modified, shown.size].join(", ")
+    tickName: shown.name
+    tickDescription: shown.pathText
+    tipParent: name
+    ticked: {
+        cleaner.selectionRevision;
+        cleaner.contentRevision;
+        return cleaner.isSelected(row);
+    }
+    onTick: cleaner.toggle(row)
 
-    HoverFill {
-        anchors.fill: parent
-        anchors.leftMargin: 8
-        anchors.rightMargin: 8
-        anchors.topMargin: 2
-        anchors.bottomMargin: 3
-        hovered: hover.hovered
-        pressed: tap.pressed
-    }
-    AppCheckBox {
-        id: box
-        x: 18
-        anchors.verticalCenter: parent.verticalCenter
-        anchors.verticalCenterOffset: -0.5
-        focusPolicy: Qt.NoFocus // the row has the keyboard
-        Accessible.name: line.shown.name
-        Accessible.description: line.shown.pathText
-        checked: {
-            line.cleaner.selectionRevision;
-            line.cleaner.contentRevision;
-            return line.cleaner.isSelected(line.row);
-        }
-        // The model has the tick; the box only shows it.
-        nextCheckState: () => checkState
-        onClicked: line.tick()
-        Item {
-            anchors.centerIn: parent
-            width: 16
-            height: 16
-            FocusRing {
-                visible: line.ringShown
-                controlRadius: 4
-            }
-        }
-    }
     SymbolIcon {
         x: 48
         anchors.verticalCenter: parent.verticalCenter
@@ -102,28 +76,5 @@ VirtualListRow {
         text: line.shown.size
         weight: 500
         Accessible.ignored: true
-    }
-
-    function tick() {
-        list.choose(row);
-        cleaner.toggle(row);
-    }
-
-    HoverHandler {
-        id: hover
-    }
-    Loader {
-        active: hover.hovered && line.exists
-        sourceComponent: AppToolTip {
-            parent: name
-            x: 0
-            text: line.shown.pathText
-            visible: true
-        }
-    }
-    TapHandler {
-        id: tap
-        gesturePolicy: TapHandler.ReleaseWithinBounds
-        onTapped: line.tick()
     }
 }

@@ -15,6 +15,7 @@ T.CheckBox {
     hoverEnabled: true
     opacity: enabled ? 1 : 0.45
     Accessible.name: label
+    Accessible.checkStateMixed: mixed
 
     indicator: Rectangle {
         readonly property bool on: box.checked || box.mixed

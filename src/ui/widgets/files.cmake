@@ -38,6 +38,7 @@ list(APPEND ui_qml_files
     widgets/StorageBar.qml
     widgets/TableColumn.qml
     widgets/ThreatBadge.qml
+    widgets/TickRow.qml
     widgets/VirtualList.qml
     widgets/VirtualListRow.qml
     widgets/VirtualTable.qml
