@@ -115,7 +115,7 @@ void hold(TestWindow& window)
     for (const auto& held : shots::itemsToHold()) {
         window.machine.clock->time = held.movedAt;
         JunkGroup group;
-        group.items.push_back(held.candidate);
+        group.items = {held.candidate};
         bool done = false;
         window.model->cleanJunkItems(group, {held.candidate.id}, ActionKind::safeArea, {},
             [&done](const std::string&) { done = true; });

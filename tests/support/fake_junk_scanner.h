@@ -4,6 +4,7 @@
 #include "core/domain/junk_category.h"
 #include "support/scripted_runs.h"
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,14 @@ public:
         } catch (const Cancelled&) {
             return foundWhenStopped;
         }
+    }
+
+    /// The scanner for who keeps a function.
+    static auto asScanner(std::shared_ptr<FakeJunkScanner> scanner)
+    {
+        return [scanner = std::move(scanner)](JunkCategory category, const std::stop_token& stop) {
+            return (*scanner)(category, stop);
+        };
     }
 
     /// Lets the running scan, or else the next one, find these.

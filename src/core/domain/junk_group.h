@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/domain/cleanup_candidate.h"
 #include "core/domain/junk_category.h"
+#include "core/domain/junk_items.h"
 
 #include <vector>
 
@@ -11,7 +11,7 @@ namespace kestavon {
 struct JunkGroup {
     Uuid id;
     JunkCategory category = JunkCategory::appCaches;
-    std::vector<CleanupCandidate> items; ///< what the last scan of the category found
+    JunkItems items; ///< what the last scan of the category found
     bool isScanning = false;
     bool isScanned = false; ///< the last scan started for this group has completed
 };

@@ -230,8 +230,8 @@ public:
     void moveSelectedCleanupToSafeArea(Finished finished = {});
     /// Removes the group's items with these ids. For the Safe Area, `moved` gets how many moved and
     /// how many were to be; it is not called after an error.
-    void cleanJunkItems(const JunkGroup& group, const std::unordered_set<Uuid>& ids,
-        ActionKind action, std::function<void(std::size_t moved, std::size_t requested)> moved = {},
+    void cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> ids, ActionKind action,
+        std::function<void(std::size_t moved, std::size_t requested)> moved = {},
         Finished finished = {});
     /// Puts an item, of an earlier run too, at its `originalPath`; never over something else.
     void restoreFromSafeArea(const QuarantineItem& item, Finished finished = {});
@@ -383,18 +383,21 @@ private:
     /// Whether the item at `path` lies there again: it is there, and it is no newcomer in the place
     /// of something that did not come back.
     static bool isBack(const std::string& path, const PathSet& missing, const FilePlaces& places);
-    using JunkFound = std::function<void(std::vector<CleanupCandidate> items)>;
+    using JunkFound = std::function<void(JunkItems items)>;
     /// Scans the category when those before it are done, and hands over what it found.
     void scanJunk(JunkCategory category, const std::stop_token& stop, JunkFound found);
-    void deliverJunk(JunkCategory category, std::vector<CleanupCandidate> items);
+    void deliverJunk(JunkCategory category, JunkItems items);
+    /// Items that are taken out of a group.
+    struct JunkCut {
+        JunkGroup before;
+        JunkItems left; ///< of those that were there before
+    };
     /// Groups as they were when items were taken from them.
     using JunkBefore = std::shared_ptr<const std::vector<JunkGroup>>;
-    /// Takes the items with these ids out of the groups, or of the one with this id, and returns
-    /// the groups that they were in.
-    JunkBefore dropJunk(const std::unordered_set<Uuid>& ids, const std::optional<Uuid>& group = {});
+    /// Takes out what the cuts do not leave, and returns the groups that it was in.
+    JunkBefore dropJunk(const std::vector<JunkCut>& cuts);
     /// Lists again what came back, as far as the groups have not been scanned anew.
     void relistJunk(const JunkBefore& before, const Missing& missing, Relisted then);
-    bool relistInGroup(const JunkGroup& before, const std::unordered_set<Uuid>& present);
     /// Giving back the memory of a million records takes longer than a frame.
     template <class T> void disposeInBackground(T value)
     {

@@ -12,14 +12,38 @@ namespace {
 
 /// What became of the items of one cleaning.
 struct Cleaned {
+    RemovalTally requested;
     RemovalReport removed;
     FileResult<std::vector<QuarantineItem>> held = std::vector<QuarantineItem>();
 };
+
+template <class Picks> std::vector<CleanupCandidate> picked(const JunkItems& items, Picks picks)
+{
+    std::vector<CleanupCandidate> result;
+    std::ranges::copy_if(items, std::back_inserter(result), picks);
+    return result;
+}
+
+JunkItems without(const JunkItems& items, const std::unordered_set<Uuid>& ids)
+{
+    return picked(items, [&ids](const auto& item) { return !ids.contains(item.id); });
+}
+
+std::unordered_set<Uuid> idsOf(const JunkItems& items)
+{
+    std::unordered_set<Uuid> ids;
+    ids.reserve(items.size());
+    for (const auto& item : items)
+        ids.insert(item.id);
+    return ids;
+}
 
 Cleaned clean(QuarantineStore& store, const Platform& platform, ActionKind action,
     const std::vector<CleanupCandidate>& items)
 {
     Cleaned cleaned;
+    for (const auto& item : items)
+        cleaned.requested += {.count = 1, .bytes = item.estimatedBytes};
     if (action == ActionKind::safeArea) {
         cleaned.held = store.quarantine(items);
         return cleaned;
@@ -48,28 +72,33 @@ std::string movedText(std::size_t moved, const RemovalTally& requested)
 
 } // namespace
 
-void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<Uuid>& ids,
+void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> ids,
     ActionKind action, std::function<void(std::size_t, std::size_t)> moved, Finished finished)
 {
-    std::vector<CleanupCandidate> selected;
-    RemovalTally requested;
-    for (const auto& item : group.items) {
-        if (!ids.contains(item.id))
-            continue;
-        selected.push_back(item);
-        requested += {.count = 1, .bytes = item.estimatedBytes};
-    }
-
-    auto cleanSelected
-        = [store = m_quarantineStore, platform = m_platform, action,
-              selected = std::move(selected)] { return clean(*store, platform, action, selected); };
+    struct CleanedGroup {
+        Cleaned cleaned;
+        std::vector<JunkCut> cuts;
+    };
+    std::vector<JunkGroup> listed; // the group, if it still is
+    std::ranges::copy_if(m_junkGroups, std::back_inserter(listed),
+        [&group](const JunkGroup& shown) { return shown.id == group.id; });
+    auto work = [store = m_quarantineStore, platform = m_platform, action, items = group.items,
+                    listed = std::move(listed), ids = std::move(ids)] {
+        const auto isSelected = [&ids](const auto& item) { return ids.contains(item.id); };
+        CleanedGroup done{
+            .cleaned = clean(*store, platform, action, picked(items, isSelected)), .cuts = {}};
+        // The whole selection leaves the group, what stayed at its place too.
+        for (const auto& shown : listed)
+            done.cuts.push_back({.before = shown, .left = without(shown.items, ids)});
+        return done;
+    };
     auto& queue = action == ActionKind::safeArea ? m_quarantineQueue : m_removalQueue;
-    runInBackground(queue, this, std::move(cleanSelected),
-        [this, groupId = group.id, category = group.category, ids, action, requested,
-            moved = std::move(moved), finished = std::move(finished)](Outcome<Cleaned> outcome) {
+    runInBackground(queue, this, std::move(work),
+        [this, category = group.category, action, moved = std::move(moved),
+            finished = std::move(finished)](Outcome<CleanedGroup> outcome) {
             if (!outcome.value)
                 return report(finished, outcome.error);
-            auto& [removed, held] = *outcome.value;
+            auto& [requested, removed, held] = outcome.value->cleaned;
             if (!held)
                 return report(finished, held.error().message);
             const auto movedCount = held->size();
@@ -80,10 +109,9 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
                 addToQuarantine(std::move(*held));
             } else if (action == ActionKind::trash) {
                 move.count = removed.tally.count;
-                move.trashed = removed.trashed;
+                move.trashed = std::move(removed.trashed);
             }
-            // The whole selection leaves the group, what stayed at its place too.
-            const auto before = dropJunk(ids, groupId);
+            const auto before = dropJunk(outcome.value->cuts);
 
             switch (action) {
             case ActionKind::safeArea:
@@ -110,18 +138,15 @@ void AppModel::cleanJunkItems(const JunkGroup& group, const std::unordered_set<U
 void AppModel::cleanAllJunk(Finished finished)
 {
     const auto total = fileByteCount(totalJunkBytes());
-    std::vector<CleanupCandidate> items;
-    std::unordered_set<Uuid> ids;
-    for (const auto& group : m_junkGroups) {
-        for (const auto& item : group.items) {
-            items.push_back(item);
-            ids.insert(item.id);
-        }
-    }
-    runInBackground(
-        m_quarantineQueue, this,
-        [store = m_quarantineStore, items = std::move(items)] { return store->quarantine(items); },
-        [this, ids = std::move(ids), total, finished = std::move(finished)](
+    const auto groups = std::make_shared<const std::vector<JunkGroup>>(m_junkGroups);
+    auto move = [store = m_quarantineStore, groups] {
+        std::vector<CleanupCandidate> items;
+        for (const auto& group : *groups)
+            items.insert(items.end(), group.items.begin(), group.items.end());
+        return store->quarantine(items);
+    };
+    runInBackground(m_quarantineQueue, this, std::move(move),
+        [this, groups, total, finished = std::move(finished)](
             Outcome<FileResult<std::vector<QuarantineItem>>> outcome) {
             if (!outcome.value)
                 return report(finished, outcome.error);
@@ -133,7 +158,10 @@ void AppModel::cleanAllJunk(Finished finished)
                 .held = *held};
             addToQuarantine(std::move(*held));
             // What a scan has found meanwhile stays.
-            const auto before = dropJunk(ids);
+            std::vector<JunkCut> cuts;
+            for (const auto& group : *groups)
+                cuts.push_back({.before = group, .left = {}});
+            const auto before = dropJunk(cuts);
             recordEvent("Smart Clean complete",
                 std::to_string(move.count) + " items (" + total + ") quarantined");
             move.relist = [this, before](const Missing& missing, Relisted then) {
@@ -144,65 +172,76 @@ void AppModel::cleanAllJunk(Finished finished)
         });
 }
 
-AppModel::JunkBefore AppModel::dropJunk(
-    const std::unordered_set<Uuid>& ids, const std::optional<Uuid>& group)
+AppModel::JunkBefore AppModel::dropJunk(const std::vector<JunkCut>& cuts)
 {
-    const auto isGone = [&ids](const CleanupCandidate& item) { return ids.contains(item.id); };
-    const auto concerns = [&](const JunkGroup& shown) {
-        return (!group || shown.id == *group) && std::ranges::any_of(shown.items, isGone);
-    };
     auto before = std::make_shared<std::vector<JunkGroup>>();
-    std::ranges::copy_if(m_junkGroups, std::back_inserter(*before), concerns);
-    if (before->empty())
-        return before;
-    publishChange(Field::junkGroups, [&] {
-        for (auto& shown : m_junkGroups) {
-            if (concerns(shown))
-                std::erase_if(shown.items, isGone);
+    auto groups = m_junkGroups;
+    for (auto& group : groups) {
+        for (const auto& cut : cuts) {
+            if (cut.before.id != group.id || cut.before.items.size() == cut.left.size())
+                continue;
+            // The items of a group that was scanned anew are others, and none of them goes.
+            auto left = group.items.isCopyOf(cut.before.items)
+                ? cut.left
+                : without(group.items, idsOf(without(cut.before.items, idsOf(cut.left))));
+            if (left.size() == group.items.size())
+                continue;
+            before->push_back(group);
+            group.items = std::move(left);
         }
-    });
+    }
+    if (!before->empty())
+        publish(Field::junkGroups, m_junkGroups, std::move(groups));
     return before;
 }
 
 void AppModel::relistJunk(const JunkBefore& before, const Missing& missing, Relisted then)
 {
-    auto look = [before, missing, places = m_platform.places] {
-        std::unordered_set<Uuid> present;
+    struct Relisting {
+        JunkItems shown;
+        std::optional<JunkItems> items; ///< nothing when the category was scanned anew
+    };
+    auto look = [before, missing, groups = m_junkGroups, places = m_platform.places] {
+        std::vector<Relisting> relistings;
         for (const auto& group : *before) {
-            for (const auto& item : group.items) {
-                if (isBack(item.record.path, *missing, *places))
-                    present.insert(item.id);
-            }
+            auto& relisting = relistings.emplace_back();
+            const auto shown = std::ranges::find(groups, group.id, &JunkGroup::id);
+            if (shown == groups.end() || shown->isScanning)
+                continue;
+            relisting.shown = shown->items;
+            auto listed = idsOf(shown->items);
+            JunkItems items = picked(group.items, [&](const CleanupCandidate& item) {
+                return listed.erase(item.id) > 0 || isBack(item.record.path, *missing, *places);
+            });
+            if (listed.empty())
+                relisting.items = std::move(items);
         }
-        return present;
+        return relistings;
     };
     runInBackground(m_removalQueue, this, std::move(look),
-        [this, before, then = std::move(then)](const Outcome<std::unordered_set<Uuid>>& outcome) {
-            bool areListed = outcome.value && !before->empty();
-            for (const auto& group : *before)
-                areListed = outcome.value && relistInGroup(group, *outcome.value) && areListed;
+        [this, before, missing, then = std::move(then)](
+            Outcome<std::vector<Relisting>> outcome) mutable {
+            if (!outcome.value)
+                return then(false);
+            bool areListed = !before->empty();
+            bool haveChanged = false;
+            auto groups = m_junkGroups;
+            for (std::size_t i = 0; i < before->size(); ++i) {
+                const auto& [shown, items] = (*outcome.value)[i];
+                const auto group = std::ranges::find(groups, (*before)[i].id, &JunkGroup::id);
+                if (!items || group == groups.end() || group->isScanning)
+                    areListed = false;
+                else if (!group->items.isCopyOf(shown))
+                    haveChanged = true;
+                else
+                    group->items = *items;
+            }
+            if (haveChanged) // more was removed meanwhile
+                return relistJunk(before, missing, std::move(then));
+            publish(Field::junkGroups, m_junkGroups, std::move(groups));
+            disposeInBackground(std::move(outcome));
             then(areListed);
         });
-}
-
-/// False when the group has been scanned anew meanwhile.
-bool AppModel::relistInGroup(const JunkGroup& before, const std::unordered_set<Uuid>& present)
-{
-    const auto shown = std::ranges::find(m_junkGroups, before.id, &JunkGroup::id);
-    if (shown == m_junkGroups.end() || shown->isScanning)
-        return false;
-    std::unordered_set<Uuid> listed;
-    for (const auto& item : shown->items)
-        listed.insert(item.id);
-    std::vector<CleanupCandidate> items;
-    for (const auto& item : before.items) {
-        if (listed.erase(item.id) > 0 || present.contains(item.id))
-            items.push_back(item);
-    }
-    if (!listed.empty())
-        return false;
-    publishChange(Field::junkGroups, [&] { std::swap(shown->items, items); });
-    return true;
 }
 
 } // namespace kestavon

@@ -10,10 +10,8 @@ namespace kestavon {
 std::int64_t AppModel::totalJunkBytes() const
 {
     std::int64_t bytes = 0;
-    for (const auto& group : m_junkGroups) {
-        for (const auto& item : group.items)
-            bytes = saturatingSum(bytes, item.estimatedBytes);
-    }
+    for (const auto& group : m_junkGroups)
+        bytes = saturatingSum(bytes, group.items.bytes());
     return bytes;
 }
 
@@ -35,18 +33,16 @@ void AppModel::scanAllJunk()
     const auto run = ++m_junkScanRun;
     const auto unfinished = std::make_shared<std::size_t>(allCases<JunkCategory>().size());
     for (const auto& [category, title] : allCases<JunkCategory>()) {
-        scanJunk(category, stop,
-            [this, category = category, run, unfinished](std::vector<CleanupCandidate> items) {
-                // The groups are another scan's once there is one.
-                if (run == m_junkScanRun)
-                    deliverJunk(category, std::move(items));
-                if (--*unfinished > 0)
-                    return;
-                if (run == m_junkScanRun)
-                    m_junkScanTask.reset();
-                recordEvent(
-                    "Smart Scan complete", fileByteCount(totalJunkBytes()) + " of junk found");
-            });
+        scanJunk(category, stop, [this, category = category, run, unfinished](JunkItems items) {
+            // The groups are another scan's once there is one.
+            if (run == m_junkScanRun)
+                deliverJunk(category, std::move(items));
+            if (--*unfinished > 0)
+                return;
+            if (run == m_junkScanRun)
+                m_junkScanTask.reset();
+            recordEvent("Smart Scan complete", fileByteCount(totalJunkBytes()) + " of junk found");
+        });
     }
 }
 
@@ -61,8 +57,7 @@ void AppModel::scanJunkCategory(JunkCategory category)
         group->isScanned = false;
     });
     scanJunk(category, m_junkCategoryStop.get_token(),
-        [this, category](
-            std::vector<CleanupCandidate> items) { deliverJunk(category, std::move(items)); });
+        [this, category](JunkItems items) { deliverJunk(category, std::move(items)); });
 }
 
 void AppModel::stopJunkScan()
@@ -81,14 +76,15 @@ void AppModel::stopJunkScan()
 void AppModel::scanJunk(JunkCategory category, const std::stop_token& stop, JunkFound found)
 {
     runInBackground(
-        m_junkQueue, this, [scan = m_scanJunk, category, stop] { return scan(category, stop); },
-        [found = std::move(found)](Outcome<std::vector<CleanupCandidate>> outcome) {
+        m_junkQueue, this,
+        [scan = m_scanJunk, category, stop] { return JunkItems(scan(category, stop)); },
+        [found = std::move(found)](Outcome<JunkItems> outcome) {
             // A scan that failed, for want of memory, found nothing.
-            found(std::move(outcome.value).value_or(std::vector<CleanupCandidate>()));
+            found(std::move(outcome.value).value_or(JunkItems()));
         });
 }
 
-void AppModel::deliverJunk(JunkCategory category, std::vector<CleanupCandidate> items)
+void AppModel::deliverJunk(JunkCategory category, JunkItems items)
 {
     const auto group = std::ranges::find(m_junkGroups, category, &JunkGroup::category);
     if (group == m_junkGroups.end())

@@ -99,8 +99,11 @@ void AppModel::undoLastMove(Undone finished)
           };
     if (move->action == ActionKind::safeArea) {
         auto held = std::make_shared<std::vector<QuarantineItem>>();
+        std::unordered_set<Uuid> listed;
+        for (const auto& item : m_quarantine)
+            listed.insert(item.id);
         for (const auto& item : move->held) { // without those that were restored meanwhile
-            if (std::ranges::find(m_quarantine, item.id, &QuarantineItem::id) != m_quarantine.end())
+            if (listed.contains(item.id))
                 held->push_back(item);
         }
         return restoreHeld({.items = held}, std::move(relist));

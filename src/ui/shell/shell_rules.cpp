@@ -69,15 +69,10 @@ std::size_t sidebarBadge(const AppModel& model, AppSection section)
     }
 }
 
-// Sizes are never negative, so a sum above 0 needs one item above 0, and no sum that could
-// overflow.
 std::size_t smartCleanBadge(const std::vector<JunkGroup>& junkGroups)
 {
-    return count(junkGroups, [](const JunkGroup& group) {
-        return group.isScanned && std::ranges::any_of(group.items, [](const auto& item) {
-            return item.estimatedBytes > 0;
-        });
-    });
+    return count(junkGroups,
+        [](const JunkGroup& group) { return group.isScanned && group.items.bytes() > 0; });
 }
 
 std::size_t uninstallerBadge(const std::vector<InstalledApp>& apps)

@@ -286,12 +286,14 @@ TEST_F(AppModelActions, TakesBackWithBusyItems)
 TEST_F(AppModelActions, CleansAGroupThatIsNotShownAnyMoreButTellsOfIt)
 {
     scan({"logs/a", "logs/b", "logs/c"});
-    JunkGroup group{.id = Uuid::random(), .category = JunkCategory::appCaches, .items = {}};
+    std::vector<CleanupCandidate> items;
     for (std::size_t i = 0; i < 3; ++i)
-        group.items.push_back({.id = Uuid::random(),
+        items.push_back({.id = Uuid::random(),
             .record = (*model->records())[i],
             .reason = "Application cache",
             .estimatedBytes = 5});
+    const JunkGroup group{
+        .id = Uuid::random(), .category = JunkCategory::appCaches, .items = std::move(items)};
     std::filesystem::remove(folder / "logs/b");
 
     std::pair<std::size_t, std::size_t> moved;

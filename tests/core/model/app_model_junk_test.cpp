@@ -22,8 +22,7 @@ protected:
     void makeModel()
     {
         model = std::make_unique<AppModel>(scanner, machine.platform(), findDuplicates,
-            [junkScanner = junkScanner](
-                auto category, const auto& stop) { return (*junkScanner)(category, stop); });
+            test::FakeJunkScanner::asScanner(junkScanner));
     }
 
     const JunkGroup& group(JunkCategory category) const
@@ -290,6 +289,30 @@ TEST_F(AppModelJunk, CleaningItemsOfAGroupLeavesTheOthers)
     EXPECT_FALSE(exists("Library/Caches/b"));
     EXPECT_THAT(group(appCaches).items, SizeIs(1));
     EXPECT_EQ(lastEvent().detail, "1 items (5 bytes)");
+}
+
+TEST_F(AppModelJunk, CleaningsAtTheSameTimeTakeEachTheirOwn)
+{
+    const auto first = junkFile("Library/Caches/a");
+    const auto second = junkFile("Library/Caches/b");
+    const auto third = junkFile("Library/Caches/c");
+    scanAll({{first, second, third}});
+    const auto shown = group(appCaches);
+    int done = 0;
+    const auto count = [&done](const std::string&) { ++done; };
+    model->cleanJunkItems(shown, {first.id}, ActionKind::safeArea, {}, count);
+    model->cleanJunkItems(shown, {second.id}, ActionKind::safeArea, {}, count);
+    ASSERT_TRUE(test::processEventsUntil([&] { return done == 2; }));
+    EXPECT_THAT(group(appCaches).items, ElementsAre(third));
+
+    // And while a move is taken back.
+    std::optional<UndoReport> report;
+    model->undoLastMove([&](const UndoReport& result) { report = result; });
+    model->cleanJunkItems(shown, {third.id}, ActionKind::permanent, {}, count);
+    ASSERT_TRUE(test::processEventsUntil([&] { return done == 3 && report; }));
+    EXPECT_THAT(group(appCaches).items, ElementsAre(second));
+    EXPECT_TRUE(exists("Library/Caches/b"));
+    EXPECT_FALSE(exists("Library/Caches/c"));
 }
 
 TEST(AppModelSmartClean, FindsWhatLiesInTheHome)

@@ -181,12 +181,14 @@ TEST_P(AppModelUndo, TakesWhatIsStillInTheSafeArea)
 TEST_P(AppModelUndo, ItemsOfACategoryComeBack)
 {
     scan({"logs/a", "logs/b"});
-    JunkGroup group{.id = Uuid::random(), .category = JunkCategory::systemLogs, .items = {}};
+    std::vector<CleanupCandidate> items;
     for (std::size_t i = 0; i < 2; ++i)
-        group.items.push_back({.id = Uuid::random(),
+        items.push_back({.id = Uuid::random(),
             .record = (*model->records())[i],
             .reason = "Log",
             .estimatedBytes = 5});
+    const JunkGroup group{
+        .id = Uuid::random(), .category = JunkCategory::systemLogs, .items = std::move(items)};
     for (const auto action : {ActionKind::trash, ActionKind::safeArea}) {
         await([&](auto done) {
             model->cleanJunkItems(group, {group.items[0].id, group.items[1].id}, action, {}, done);
