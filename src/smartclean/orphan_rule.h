@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/domain/text_hash.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,14 +31,7 @@ public:
     static bool mayBeOrphan(std::string_view name) { return name.find('.') != name.npos; }
 
 private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const
-        {
-            return std::hash<std::string_view>()(text);
-        }
-    };
-    using Names = std::unordered_set<std::string, Hash, std::equal_to<>>;
+    using Names = std::unordered_set<std::string, TextHash, std::equal_to<>>;
 
     void add(std::string_view identifier);
 

@@ -1,0 +1,146 @@
+#include "smartclean/removal_advice.h"
+
+#include <array>
+
+namespace kestavon {
+
+namespace {
+
+struct Advice {
+    std::string_view label; ///< the reason of the items that it is for
+    std::string_view text;
+};
+
+constexpr std::array advices{
+    Advice{"Application cache",
+        "The app makes this again from its own data or the network; it may start more slowly the "
+        "next time."},
+    Advice{"System log",
+        "Logs are only read to find the cause of a fault, and new ones are begun by themselves."},
+    Advice{"Crash report",
+        "Only those who look into a crash read it; nothing makes it again, and nothing needs it."},
+    Advice{"Trash item",
+        "It was thrown away before; moved to the Safe Area it can still come back, deleted it "
+        "cannot."},
+    Advice{"iOS/iPadOS backup",
+        "The device does not need it, but it is the only way back to what the device held then, "
+        "and a new backup takes hours."},
+
+    Advice{"npm cache", "npm downloads the packages that it needs again at the next install."},
+    Advice{"Yarn cache", "Yarn downloads the packages that it needs again at the next install."},
+    Advice{"Yarn v2 cache", "Yarn downloads the packages that it needs again at the next install."},
+    Advice{"pip cache", "pip downloads or builds the packages that it needs again."},
+    Advice{"Homebrew download cache",
+        "These are the downloads of what is installed already; Homebrew fetches them again if it "
+        "must."},
+    Advice{"Homebrew cache",
+        "These are the downloads of what is installed already; Homebrew fetches them again if it "
+        "must."},
+    Advice{"pnpm content store",
+        "Projects keep what is linked into them; pnpm downloads the rest again at the next "
+        "install."},
+    Advice{"pnpm store",
+        "Projects keep what is linked into them; pnpm downloads the rest again at the next "
+        "install."},
+    Advice{"Cargo registry cache", "Cargo downloads the crates again at the next build."},
+    Advice{"Cargo registry source",
+        "Cargo unpacks the crates again from its downloads at the next build."},
+    Advice{"Gradle cache",
+        "Gradle downloads and builds it again; the next build of each project takes much longer."},
+    Advice{"Maven local repository",
+        "Maven downloads the libraries again, but not those that were built and installed on this "
+        "computer: they have to be built again."},
+    Advice{"CocoaPods download cache", "CocoaPods downloads the pods again at the next install."},
+    Advice{"Ruby gem cache",
+        "Ruby downloads the archives again; gems that were installed here have to be installed "
+        "again."},
+    Advice{"Docker VM images",
+        "Images are downloaded or built again, but the containers and volumes in it are gone for "
+        "good."},
+    Advice{
+        "Bazel build cache", "Bazel builds it again; the next build takes as long as the first."},
+    Advice{"Terraform plugins",
+        "Terraform downloads the plugins again, but not those that were put here by hand."},
+    Advice{"Go module cache", "Go downloads the modules again at the next build."},
+
+    Advice{"Orphaned app support data",
+        "No app that is installed or running goes by this name; if it is installed again, it "
+        "starts without this data."},
+    Advice{"Orphaned app container",
+        "No app that is installed or running goes by this name; if it is installed again, it "
+        "starts without its documents and settings in here."},
+    Advice{"Orphaned group container",
+        "No app that is installed or running goes by this name; if one is installed again, it "
+        "starts without the data that it shared here."},
+    Advice{"Orphaned preference file",
+        "No app that is installed or running goes by this name; if it is installed again, it "
+        "starts with its first settings."},
+
+    Advice{"Old download (90+ days)",
+        "Nobody has changed it for 90 days; whether it can be downloaded again depends on where it "
+        "came from."},
+
+    Advice{"Xcode Derived Data",
+        "Xcode builds and indexes it again; the next build of each project takes as long as the "
+        "first."},
+    Advice{"Xcode iOS Device Support",
+        "Xcode copies it again from a device with this system when one is connected."},
+    Advice{"Xcode watchOS Device Support",
+        "Xcode copies it again from a watch with this system when one is connected."},
+    Advice{"Xcode Archive",
+        "Nothing makes this again: with it go the debug symbols of what was shipped, so keep the "
+        "archives of apps that are in use."},
+    Advice{"iOS Simulator device data",
+        "Xcode makes simulators anew; the apps and data that were put on this one are gone."},
+    Advice{"IB Simulator data", "Xcode makes it again when a layout is shown."},
+
+    Advice{"Safari cache", "Safari loads the pages again; they open more slowly once."},
+    Advice{"Safari local storage",
+        "Web sites kept this on the computer: they may ask to sign in again and forget what was "
+        "set there."},
+    Advice{"Chrome cache", "Chrome loads the pages again; they open more slowly once."},
+    Advice{"Chrome system cache", "Chrome makes it again as it is used."},
+    Advice{"Firefox profile cache", "Firefox loads the pages again; they open more slowly once."},
+    Advice{"Brave cache", "Brave loads the pages again; they open more slowly once."},
+    Advice{"Brave code cache", "Brave prepares the scripts of pages again as they are opened."},
+    Advice{"Edge cache", "Edge loads the pages again; they open more slowly once."},
+    Advice{"Edge code cache", "Edge prepares the scripts of pages again as they are opened."},
+    Advice{"Arc cache", "Arc loads the pages again; they open more slowly once."},
+    Advice{"Opera cache", "Opera loads the pages again; they open more slowly once."},
+    Advice{"Vivaldi cache", "Vivaldi loads the pages again; they open more slowly once."},
+
+    Advice{"Mail downloads",
+        "These are copies of attachments that were opened; the messages still hold them, but not "
+        "what was changed in the copies."},
+    Advice{"Mail cache", "Mail makes it again from the messages."},
+    Advice{"Mail message data",
+        "These are the messages themselves: those of accounts on a server are downloaded again, "
+        "those kept on this computer alone are gone."},
+    Advice{"Messages cache", "Messages makes it again as conversations are opened."},
+    Advice{"Messages attachments",
+        "These are the pictures and files of conversations: what is not kept online as well is "
+        "gone."},
+};
+
+/// A row of the catalogue that is called a cache and holds whole profiles.
+constexpr std::string_view firefoxProfiles = "/Library/Application Support/Firefox/Profiles/";
+constexpr std::string_view profileAdvice
+    = "This is a whole profile: bookmarks, passwords and history go with it, and nothing makes "
+      "them again.";
+constexpr std::string_view unknownAdvice
+    = "It lies where programs keep what they can make or download again.";
+
+} // namespace
+
+std::string_view removalAdvice(const CleanupCandidate& item)
+{
+    if (item.record.path.find(firefoxProfiles) != std::string::npos)
+        return profileAdvice;
+    for (const auto& advice : advices) {
+        if (advice.label == item.reason)
+            return advice.text;
+    }
+    return unknownAdvice;
+}
+
+} // namespace kestavon
