@@ -12,6 +12,7 @@
 #include "ui/shell/shell_state.h"
 #include "ui/shell/status_state.h"
 #include "ui/shell/undo_state.h"
+#include "ui/smartclean/smart_clean_state.h"
 #include "ui/storage/storage_state.h"
 #include "ui/widgets/disk_bar_state.h"
 #include "ui/widgets/live_count.h"
@@ -41,6 +42,7 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::StorageState* storage READ storage CONSTANT)
     Q_PROPERTY(kestavon::LargeFilesState* largeFiles READ largeFiles CONSTANT)
     Q_PROPERTY(kestavon::DuplicatesState* duplicates READ duplicates CONSTANT)
+    Q_PROPERTY(kestavon::SmartCleanState* smartClean READ smartClean CONSTANT)
     Q_PROPERTY(kestavon::CleanerState* cleaner READ cleaner CONSTANT)
     Q_PROPERTY(kestavon::SafeAreaState* safeArea READ safeArea CONSTANT)
     Q_PROPERTY(kestavon::HistoryState* history READ history CONSTANT)
@@ -61,6 +63,7 @@ public:
     StorageState* storage() { return &m_storage; }
     LargeFilesState* largeFiles() { return &m_largeFiles; }
     DuplicatesState* duplicates() { return &m_duplicates; }
+    SmartCleanState* smartClean() { return &m_smartClean; }
     CleanerState* cleaner() { return &m_cleaner; }
     SafeAreaState* safeArea() { return &m_safeArea; }
     HistoryState* history() { return &m_history; }
@@ -83,6 +86,7 @@ private:
     StorageState m_storage;
     LargeFilesState m_largeFiles;
     DuplicatesState m_duplicates;
+    SmartCleanState m_smartClean;
     CleanerState m_cleaner;
     SafeAreaState m_safeArea;
     HistoryState m_history;

@@ -4,6 +4,7 @@
 #include "support/event_loop.h"
 #include "support/moments.h"
 #include "support/records.h"
+#include "ui/smartclean/preview_rules.h"
 #include "ui/support/test_window.h"
 #include "ui/widgets/threat_badge_rules.h"
 
@@ -14,6 +15,7 @@
 
 #include <cstdio>
 #include <functional>
+#include <span>
 #include <vector>
 
 namespace {
@@ -107,6 +109,33 @@ void findCopies(TestWindow& window)
     startSearch(window);
     window.duplicateFinder->finishWith(shots::homeWithCopies().groups);
     endSearch(window);
+}
+
+/// Lets the first categories be scanned, or all of them.
+void findJunk(TestWindow& window, std::size_t categories = allCases<JunkCategory>().size())
+{
+    for (const auto& entry : std::span(allCases<JunkCategory>()).first(categories))
+        window.junkScanner->finishWith(shots::junkOf(entry.value));
+    window.model->scanAllJunk();
+    const auto& groups = window.model->junkGroups();
+    test::processEventsUntil([&] { return groups[categories - 1].isScanned; });
+    test::processEvents();
+}
+
+/// Opens the sheet of the category, ticks some items and leaves the pointer over another.
+void previewJunk(TestWindow& window, const char* button)
+{
+    findJunk(window);
+    window.need(button).forceActiveFocus(Qt::TabFocusReason);
+    window.press(Qt::Key_Space);
+    auto& preview = *window.states->smartClean()->preview();
+    test::processEventsUntil([&] { return preview.rowCount() > 0; });
+    test::processEvents();
+    const auto& rows = window.need("previewItems");
+    for (const int row : {0, 1, 3, 4})
+        window.clickAt(rows.mapToScene({150, 40.0 * row + 20}));
+    QTest::mouseMove(window.window, rows.mapToScene({150, 40.0 * 2 + 20}).toPoint());
+    test::processEvents();
 }
 
 /// Moves things to the Safe Area at different times.
@@ -257,6 +286,59 @@ const std::vector<Shot> shotList{
             findCopies(window);
             window.clickItem("mergeForever");
         }},
+    {"smartclean-before", AppSection::smartClean},
+    {"smartclean-without-access", AppSection::smartClean,
+        [](TestWindow& window) {
+            window.machine.files->listable.clear();
+            window.model->refreshFullDiskAccess();
+        }},
+    {"smartclean-scanning", AppSection::smartClean,
+        [](TestWindow& window) { findJunk(window, 5); }},
+    {"smartclean-after", AppSection::smartClean,
+        [](TestWindow& window) {
+            findCopies(window);
+            findJunk(window);
+        },
+        true},
+    {"smartclean-after-scrolled", AppSection::smartClean,
+        [](TestWindow& window) {
+            findCopies(window);
+            findJunk(window);
+            QTest::qWait(60); // the cards find their places
+            window.need("analyzeNow").forceActiveFocus(Qt::TabFocusReason);
+        },
+        true},
+    {"smartclean-clean", AppSection::smartClean,
+        [](TestWindow& window) {
+            for (std::size_t i = 0; i < allCases<JunkCategory>().size(); ++i)
+                window.junkScanner->finishWith({});
+            window.model->scanAllJunk();
+            test::processEventsUntil([&] { return !window.states->smartClean()->scanning(); });
+        }},
+    {"preview-sheet", AppSection::smartClean,
+        [](TestWindow& window) { previewJunk(window, "App Caches button"); }, true},
+    {"preview-sheet-popover", AppSection::smartClean,
+        [](TestWindow& window) {
+            previewJunk(window, "Mail & Messages button");
+            window.need("previewItems").forceActiveFocus(Qt::TabFocusReason);
+            window.press(Qt::Key_Tab);
+            window.press(Qt::Key_Return);
+        }},
+    {"preview-sheet-sort", AppSection::smartClean,
+        [](TestWindow& window) {
+            previewJunk(window, "App Caches button");
+            window.clickItem("sortPicker");
+        }},
+    {"dialog-notice", AppSection::smartClean,
+        [](TestWindow& window) {
+            previewJunk(window, "App Caches button");
+            window.states->smartClean()->preview()->notice()->setErrorMessage(partialMoveText(3));
+        }},
+    {"dialog-clean-all", AppSection::smartClean,
+        [](TestWindow& window) {
+            findJunk(window);
+            window.clickItem("cleanAll");
+        }},
     {"cleaner", AppSection::cleaner, suggest, true},
     {"cleaner-empty", AppSection::cleaner},
     {"cleaner-few", AppSection::cleaner,
@@ -324,6 +406,8 @@ void draw(const Shot& shot, const QString& theme, QSize size, const QString& fil
     window.machine.mover = std::make_shared<shots::PaperMover>(moved);
     window.machine.places = std::make_shared<shots::PaperPlaces>(moved);
     window.machine.settings->setFlag("kv.fda.onboardingShown", !shot.asksForAccess);
+    if (!shot.asksForAccess)
+        window.machine.files->listable.insert("/home/alice/Library/Mail");
     window.machine.memory->value = MemorySnapshot{.freeBytes = 2'310'000'000,
         .activeBytes = 6'000'000'000,
         .inactiveBytes = 4'000'000'000,

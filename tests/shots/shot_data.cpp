@@ -192,6 +192,93 @@ const HomeWithCopies& homeWithCopies()
     return home;
 }
 
+namespace {
+
+/// Where the junk of a category lies, what it is called, and how much there is of it.
+struct JunkPlace {
+    JunkCategory category;
+    const char* folder; ///< below the home
+    const char* reason;
+    std::size_t items;
+    std::int64_t bytes;
+};
+
+constexpr std::array junkPlaces{
+    JunkPlace{JunkCategory::appCaches, "Library/Caches", "Application cache", 118, 2'409'300'000},
+    JunkPlace{JunkCategory::systemLogs, "Library/Logs", "System log", 37, 412'600'000},
+    JunkPlace{JunkCategory::trash, ".Trash", "Trash item", 64, 3'270'000'000},
+    JunkPlace{JunkCategory::devTools, ".npm/_cacache", "npm cache", 300, 6'060'000'000},
+    JunkPlace{
+        JunkCategory::devTools, ".cargo/registry/cache", "Cargo registry cache", 11, 3'000'000'000},
+    JunkPlace{JunkCategory::orphanedApps, "Library/Application Support",
+        "Orphaned app support data", 22, 734'200'000},
+    JunkPlace{
+        JunkCategory::oldDownloads, "Downloads", "Old download (90+ days)", 41, 5'180'000'000},
+    JunkPlace{JunkCategory::iosBackups, "Library/Application Support/MobileSync/Backup",
+        "iOS/iPadOS backup", 1, 1'520'000'000},
+    JunkPlace{JunkCategory::browserCaches, "Library/Caches/com.apple.Safari", "Safari cache", 96,
+        1'710'000'000},
+    JunkPlace{JunkCategory::mailAttachments,
+        "Library/Containers/com.apple.mail/Data/Library/Caches", "Mail cache", 9, 53'200'000},
+    JunkPlace{JunkCategory::mailAttachments, "Library/Mail", "Mail message data", 9, 200'000'000},
+};
+
+struct NamedCache {
+    const char* name;
+    std::int64_t bytes;
+    Timestamp modifiedAt;
+};
+
+const std::array namedCaches{
+    NamedCache{"org.example.editor", 3'410'000'000, utc(2026, 11, 22, 10, 31)},
+    NamedCache{"com.example.photodesk", 1'960'000'000, utc(2026, 11, 21, 19, 40)},
+    NamedCache{"com.example.videostudio.render-cache", 1'220'000'000, utc(2026, 11, 20, 23, 58)},
+    NamedCache{"org.example.maps.tiles", 1'080'000'000, utc(2026, 11, 19, 8, 12)},
+    NamedCache{"com.example.chatter", 829'400'000, utc(2026, 11, 22, 11, 2)},
+    NamedCache{"org.example.podcasts", 512'400'000, utc(2026, 11, 18, 20, 17)},
+    NamedCache{"com.example.musicbox.artwork", 474'900'000, utc(2026, 11, 22, 7, 44)},
+    NamedCache{"fontconfig", 231'600'000, utc(2026, 11, 14, 18, 22)},
+    NamedCache{"org.example.spreadsheet.thumbnails-of-recently-opened-documents", 188'300'000,
+        utc(2026, 11, 9, 12, 30)},
+    NamedCache{"com.example.notesvault", 164'100'000, utc(2026, 11, 8, 17, 5)},
+};
+
+CleanupCandidate junk(const std::string& path, const char* reason, std::int64_t bytes,
+    std::optional<Timestamp> modifiedAt)
+{
+    return {.id = Uuid::random(),
+        .record = file("/home/alice/" + path, bytes, modifiedAt),
+        .reason = reason,
+        .estimatedBytes = bytes};
+}
+
+} // namespace
+
+std::vector<CleanupCandidate> junkOf(JunkCategory category)
+{
+    std::vector<CleanupCandidate> items;
+    if (category == JunkCategory::appCaches) {
+        for (const auto& cache : namedCaches)
+            items.push_back(junk(std::string("Library/Caches/") + cache.name, "Application cache",
+                cache.bytes, cache.modifiedAt));
+    }
+    for (const auto& place : junkPlaces) {
+        if (place.category != category)
+            continue;
+        const bool dated = category != JunkCategory::orphanedApps;
+        const auto share = place.bytes / static_cast<std::int64_t>(place.items);
+        for (std::size_t i = 0; i < place.items; ++i) {
+            const auto bytes
+                = i > 0 ? share : place.bytes - share * static_cast<std::int64_t>(place.items - 1);
+            items.push_back(junk(std::string(place.folder) + "/item-" + std::to_string(100 + i),
+                place.reason, bytes,
+                dated ? std::optional(utc(2026, 7, 1 + static_cast<unsigned>(i) % 28, 9, 30))
+                      : std::nullopt));
+        }
+    }
+    return items;
+}
+
 std::vector<Held> itemsToHold()
 {
     struct Row {

@@ -5,6 +5,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace kestavon {
 
 DuplicatesState::DuplicatesState(AppModel& model)
@@ -70,10 +72,13 @@ void DuplicatesState::stop()
 
 void DuplicatesState::askMerge(bool toTrash)
 {
-    if (m_merging || !foundSome())
-        return;
-    m_confirmation.ask(
-        mergeQuestion(toTrash, m_model.duplicates()->size()), [this, toTrash] { merge(toTrash); });
+    askMerge(toTrash, mergeQuestion(toTrash, m_model.duplicates()->size()));
+}
+
+void DuplicatesState::askMerge(bool toTrash, ConfirmationTexts question)
+{
+    if (!m_merging && foundSome())
+        m_confirmation.ask(std::move(question), [this, toTrash] { merge(toTrash); });
 }
 
 void DuplicatesState::merge(bool toTrash)

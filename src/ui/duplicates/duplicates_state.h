@@ -59,6 +59,8 @@ public:
     /// about the new ones.
     Q_INVOKABLE void askMergeToTrash() { askMerge(true); }
     Q_INVOKABLE void askMergeForever() { askMerge(false); }
+    /// The same with the words of another screen, which shows `confirmation` too.
+    void askMerge(bool toTrash, ConfirmationTexts question);
 
 Q_SIGNALS:
     void changed();

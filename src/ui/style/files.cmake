@@ -6,6 +6,7 @@ list(APPEND ui_qml_files
     style/AppButton.qml
     style/AppCheckBox.qml
     style/AppDialog.qml
+    style/AppPicker.qml
     style/AppScrollBar.qml
     style/AppText.qml
     style/AppTextField.qml
@@ -18,6 +19,7 @@ list(APPEND ui_qml_files
     style/Hairline.qml
     style/HoverFill.qml
     style/PageFlickable.qml
+    style/Popover.qml
     style/Sheet.qml
     style/SpokenText.qml
     style/Spinner.qml

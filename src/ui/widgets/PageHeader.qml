@@ -8,6 +8,8 @@ Item {
 
     required property string title
     property string subtitle
+    property color subtitleColor: Theme.text2
+    property int subtitleWeight: 400
     /// A FilePath, where the subtitle is a path.
     property var subtitlePath
     property PathActions pathActions
@@ -28,7 +30,8 @@ Item {
         anchors.topMargin: 2
         width: Math.min(implicitWidth, row.x - 12)
         text: header.subtitle
-        color: Theme.text2
+        weight: header.subtitleWeight
+        color: header.subtitleColor
         PathMenuArea {
             actions: header.pathActions
             path: header.subtitlePath

@@ -13,6 +13,14 @@ void Confirmation::ask(ConfirmationTexts texts, std::function<void()> deed)
     Q_EMIT askingChanged();
 }
 
+void Confirmation::reword(ConfirmationTexts texts)
+{
+    if (!asking())
+        return;
+    m_texts = std::move(texts);
+    Q_EMIT askingChanged();
+}
+
 void Confirmation::confirm()
 {
     if (!asking())

@@ -35,6 +35,8 @@ public:
     /// Puts the question; `deed` is done when the user says yes. A question that is being put
     /// already stays.
     void ask(ConfirmationTexts texts, std::function<void()> deed);
+    /// What the question that is being put says from now on; without one nothing happens.
+    void reword(ConfirmationTexts texts);
     /// Shows the alert, or none for an empty message.
     void setErrorMessage(const QString& message);
 

@@ -1,7 +1,7 @@
 """Uses the real window as somebody with a screen reader does: drive.py PROGRAM
 
-Looks at every section, scans a small home, filters and selects in the table of files, and finds duplicates.
-Needs an X display and a session bus (the script "run" beside this one starts both).
+Looks at every section, scans a small home, filters and selects in the table of files, finds duplicates and reviews
+junk. Needs an X display and a session bus (the script "run" beside this one starts both).
 """
 import os
 import pathlib
@@ -173,8 +173,28 @@ def finds_duplicates_and_asks(session):
     session.shows("1 groups · 1 MB reclaimable")
 
 
+def reviews_junk(session):
+    thrown_away = session.home.parent / "xdg/DATA/Trash/files/old notes.txt"
+    thrown_away.parent.mkdir(parents=True)
+    thrown_away.write_bytes(bytes(3000))
+    session.go_to("Smart Clean")
+    session.shows("Scan to discover hidden space hogs")
+    session.find("push button", "Scan All").press()
+    session.shows("3 KB of junk found · 1 items")
+    card = session.find("panel", "Trash")
+    card.all("push button", lambda name: name == "Review & Clean")[0].press()
+    sheet = session.find("dialog", "Trash")
+    items = eventually(lambda: sheet.all("list item"), "the items of the category")
+    assert [item.name.split(", ")[0] for item in items] == ["old notes.txt"], [item.name for item in items]
+    sheet.all("check box", lambda name: name == "0 of 1")[0].press()
+    eventually(lambda: sheet.all("check box", lambda name: name == "1 of 1"), "the tick to count")
+    session.shows("1 selected")
+    sheet.all("push button", lambda name: name == "Close")[0].press()
+    session.hides("1 selected")
+
+
 STEPS = [asks_for_no_access, opens_every_section, scans_and_counts, lists_largest_first, counts_only_what_is_shown,
-         finds_duplicates_and_asks]
+         finds_duplicates_and_asks, reviews_junk]
 
 
 def main(program):

@@ -1,5 +1,6 @@
 #include "ui/support/test_window.h"
 
+#include "platform/linux/junk_locations.h"
 #include "support/event_loop.h"
 #include "ui/accessible_shim.h"
 #include "ui/style/symbol_provider.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(Kestavon_UiPlugin)
 
@@ -50,10 +52,15 @@ QQuickItem* findItem(QQuickItem* item, const QString& objectName)
 void TestWindow::open(const Options& options)
 {
     useFonts();
+    auto platform = machine.platform();
+    if (options.readsJunkFromDisk)
+        platform.layout.junkLocations = junkLocationsOf(platform.layout);
     model = std::make_unique<AppModel>(options.otherScanner ? options.otherScanner : scanner,
-        machine.platform(),
+        std::move(platform),
         options.otherDuplicateFinder ? options.otherDuplicateFinder
-                                     : FakeDuplicateFinder::asFinder(duplicateFinder));
+                                     : FakeDuplicateFinder::asFinder(duplicateFinder),
+        options.readsJunkFromDisk ? AppModel::JunkScanner()
+                                  : FakeJunkScanner::asScanner(junkScanner));
     states = std::make_unique<UiStates>(*model);
     engine = std::make_unique<QQmlApplicationEngine>();
     installAccessibleShim(*engine);

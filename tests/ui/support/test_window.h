@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/fake_duplicate_finder.h"
+#include "support/fake_junk_scanner.h"
 #include "support/fake_platform.h"
 #include "support/fake_scanner.h"
 #include "ui/ui_states.h"
@@ -26,6 +27,8 @@ public:
         std::shared_ptr<FileScanning> otherScanner = nullptr;
         /// Searches in place of `duplicateFinder`.
         AppModel::DuplicateFinder otherDuplicateFinder = {};
+        /// Looks for junk where the machine's layout says, in place of `junkScanner`.
+        bool readsJunkFromDisk = false;
     };
 
     TestWindow() = default;
@@ -61,6 +64,7 @@ public:
     FakeMachine machine;
     std::shared_ptr<FakeScanner> scanner = std::make_shared<FakeScanner>();
     std::shared_ptr<FakeDuplicateFinder> duplicateFinder = std::make_shared<FakeDuplicateFinder>();
+    std::shared_ptr<FakeJunkScanner> junkScanner = std::make_shared<FakeJunkScanner>();
     std::unique_ptr<AppModel> model;
     std::unique_ptr<UiStates> states;
     std::unique_ptr<QQmlApplicationEngine> engine;
