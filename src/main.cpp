@@ -41,7 +41,8 @@ using namespace kestavon;
 AppModel makeModel(const CommandLine& line)
 {
     auto environment = currentHostEnvironment();
-    environment.systemRoot = typedPath(line.systemRoot);
+    if (!line.systemRoot.empty())
+        environment.systemRoot = typedPath(line.systemRoot);
     auto platform = systemPlatform(environment);
     auto scanner = std::make_shared<FileScanner>(
         platform.layout.scanExclusions, FileScanner::standardMemoryLimit, residentMemoryBytes);

@@ -113,6 +113,10 @@ struct HostEnvironment {
     std::string sandboxConfigHome = {};
 };
 
+/// Where "/" of the disk is that this home lies on: the folder above Users/NAME when it holds a
+/// Mac's system, else "/". Looks at the disk.
+std::string systemRootOf(const std::string& home);
+
 /// This process's environment. The home is $HOME; when that is unset, empty or relative, the
 /// password database's entry for the user, and at the very last "/".
 HostEnvironment currentHostEnvironment();

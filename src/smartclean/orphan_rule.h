@@ -34,6 +34,7 @@ private:
     using Names = std::unordered_set<std::string, TextHash, std::equal_to<>>;
 
     void add(std::string_view identifier);
+    void addBeginnings(std::string_view identifier);
 
     Names m_identifiers;
     Names m_beginnings; ///< all that identifiers begin with, up to a dot

@@ -16,7 +16,9 @@ constexpr std::array advices{
         "The app makes this again from its own data or the network; it may start more slowly the "
         "next time."},
     Advice{"System log",
-        "Logs are only read to find the cause of a fault, and new ones are begun by themselves."},
+        "Logs are only read to find the cause of a fault; new ones are begun by themselves, but "
+        "what "
+        "these recorded is gone."},
     Advice{"Crash report",
         "Only those who look into a crash read it; nothing makes it again, and nothing needs it."},
     Advice{"Trash item",
@@ -60,25 +62,27 @@ constexpr std::array advices{
     Advice{
         "Bazel build cache", "Bazel builds it again; the next build takes as long as the first."},
     Advice{"Terraform plugins",
-        "Terraform downloads the plugins again, but not those that were put here by hand."},
+        "These were put here by hand: Terraform downloads those that a registry has, and the "
+        "others "
+        "have to be put here again."},
     Advice{"Go module cache", "Go downloads the modules again at the next build."},
 
     Advice{"Orphaned app support data",
-        "No app that is installed or running goes by this name; if it is installed again, it "
-        "starts without this data."},
+        "No app was found that goes by this name, running or at the top of the Applications "
+        "folders; one that comes back starts without this data."},
     Advice{"Orphaned app container",
-        "No app that is installed or running goes by this name; if it is installed again, it "
-        "starts without its documents and settings in here."},
+        "No app was found that goes by this name, running or at the top of the Applications "
+        "folders; one that comes back starts without its documents and settings in here."},
     Advice{"Orphaned group container",
-        "No app that is installed or running goes by this name; if one is installed again, it "
-        "starts without the data that it shared here."},
+        "Several apps may share this, and one that is installed may be among them: it would start "
+        "without the data in here."},
     Advice{"Orphaned preference file",
-        "No app that is installed or running goes by this name; if it is installed again, it "
-        "starts with its first settings."},
+        "No app was found that goes by this name, running or at the top of the Applications "
+        "folders; one that comes back starts with its first settings."},
 
     Advice{"Old download (90+ days)",
-        "Nobody has changed it for 90 days; whether it can be downloaded again depends on where it "
-        "came from."},
+        "Its own date is more than 90 days old, though a folder may hold newer files; whether it "
+        "can be downloaded again depends on where it came from."},
 
     Advice{"Xcode Derived Data",
         "Xcode builds and indexes it again; the next build of each project takes as long as the "
@@ -127,8 +131,13 @@ constexpr std::string_view firefoxProfiles = "/Library/Application Support/Firef
 constexpr std::string_view profileAdvice
     = "This is a whole profile: bookmarks, passwords and history go with it, and nothing makes "
       "them again.";
+/// It is called like an application's settings, and yet holds everybody's.
+constexpr std::string_view sharedSettings = "/Library/Preferences/.GlobalPreferences.plist";
+constexpr std::string_view sharedSettingsAdvice = "These are settings that all apps share, such as "
+                                                  "language, keyboard and formats: they go back "
+                                                  "to the first ones.";
 constexpr std::string_view unknownAdvice
-    = "It lies where programs keep what they can make or download again.";
+    = "What it costs to have this again is not known: look at it before it goes.";
 
 } // namespace
 
@@ -136,6 +145,8 @@ std::string_view removalAdvice(const CleanupCandidate& item)
 {
     if (item.record.path.find(firefoxProfiles) != std::string::npos)
         return profileAdvice;
+    if (item.record.path.ends_with(sharedSettings))
+        return sharedSettingsAdvice;
     for (const auto& advice : advices) {
         if (advice.label == item.reason)
             return advice.text;

@@ -64,7 +64,7 @@ std::string_view commandLineHelp()
            "running, its window comes to the front instead of a second one.\n"
            "\n"
            "  --theme light|dark   do not follow the desktop's colours\n"
-           "  --system-root DIR    where \"/\" of an attached disk is (normally \"/\")\n"
+           "  --system-root DIR    where \"/\" of an attached disk is (normally found from HOME)\n"
            "  --help               show this text\n"
            "  --version            show the version\n"
            "\n"

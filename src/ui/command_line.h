@@ -9,7 +9,7 @@ namespace kestavon {
 /// What the program was started with, in bytes as the shell gave them.
 struct CommandLine {
     std::string theme; ///< "light", "dark", or empty to follow the desktop
-    std::string systemRoot = "/"; ///< where "/" of an attached disk is
+    std::string systemRoot; ///< where "/" of an attached disk is; empty unless it was given
     std::string folder; ///< the folder to look at; empty for the home folder
     bool help = false;
     bool version = false;

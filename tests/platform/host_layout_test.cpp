@@ -38,6 +38,17 @@ TEST(HostLayout, AHomeWithALibraryIsLaidOutLikeAMac)
     EXPECT_THAT(layout.downloadFolders, ElementsAre(home / "Downloads"));
 }
 
+TEST(HostLayout, FindsTheRootOfTheDiskThatAMacsHomeLiesOn)
+{
+    const TemporaryFolder disk;
+    disk.makeFolder("Users/alice/Library");
+    EXPECT_EQ(systemRootOf(disk / "Users/alice"), "/") << "a home alone";
+    disk.makeFolder("System/Library");
+    EXPECT_EQ(systemRootOf(disk / "Users/alice"), disk.path());
+    EXPECT_EQ(systemRootOf(disk / "home/alice"), "/");
+    EXPECT_EQ(systemRootOf("/"), "/");
+}
+
 TEST(HostLayout, AnyOtherHomeFollowsTheBaseDirectories)
 {
     const TemporaryFolder home;

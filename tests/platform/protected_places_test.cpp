@@ -41,7 +41,7 @@ TEST_F(ProtectedPlacesTest, ProtectsWhatTheSystemAndThePersonCannotDoWithout)
              "/Library", "/private", "/private/var", "relative", "/tmp/.."})
         EXPECT_TRUE(isRefused(path)) << path;
     for (const auto* path :
-        {"/etcetera", "/home/bob", "/tmp/x", "/var/log/old.gz", "/optional", "/run/media/x/../x/y"})
+        {"/etcetera", "/opt/homebrew/var/cache/x", "/home/bob", "/tmp/x", "/var/log/old.gz", "/optional", "/run/media/x/../x/y"})
         EXPECT_EQ(isRefused(path), std::string_view(path).starts_with("/run")) << path;
 
     for (const auto* path : {"", "/.ssh", "/.ssh/id_rsa", "/.gnupg/x", "/.config", "/.local",

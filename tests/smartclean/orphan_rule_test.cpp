@@ -29,6 +29,18 @@ TEST(OrphanRule, AMakerIsNeverASingleWord)
     EXPECT_FALSE(rule.isOwned("org.sample"));
 }
 
+TEST(OrphanRule, AnIdentifierLongerThanAnyNameOwnsWhatItBeginsWith)
+{
+    std::string identifier = "com.example";
+    for (int i = 0; i < 100'000; ++i) // all that it begins with would fill the memory
+        identifier += ".a";
+    OrphanRule rule;
+    rule.addInstalled("editor", identifier);
+    EXPECT_TRUE(rule.isOwned("com.example.a.a"));
+    EXPECT_TRUE(rule.isOwned("com.example.other"));
+    EXPECT_FALSE(rule.isOwned("com.other"));
+}
+
 TEST(OrphanRule, ARunningApplicationOwnsOnlyWhatIsCalledLikeItself)
 {
     OrphanRule rule;

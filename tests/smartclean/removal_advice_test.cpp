@@ -11,7 +11,10 @@ namespace {
 
 std::string_view adviceFor(const std::string& reason, const std::string& path = "/home/alice/x")
 {
-    return removalAdvice({.id = {}, .record = {.path = path}, .reason = reason});
+    CleanupCandidate item;
+    item.record.path = path;
+    item.reason = reason;
+    return removalAdvice(item);
 }
 
 TEST(RemovalAdvice, IsOneSentenceForWhateverIsListed)

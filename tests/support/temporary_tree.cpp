@@ -100,7 +100,7 @@ void TemporaryTree::chain(std::string_view name, int levels) const
         folder = inner;
     }
     const int bottom = ::openat(folder, "bottom", O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-    require(bottom >= 0, "bottom");
+    require(bottom >= 0 && ::write(bottom, "b", 1) == 1, "bottom");
     ::close(bottom);
     ::close(folder);
 }

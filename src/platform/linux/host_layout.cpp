@@ -102,6 +102,13 @@ std::string HostLayout::belowSystemRoot(const std::string& path) const
     return path == "/" ? systemRoot : systemRoot + path;
 }
 
+std::string systemRootOf(const std::string& home)
+{
+    const auto users = std::filesystem::path(home).parent_path();
+    const auto root = users.parent_path().native();
+    return users.filename() == "Users" && isFolder(below(root, "System/Library")) ? root : "/";
+}
+
 HostEnvironment currentHostEnvironment()
 {
     // In a Flatpak the usual variables lead into the sandbox, and these to the user's own folders.
@@ -116,6 +123,7 @@ HostEnvironment currentHostEnvironment()
         environment.home = homeOfPasswordEntry();
     if (!environment.home.starts_with('/'))
         environment.home = std::string("/"); // g++ 12 warns wrongly of a plain assignment here
+    environment.systemRoot = systemRootOf(normalisedPath(environment.home));
     environment.xdgCacheHome = baseFolderVariable("CACHE_HOME");
     environment.xdgConfigHome = baseFolderVariable("CONFIG_HOME");
     environment.xdgDataHome = baseFolderVariable("DATA_HOME");
