@@ -139,13 +139,13 @@ void AppModel::cleanAllJunk(Finished finished)
 {
     const auto total = fileByteCount(totalJunkBytes());
     const auto groups = std::make_shared<const std::vector<JunkGroup>>(m_junkGroups);
-    auto move = [store = m_quarantineStore, groups] {
+    auto moveAll = [store = m_quarantineStore, groups] {
         std::vector<CleanupCandidate> items;
         for (const auto& group : *groups)
             items.insert(items.end(), group.items.begin(), group.items.end());
         return store->quarantine(items);
     };
-    runInBackground(m_quarantineQueue, this, std::move(move),
+    runInBackground(m_quarantineQueue, this, std::move(moveAll),
         [this, groups, total, finished = std::move(finished)](
             Outcome<FileResult<std::vector<QuarantineItem>>> outcome) {
             if (!outcome.value)

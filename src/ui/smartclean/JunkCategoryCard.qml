@@ -10,6 +10,17 @@ Card {
 
     signal scan
     signal clean
+    /// The card's button had the keyboard, for this reason, and is gone.
+    signal buttonGone(int reason)
+
+    function takeFocus(reason: int) {
+        button.forceActiveFocus(reason);
+    }
+
+    onShownChanged: {
+        if (shown.isClean && button.activeFocus)
+            buttonGone(button.focusReason);
+    }
 
     implicitHeight: 188
     border.color: shown.isFound ? Theme.over(Theme.surface, tone, 0.55) : Theme.hairline
@@ -98,6 +109,7 @@ Card {
         color: Theme.text2
     }
     AppButton {
+        id: button
         objectName: card.shown.title + " button"
         x: 15
         y: 147

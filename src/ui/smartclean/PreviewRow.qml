@@ -30,13 +30,21 @@ TickRow {
         preview.contentRevision;
         return preview.runningText(row);
     }
+    readonly property string reason: {
+        preview.contentRevision;
+        return preview.reasonText(row);
+    }
+    readonly property string advice: {
+        preview.contentRevision;
+        return preview.adviceText(row);
+    }
     readonly property bool hasSecondLine: folder !== "" || running !== ""
 
     path: shown.path
     label: [shown.name, running, folder, shown.date, shown.size].filter(text => text !== "").join(", ")
     tickName: shown.name
     tickDescription: shown.pathText
-    tipParent: name
+    tipParent: popover.isOpen ? null : name // else the tip would lie over the popover
     ticked: {
         preview.selectionRevision;
         return preview.isSelected(row);
@@ -57,7 +65,7 @@ TickRow {
         Accessible.ignored: true
     }
     AppText {
-        id: running
+        id: runningLine
         x: 48
         y: 21
         visible: line.running !== ""
@@ -67,7 +75,7 @@ TickRow {
         Accessible.ignored: true
     }
     ElidedText {
-        x: line.running === "" ? 48 : running.x + running.implicitWidth + 8
+        x: line.running === "" ? 48 : runningLine.x + runningLine.implicitWidth + 8
         y: 21
         width: Math.min(implicitWidth, date.x - x - 40)
         visible: line.folder !== ""
@@ -94,7 +102,7 @@ TickRow {
         kind: AppButton.Kind.Plain
         focusPolicy: line.current || activeFocus ? Qt.StrongFocus : Qt.NoFocus
         Accessible.name: "About " + line.shown.name
-        Accessible.description: line.preview.adviceText(line.row)
+        Accessible.description: line.advice
         onClicked: {
             popover.active = true;
             (popover.item as Popover).open();
@@ -106,8 +114,8 @@ TickRow {
         active: false
         sourceComponent: Popover {
             parent: about
-            title: line.preview.reasonText(line.row)
-            message: line.preview.adviceText(line.row)
+            title: line.reason
+            message: line.advice
             detail: line.shown.pathText
         }
     }

@@ -33,6 +33,7 @@ Card {
         role: AppText.Role.Caption
         elide: Text.ElideRight
         color: Theme.ink(card.duplicates.statusColor)
+        Accessible.role: Accessible.StatusBar
     }
     Row {
         id: buttons
@@ -45,6 +46,7 @@ Card {
             visible: card.duplicates.analyzing || card.duplicates.merging
         }
         AppButton {
+            id: analyze
             objectName: "analyzeNow"
             label: card.duplicates.buttonLabel
             symbol: card.duplicates.buttonSymbol
@@ -55,6 +57,10 @@ Card {
         AppButton {
             objectName: "cardMergeToTrash"
             visible: card.duplicates.canMerge
+            onVisibleChanged: {
+                if (!card.duplicates.canMerge && activeFocus)
+                    analyze.forceActiveFocus(focusReason);
+            }
             label: "Merge & Trash"
             symbol: "trash"
             enabled: !card.duplicates.merging
@@ -63,6 +69,10 @@ Card {
         AppButton {
             objectName: "cardMergeForever"
             visible: card.duplicates.canMerge
+            onVisibleChanged: {
+                if (!card.duplicates.canMerge && activeFocus)
+                    analyze.forceActiveFocus(focusReason);
+            }
             label: "Delete Forever"
             symbol: "trash.fill"
             kind: AppButton.Kind.RedBordered

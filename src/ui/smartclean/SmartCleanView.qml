@@ -7,6 +7,17 @@ SectionScreen {
 
     readonly property SmartCleanState smartClean: ui.smartClean
 
+    /// Gives the keyboard to the next thing to do, when the button that had it is gone: a category
+    /// to review, for scanning anew would throw away what was found.
+    function passFocus(reason: int) {
+        for (let i = 0; i < cards.count; ++i) {
+            const found = cards.itemAt(i) as JunkCategoryCard;
+            if (found.shown.isFound)
+                return found.takeFocus(reason);
+        }
+        scanButton.forceActiveFocus(reason);
+    }
+
     PageFlickable {
         id: flick
         anchors.fill: parent
@@ -39,6 +50,7 @@ SectionScreen {
                     width: parent.width
                     title: "Smart Clean"
                     subtitle: screen.smartClean.statusText
+                    subtitleIsStatus: true
                     subtitleColor: Theme.ink(screen.smartClean.statusColor)
                     subtitleWeight: screen.smartClean.statusColor === "secondary" ? 400 : 500
                     Spinner {
@@ -57,6 +69,10 @@ SectionScreen {
                         objectName: "cleanAll"
                         visible: label !== ""
                         enabled: !screen.smartClean.cleaning
+                        onLabelChanged: {
+                            if (label === "" && activeFocus)
+                                screen.passFocus(focusReason);
+                        }
                         label: screen.smartClean.cleanAllLabel
                         symbol: "sparkles"
                         kind: AppButton.Kind.PurpleProminent
@@ -81,6 +97,7 @@ SectionScreen {
                 Accessible.role: Accessible.Grouping
                 Accessible.name: "Categories"
                 Repeater {
+                    id: cards
                     model: screen.smartClean.cardCount
                     JunkCategoryCard {
                         required property int index
@@ -95,6 +112,7 @@ SectionScreen {
                         }
                         onScan: screen.smartClean.scanCategory(index)
                         onClean: screen.smartClean.review(index)
+                        onButtonGone: reason => screen.passFocus(reason)
                     }
                 }
             }
@@ -121,7 +139,7 @@ SectionScreen {
                 // The button that opened the sheet is gone when nothing is left in its category.
                 const focused = screen.Window.activeFocusItem;
                 if (!focused || !focused.visible)
-                    scanButton.forceActiveFocus(Qt.PopupFocusReason);
+                    screen.passFocus(Qt.TabFocusReason);
             }
         }
         onLoaded: (item as CleanupPreviewSheet).preview = screen.smartClean.preview

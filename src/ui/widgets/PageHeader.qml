@@ -10,6 +10,8 @@ Item {
     property string subtitle
     property color subtitleColor: Theme.text2
     property int subtitleWeight: 400
+    /// Screen readers say it whenever it changes.
+    property bool subtitleIsStatus: false
     /// A FilePath, where the subtitle is a path.
     property var subtitlePath
     property PathActions pathActions
@@ -32,6 +34,7 @@ Item {
         text: header.subtitle
         weight: header.subtitleWeight
         color: header.subtitleColor
+        Accessible.role: header.subtitleIsStatus ? Accessible.StatusBar : Accessible.StaticText
         PathMenuArea {
             actions: header.pathActions
             path: header.subtitlePath

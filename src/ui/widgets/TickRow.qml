@@ -58,7 +58,7 @@ VirtualListRow {
         id: hover
     }
     Loader {
-        active: hover.hovered && line.exists
+        active: hover.hovered && line.exists && line.tipParent !== null
         sourceComponent: AppToolTip {
             parent: line.tipParent
             x: 0

@@ -4,6 +4,8 @@
 #include "support/temporary_folder.h"
 #include "ui/support/window_test.h"
 
+#include <QAccessible>
+
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -87,6 +89,22 @@ protected:
         for (int row = 0; row < preview().rowCount(); ++row)
             names.push_back(preview().nameText(row).toStdString());
         return names;
+    }
+    /// What a screen reader says of the item in this row.
+    QString spokenRow(int row)
+    {
+        const auto name = preview().nameText(row);
+        for (auto* child : need("previewItems").childItems()) {
+            auto* accessible = QAccessible::queryAccessibleInterface(child);
+            if (child->isVisible() && accessible && accessible->role() == QAccessible::ListItem
+                && accessible->text(QAccessible::Name).startsWith(name + ", "))
+                return accessible->text(QAccessible::Name);
+        }
+        return {};
+    }
+    QString description(const char* name)
+    {
+        return QAccessible::queryAccessibleInterface(&need(name))->text(QAccessible::Description);
     }
     QPointF rowPoint(int row) { return need("previewItems").mapToScene({200, 40.0 * row + 20}); }
     QString label(const char* button) { return need(button).property("label").toString(); }
@@ -384,10 +402,35 @@ TEST_F(SmartCleanWindow, SaysWhichItemsBelongToAnApplicationThatRuns)
     EXPECT_EQ(preview().runningText(0), "Editor is running");
     EXPECT_TRUE(preview().adviceText(0).contains("Editor is running: quit it first"));
     EXPECT_EQ(preview().runningText(1), "");
+    EXPECT_EQ(spokenRow(0),
+        "org.example.Editor, Editor is running, " + preview().dateText(0) + ", 20 bytes");
+    EXPECT_EQ(spokenRow(1), "org.example.Other, " + preview().dateText(1) + ", 10 bytes");
+    EXPECT_EQ(description("about 0"), preview().adviceText(0));
     clickItem("closePreview");
     clickItem("Trash button");
     waitForRows();
+    sortBy("Smallest First"); // behind the search for owners
     EXPECT_FALSE(shown("Editor is running")) << "what was thrown away is nobody's";
+    EXPECT_EQ(description("about 0"), preview().adviceText(0)) << "not the category's before";
+    EXPECT_TRUE(preview().adviceText(0).startsWith("It was thrown away before"));
+}
+
+TEST_F(SmartCleanWindow, TheKeyboardGoesOnWhenItsButtonIsGone)
+{
+    write("Library/Logs/log", 10);
+    write("Library/Caches/cache", 10);
+    show();
+    scanAll();
+    need("System Logs button").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    waitForRows();
+    preview().selectEverything();
+    clickItem("previewTrash");
+    waitForRemoval();
+    ASSERT_TRUE(processEventsUntil([&] { return !preview().isPresented(); }));
+    ASSERT_TRUE(processEventsUntil([&] { return need("App Caches button").hasActiveFocus(); }))
+        << "there is more to review";
+    EXPECT_TRUE(need("App Caches button").property("visualFocus").toBool());
 }
 
 TEST_F(SmartCleanWindow, MergesDuplicatesInItsOwnWords)
