@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <string_view>
+#include <unordered_set>
 
 namespace kestavon {
 
@@ -16,6 +18,34 @@ std::string wordsOf(const Outcome<FileResult<Done>>& outcome)
     if (!outcome.value)
         return outcome.error;
     return *outcome.value ? std::string() : outcome.value->error().message;
+}
+
+/// The items in their order, but what came out of another one of them after that: a folder cannot
+/// come back where one was made for something that had lain in it.
+std::vector<QuarantineItem> outermostFirst(const std::vector<QuarantineItem>& items)
+{
+    std::unordered_set<std::string_view> places;
+    places.reserve(items.size());
+    for (const auto& item : items)
+        places.insert(item.originalPath);
+    const auto liesInAnother = [&places](const QuarantineItem& item) {
+        std::string_view path = item.originalPath;
+        for (auto end = path.rfind('/'); end != path.npos && end > 0; end = path.rfind('/')) {
+            path = path.substr(0, end);
+            if (places.contains(path))
+                return true;
+        }
+        return false;
+    };
+    std::vector<QuarantineItem> inner;
+    std::vector<QuarantineItem> ordered;
+    ordered.reserve(items.size());
+    for (const auto& item : items)
+        (liesInAnother(item) ? inner : ordered).push_back(item);
+    std::ranges::stable_sort(
+        inner, {}, [](const QuarantineItem& item) { return item.originalPath.size(); });
+    ordered.insert(ordered.end(), inner.begin(), inner.end());
+    return ordered;
 }
 
 } // namespace
@@ -76,8 +106,18 @@ void AppModel::restoreAllEarlierHeldItems(Finished finished)
 /// with every item, because that would take longer than restoring it once there are thousands.
 void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
 {
-    if (!state.busy)
+    if (!state.busy) {
         state.busy = keepBusy(*state.items);
+        auto inOrder = [items = state.items] { return outermostFirst(*items); };
+        return runInBackground(m_quarantineQueue, this, std::move(inOrder),
+            [this, state = std::move(state), finished = std::move(finished)](
+                Outcome<std::vector<QuarantineItem>> items) mutable {
+                if (items.value)
+                    state.items = std::make_shared<const std::vector<QuarantineItem>>(
+                        std::move(*items.value));
+                restoreHeld(std::move(state), std::move(finished));
+            });
+    }
     if (state.next == state.items->size()) {
         release(state.busy);
         return finished(std::move(state.report), state.missing);

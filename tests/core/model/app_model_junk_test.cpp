@@ -220,6 +220,26 @@ TEST_F(AppModelJunk, CleaningAllMovesWhatCategoriesShareOnce)
     EXPECT_THAT(group(devTools).items, ElementsAre(inner)) << "it lies there again as well";
 }
 
+TEST_F(AppModelJunk, AFolderComesBackBeforeWhatWasTakenOutOfItEarlier)
+{
+    const auto inner = junkFile("Library/Containers/org.gone/Data/vms/disk");
+    const auto outer = junk(folder / "Library/Containers/org.gone", 7, true);
+    folder.writeFile("Library/Containers/org.gone/settings", "ab");
+    for (const bool takenBack : {true, false}) {
+        scanAll({{}, {}, {}, {}, {inner}, {outer}});
+        await([&](auto done) { model->cleanAllJunk(done); });
+        EXPECT_THAT(model->quarantine(), SizeIs(2));
+        EXPECT_FALSE(exists("Library/Containers/org.gone"));
+        if (takenBack)
+            EXPECT_EQ(undo(), (UndoReport{.restored = 2}));
+        else
+            await([&](auto done) { model->restoreAllFromSafeArea(done); });
+        EXPECT_THAT(model->quarantine(), IsEmpty());
+        EXPECT_EQ(folder.readFile("Library/Containers/org.gone/settings"), "ab");
+        EXPECT_EQ(folder.readFile("Library/Containers/org.gone/Data/vms/disk"), "12345");
+    }
+}
+
 TEST_F(AppModelJunk, CleaningAllCanBeTakenBackAsFarAsNothingWasScannedAnew)
 {
     const auto cache = junkFile("Library/Caches/a");
