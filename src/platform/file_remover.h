@@ -3,6 +3,7 @@
 #include "core/domain/file_identity.h"
 #include "platform/file_error.h"
 
+#include <cstdint>
 #include <functional>
 #include <stop_token>
 #include <string>
@@ -20,6 +21,8 @@ struct RemoveOptions {
     bool hidesFolders = false;
     /// Checked at every entry; what was removed by then stays removed.
     std::stop_token stop = {};
+    /// Called, on the caller's thread, with the number of entries deleted so far.
+    std::function<void(std::int64_t entries)> progress = {};
 };
 
 /// Deletes files, folders and links for good. Any thread.

@@ -10,6 +10,7 @@
 #include <functional>
 #include <new>
 #include <set>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -327,6 +328,53 @@ TEST(FileRemoverTests, DeletesNoNamesakeWhenTheTreeIsRearranged)
     });
     EXPECT_FALSE(SystemFileRemover().remove(home / "d"));
     EXPECT_TRUE(isThere(second)) << "a newcomer that was never listed";
+}
+
+TEST(FileRemoverTests, DeletesManyFoldersSideBySideAndCountsEveryEntry)
+{
+    const test::TemporaryTree home;
+    std::int64_t entries = 1; // "tree"
+    for (int folder = 0; folder < 60; ++folder, ++entries) {
+        const auto name = "tree/" + std::to_string(folder);
+        for (int file = 0; file < 5; ++file, entries += 2)
+            home.writeFile(name + "/sub " + std::to_string(file) + "/file");
+        home.setMode(name, folder % 7 == 0 ? 0555 : 0755);
+    }
+    home.link("tree/link", home.path());
+    home.writeFile("tree/file");
+    entries += 2;
+    std::int64_t last = 0;
+    const auto caller = std::this_thread::get_id();
+    const auto progress = [&](std::int64_t removed) {
+        EXPECT_EQ(std::this_thread::get_id(), caller);
+        EXPECT_GT(removed, last);
+        last = removed;
+    };
+    EXPECT_TRUE(SystemFileRemover().remove(home / "tree", {.progress = progress}));
+    EXPECT_EQ(last, entries);
+    EXPECT_EQ(test::entriesIn(home.path()), 0U);
+}
+
+TEST(FileRemoverTests, StopsAmongManyFoldersAndGivesTheNameBack)
+{
+    const test::TemporaryTree home;
+    for (int folder = 0; folder < 60; ++folder) {
+        for (int file = 0; file < 20; ++file)
+            home.writeFile("tree/" + std::to_string(folder) + "/" + std::to_string(file));
+    }
+    std::stop_source stop;
+    const auto removed = SystemFileRemover().remove(home / "tree",
+        {.hidesFolders = true, .stop = stop.get_token(), .progress = [&](std::int64_t entries) {
+             if (entries >= 30)
+                 stop.request_stop();
+         }});
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.error().kind, Kind::cancelled);
+    EXPECT_NE(removed.error().message.find("“tree”"), std::string::npos);
+    const auto left = test::pictureOf(home / "tree").size();
+    EXPECT_LT(left, 1261U - 30U + 1U);
+    EXPECT_GT(left, 1000U) << "the other threads did not hear it";
+    EXPECT_TRUE(SystemFileRemover().remove(home / "tree"));
 }
 
 } // namespace

@@ -31,8 +31,9 @@ FileResult<Done> SystemFileRemover::remove(const std::string& path, const Remove
     if (!place)
         return removalError(fileErrorKind(place.error()), lastComponent(path));
     const int folder = place->folder.get();
-    const RemoveTreeOptions treeOptions{
-        .refusesFolders = options.refusesFolders, .stop = options.stop};
+    const RemoveTreeOptions treeOptions{.refusesFolders = options.refusesFolders,
+        .stop = options.stop,
+        .progress = options.progress};
     const auto hidden = options.hidesFolders ? hide(folder, place->name) : std::string();
     auto failure = removeTree(folder, hidden.empty() ? place->name : hidden, treeOptions);
     if (failure.error != 0 && !hidden.empty()) {

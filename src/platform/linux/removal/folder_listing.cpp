@@ -18,6 +18,11 @@ void FolderListing::sortByInode()
     std::ranges::sort(m_entries, {}, &Entry::inode);
 }
 
+void FolderListing::dropFolders()
+{
+    std::erase_if(m_entries, [](const Entry& entry) { return entry.type == DT_DIR; });
+}
+
 Result<FolderListing, int> listFolder(int folder)
 {
     // getdents64(2) itself: the library's readdir would allocate a stream for every folder.

@@ -24,6 +24,8 @@ public:
 
     /// In the order in which the disk holds the entries' own data: visiting them so saves seeks.
     void sortByInode();
+    /// Leaves out the entries that the file system calls folders.
+    void dropFolders();
 
 private:
     friend Result<FolderListing, int> listFolder(int folder);

@@ -5,8 +5,15 @@
 #include "platform/linux/removal/retry.h"
 #include "platform/linux/removal/tree_cursor.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <mutex>
+#include <new>
+#include <system_error>
+#include <thread>
 #include <tuple>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -20,13 +27,33 @@ constexpr std::size_t openFolders = 8; ///< at a time; those above are found aga
 constexpr std::size_t deepestFolder = 50'000; ///< a file system without an end
 constexpr std::size_t sortedFrom = 1000; ///< entries from which on the order on the disk matters
 
-/// Deletes a tree depth first, with a stack of its own.
+/// So many folders side by side are worth another thread.
+constexpr std::size_t sharedFrom = 16;
+constexpr unsigned mostThreads = 4;
+
+/// What the threads that delete one tree have in common.
+struct Deletion {
+    const RemoveTreeOptions& options;
+    EntryStatus top = {};
+    std::atomic<std::int64_t> removedEntries = 0;
+};
+
+/// Deletes a tree depth first, with a stack of its own. Where many folders lie side by side, the
+/// first remover shares them with helpers.
 class TreeRemover {
 public:
-    TreeRemover(int folder, const std::string& name, const RemoveTreeOptions& options)
+    enum class Role {
+        first, ///< may call helpers, tells how far it is
+        besideHelpers, ///< on the same thread
+        helper,
+    };
+
+    TreeRemover(int folder, const std::string& name, Deletion& deletion, Role role)
         : m_base(folder)
         , m_top(name)
-        , m_options(options)
+        , m_deletion(deletion)
+        , m_options(deletion.options)
+        , m_role(role)
     {
     }
 
@@ -39,11 +66,17 @@ public:
             return {EBUSY, m_top};
         if (status->isFolder() && m_options.refusesFolders)
             return {ESTALE, m_top};
-        m_topStatus = *status;
+        m_deletion.top = *status;
         if (!status->isFolder()) {
-            note(removeEntry(m_base, m_top.c_str(), 0), m_top);
+            note(remove(m_base, m_top.c_str()), m_top);
             return m_failure;
         }
+        return runInFolder();
+    }
+
+    /// The same for what is known to be a folder of the tree.
+    TreeFailure runInFolder()
+    {
         enter(m_base, m_top.c_str());
         while (!m_steps.empty()) {
             if (m_options.stop.stop_requested()) {
@@ -52,6 +85,10 @@ public:
                 break;
             }
             auto& step = m_steps.back();
+            if (!std::exchange(step.isShared, true)) {
+                shareFolders(step);
+                continue; // It may have been stopped.
+            }
             if (step.next < step.listing.entries().size())
                 removeNext(step);
             else
@@ -70,7 +107,78 @@ private:
         mode_t permissions = 0;
         bool isMadeWritable = false;
         bool holdsSomething = false; ///< an entry that stays
+        bool isShared = false; ///< helpers were asked to delete the folders in it
     };
+
+    /// 0, or the error number.
+    int remove(int folder, const char* name)
+    {
+        const int error = removeEntry(folder, name, 0);
+        if (error == 0)
+            countRemoved();
+        return error;
+    }
+
+    void countRemoved()
+    {
+        const auto removed = ++m_deletion.removedEntries;
+        if (m_role != Role::helper && m_options.progress)
+            m_options.progress(removed);
+    }
+
+    /// Deletes the folders in one folder on several threads, if there are many. Each goes as it
+    /// would on this thread alone.
+    void shareFolders(Step& step)
+    {
+        if (m_role != Role::first)
+            return;
+        std::vector<const FolderListing::Entry*> folders;
+        for (const auto& entry : step.listing.entries()) {
+            if (entry.type == DT_DIR)
+                folders.push_back(&entry);
+        }
+        const auto threads = std::min(std::thread::hardware_concurrency(), mostThreads);
+        if (folders.size() < sharedFrom || threads < 2)
+            return;
+        std::atomic<std::size_t> next = 0;
+        std::mutex mutex;
+        TreeFailure failure; // guarded by mutex
+        const auto removeSome = [&](Role role) {
+            for (auto i = next++; i < folders.size() && !m_options.stop.stop_requested();
+                 i = next++) {
+                auto failed = removeFolderIn(step, *folders[i], role);
+                const std::lock_guard lock(mutex);
+                if (failure.error == 0)
+                    failure = std::move(failed);
+            }
+        };
+        runBesideHelpers(threads - 1, removeSome);
+        note(failure.error, failure.name);
+        step.listing.dropFolders();
+    }
+
+    TreeFailure removeFolderIn(const Step& step, const FolderListing::Entry& entry, Role role)
+    {
+        const int folder = step.descriptor.get();
+        try {
+            const std::string name(step.listing.name(entry));
+            return TreeRemover(folder, name, m_deletion, role).runInFolder();
+        } catch (const std::bad_alloc&) { // Nobody above a helper would catch it.
+            return {.error = ENOMEM, .name = m_top};
+        }
+    }
+
+    /// Runs `work` here and, as far as there are threads to be had, on so many more.
+    static void runBesideHelpers(unsigned helpers, const std::function<void(Role)>& work)
+    {
+        std::vector<std::jthread> threads; // waited for at the end, whatever happens
+        try {
+            for (unsigned i = 0; i < helpers; ++i)
+                threads.emplace_back(work, Role::helper);
+        } catch (const std::system_error&) { // Then with fewer.
+        }
+        work(Role::besideHelpers);
+    }
 
     void note(int error, std::string_view name)
     {
@@ -91,7 +199,7 @@ private:
             enter(folder, name);
             return;
         }
-        const int error = removeEntry(folder, name, 0);
+        const int error = remove(folder, name);
         if (error == EISDIR || error == EPERM) {
             const auto status = statusOf(folder, name);
             if (status && status->isFolder()) {
@@ -113,7 +221,7 @@ private:
         if (!opened) {
             const int error = opened.error();
             if (error == ENOTDIR || error == ELOOP)
-                note(removeEntry(parent, name, 0), step.name);
+                note(remove(parent, name), step.name);
             else if (error != ENOENT)
                 note(error, step.name);
             if (step.isMadeWritable)
@@ -150,9 +258,9 @@ private:
     /// the device tells; it may refuse a part of the same volume, and enters no other.
     bool isOfVolume(const EntryStatus& folder) const
     {
-        return m_topStatus.mount != 0 && folder.mount != 0
-            ? folder.mount == m_topStatus.mount
-            : folder.identity.device == m_topStatus.identity.device;
+        const auto& top = m_deletion.top;
+        return top.mount != 0 && folder.mount != 0 ? folder.mount == top.mount
+                                                   : folder.identity.device == top.identity.device;
     }
 
     static bool makeReadable(int parent, const char* name, Step& step)
@@ -190,6 +298,8 @@ private:
         int error = 0;
         if (isBelowParent && !left.holdsSomething)
             error = removeFolder(parent, left);
+        if (isBelowParent && !left.holdsSomething && error == 0)
+            countRemoved();
         if (!isBelowParent || error != 0 || left.holdsSomething) {
             if (left.isMadeWritable)
                 std::ignore = ::fchmod(left.descriptor.get(), left.permissions);
@@ -258,8 +368,9 @@ private:
 
     int m_base;
     const std::string& m_top;
+    Deletion& m_deletion;
     const RemoveTreeOptions& m_options;
-    EntryStatus m_topStatus;
+    Role m_role;
     std::vector<Step> m_steps;
     TreeFailure m_failure;
 };
@@ -278,7 +389,8 @@ int removeEntry(int folder, const char* name, int flags)
 
 TreeFailure removeTree(int folder, const std::string& name, const RemoveTreeOptions& options)
 {
-    return TreeRemover(folder, name, options).run();
+    Deletion deletion{.options = options};
+    return TreeRemover(folder, name, deletion, TreeRemover::Role::first).run();
 }
 
 namespace {
