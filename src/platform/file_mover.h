@@ -21,6 +21,9 @@ struct MoveOptions {
     /// Put on the item itself. Where the item or its file system cannot hold them, it moves
     /// without.
     std::vector<FileMark> marks = {};
+    /// Called before the item is at its new place when it cannot carry the marks: a link or pipe, a
+    /// file with further names, which would share them, a disk without attributes.
+    std::function<void()> whenUnmarkable = {};
     /// Marks whose names begin with this are taken off; empty: none.
     std::string unmarkPrefix = {};
     /// Folders above the source, other than the parts of this path, must not be links; empty: links

@@ -32,6 +32,13 @@ public:
     /// The names in a folder, in no order; none when it cannot be listed.
     virtual std::vector<std::string> namesIn(const std::string& folder) const = 0;
 
+    /// Writes a small file of the program's own, with the folders above that are missing, readable
+    /// only for its owner; it is on the disk when this gives true.
+    virtual bool writeNote(const std::string& path, const std::string& bytes) = 0;
+    /// What `writeNote` wrote; nothing when there is no such file.
+    virtual std::optional<std::string> readNote(const std::string& path) const = 0;
+    virtual void removeNote(const std::string& path) = 0;
+
     /// The extended attributes of the file or folder at `path` whose names begin with `prefix`.
     virtual std::vector<FileMark> marksOf(
         const std::string& path, const std::string& prefix) const = 0;
@@ -45,6 +52,9 @@ public:
         const std::string& path, unsigned permissions) override;
     void removeMadeFolders(const std::vector<std::string>& folders) override;
     std::vector<std::string> namesIn(const std::string& folder) const override;
+    bool writeNote(const std::string& path, const std::string& bytes) override;
+    std::optional<std::string> readNote(const std::string& path) const override;
+    void removeNote(const std::string& path) override;
     std::vector<FileMark> marksOf(
         const std::string& path, const std::string& prefix) const override;
 };

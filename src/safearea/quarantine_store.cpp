@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 #include <tuple>
 
 namespace kestavon {
@@ -31,12 +32,19 @@ Timestamp momentOf(const std::string& text)
     return Timestamp(std::chrono::nanoseconds(nanoseconds));
 }
 
+/// The identifier under which the item is held; its own for one with a name of another kind.
+Uuid heldIdOf(const QuarantineItem& item)
+{
+    return idOfHeldName(lastComponent(item.quarantinedPath)).value_or(item.id);
+}
+
 } // namespace
 
 QuarantineStore::QuarantineStore(const HostLayout& layout, QuarantineTools tools)
     : m_root(layout.applicationSupport + "/Kestavon/Quarantine")
     , m_home(layout.home)
     , m_tools(std::move(tools))
+    , m_notes(layout.applicationSupport + "/Kestavon/Origins", m_tools.places)
 {
 }
 
@@ -52,10 +60,12 @@ FileResult<std::vector<QuarantineItem>> QuarantineStore::quarantine(
     clearUnfinishedMoves();
 
     std::vector<QuarantineItem> held;
-    for (const auto& candidate : candidates) {
+    for (std::size_t position = 0; position < candidates.size(); ++position) {
         if (options.stop.stop_requested())
             break;
-        if (auto item = hold(candidate, options))
+        if (options.begins)
+            options.begins(position);
+        if (auto item = hold(candidates[position], options))
             held.push_back(std::move(*item));
     }
     return held;
@@ -78,21 +88,43 @@ std::optional<QuarantineItem> QuarantineStore::hold(
     item.date = m_tools.clock->now();
     MoveOptions move;
     move.marks = {{originMark, path}, {dateMark, textOf(item.date)}, {reasonMark, item.reason}};
+    bool isNoted = false;
+    move.whenUnmarkable = [&] {
+        m_notes.write(item.id, move.marks);
+        isNoted = true;
+    };
     move.noLinksBelow = options.noLinksBelow;
     move.refusesFolders = !candidate.record.isDirectory;
     move.stop = options.stop;
     move.progress = options.progress;
-    if (!m_tools.mover->move(path, item.quarantinedPath, move))
+    if (!m_tools.mover->move(path, item.quarantinedPath, move)) {
+        if (isNoted)
+            m_notes.remove(item.id);
         return std::nullopt;
+    }
     return item;
 }
 
-FileResult<Done> QuarantineStore::restore(const QuarantineItem& item)
+FileResult<Done> QuarantineStore::restore(const QuarantineItem& item, const RestoreOptions& options)
 {
     clearUnfinishedMoves();
     MoveOptions move;
-    move.unmarkPrefix = markPrefix;
-    return putBack(item.quarantinedPath, item.originalPath, *m_tools.mover, *m_tools.places, move);
+    move.stop = options.stop;
+    move.progress = options.progress;
+    // With a note, marks on it are those of another name of the same file.
+    const bool isNoted = !m_notes.read(heldIdOf(item)).empty();
+    if (!isNoted)
+        move.unmarkPrefix = markPrefix;
+    auto restored
+        = putBack(item.quarantinedPath, item.originalPath, *m_tools.mover, *m_tools.places, move);
+    if (restored && isNoted)
+        forget(item);
+    return restored;
+}
+
+void QuarantineStore::forget(const QuarantineItem& item)
+{
+    m_notes.remove(heldIdOf(item));
 }
 
 std::vector<QuarantineItem> QuarantineStore::heldItems()
@@ -106,7 +138,10 @@ std::vector<QuarantineItem> QuarantineStore::heldItems()
         QuarantineItem item;
         item.id = *id;
         item.quarantinedPath = m_root + '/' + name;
-        for (auto& mark : m_tools.places->marksOf(item.quarantinedPath, markPrefix)) {
+        auto marks = m_notes.read(*id);
+        if (marks.empty())
+            marks = m_tools.places->marksOf(item.quarantinedPath, markPrefix);
+        for (auto& mark : marks) {
             if (mark.name == originMark && mark.value.starts_with('/'))
                 item.originalPath = std::move(mark.value);
             else if (mark.name == reasonMark)
@@ -128,6 +163,13 @@ void QuarantineStore::clearUnfinishedMoves()
         return;
     m_hasCleared = true;
     m_tools.mover->clearUnfinishedMoves(m_root);
+    std::set<Uuid> held;
+    for (const auto& name : m_tools.places->namesIn(m_root)) {
+        if (const auto id = idOfHeldName(name))
+            held.insert(*id);
+    }
+    if (!held.empty()) // Else the disk that holds them may just not be there.
+        m_notes.removeAllBut(held);
 }
 
 } // namespace kestavon

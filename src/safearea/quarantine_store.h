@@ -7,6 +7,7 @@
 #include "platform/file_places.h"
 #include "platform/host_layout.h"
 #include "platform/protected_places.h"
+#include "safearea/origin_notes.h"
 
 #include <cstdint>
 #include <functional>
@@ -31,7 +32,15 @@ struct QuarantineOptions {
     std::string noLinksBelow = {};
     /// Checked before each candidate and while one is copied from another device.
     std::stop_token stop = {};
+    /// Called with the position of each candidate when its turn comes.
+    std::function<void(std::size_t position)> begins = {};
     /// See `MoveOptions::progress`; about the candidate in hand.
+    std::function<void(std::int64_t done, std::int64_t total)> progress = {};
+};
+
+struct RestoreOptions {
+    /// See `MoveOptions`.
+    std::stop_token stop = {};
     std::function<void(std::int64_t done, std::int64_t total)> progress = {};
 };
 
@@ -40,8 +49,9 @@ struct QuarantineOptions {
 ///
 /// Each item lies directly in the folder under its identifier and the beginning of its name; there
 /// is no list of them on the disk. Where it came from, why and when are kept as extended attributes
-/// (`user.kestavon.*`) of the item as far as it can hold any, and go when it is restored. Items are
-/// held without a time limit. Plain and synchronous: calls come one at a time, off the main thread.
+/// (`user.kestavon.*`) of the item, or, where it cannot have any of its own, as a note outside the
+/// holding folder; they go when it is restored. Items are held without a time limit. Plain and
+/// synchronous: calls come one at a time, off the main thread.
 class QuarantineStore {
 public:
     /// Touches nothing: the holding folder is made when the first item comes.
@@ -58,11 +68,13 @@ public:
 
     /// Moves the item back to where it came from, making the folders above when they are gone. When
     /// something lies there, the error is `Kind::fileExists`; after any failure nothing changed.
-    FileResult<Done> restore(const QuarantineItem& item);
+    FileResult<Done> restore(const QuarantineItem& item, const RestoreOptions& options = {});
+
+    /// To be told after a held item was deleted for good.
+    void forget(const QuarantineItem& item);
 
     /// What lies in the holding folder, from earlier runs too, the oldest first. The original path
-    /// is empty for items that could not be marked with it (links, pipes, disks without
-    /// attributes).
+    /// is empty for items that are not known to come from anywhere.
     std::vector<QuarantineItem> heldItems();
 
     /// Ends what a crash left unfinished in the holding folder and where its items were going;
@@ -77,6 +89,7 @@ private:
     std::string m_root;
     std::string m_home;
     QuarantineTools m_tools;
+    OriginNotes m_notes;
 
     bool m_hasCleared = false;
 };

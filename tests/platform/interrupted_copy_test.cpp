@@ -12,6 +12,8 @@
 #include <utility>
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -77,6 +79,43 @@ TEST_F(InterruptedCopyTest, CanBeCancelled)
     ASSERT_FALSE(moved);
     EXPECT_EQ(moved.error().kind, Kind::cancelled);
     expectNothingMoved(before);
+}
+
+TEST_F(InterruptedCopyTest, IsWholeAtOnePlaceWheneverItIsStopped)
+{
+    m_home.writeFile("from/tree/a", "small");
+    m_home.writeFile("from/tree/sub/z", "small");
+    const auto before = pictureOf(m_home / "from/tree");
+    int undone = 0;
+    int done = 0;
+    for (int stopAt = 1; done < 3; ++stopAt) {
+        SCOPED_TRACE(stopAt);
+        ASSERT_LT(stopAt, 1000);
+        std::stop_source stop;
+        int calls = 0;
+        FileResult<MoveReport> moved = MoveReport{};
+        {
+            const FaultyCalls watch([&](const SystemCall&) -> std::optional<Fault> {
+                if (++calls == stopAt)
+                    stop.request_stop();
+                return std::nullopt;
+            });
+            moved
+                = m_mover.move(m_home / "from/tree", m_other / "held", {.stop = stop.get_token()});
+        }
+        if (!moved) {
+            ++undone;
+            EXPECT_EQ(moved.error().kind, Kind::cancelled);
+            expectNothingMoved(before);
+            continue;
+        }
+        ++done;
+        EXPECT_FALSE(moved->remainsAtSource);
+        EXPECT_EQ(pictureOf(m_other / "held"), before);
+        EXPECT_EQ(entriesIn(m_home / "from"), 0U);
+        ASSERT_TRUE(m_mover.move(m_other / "held", m_home / "from/tree"));
+    }
+    EXPECT_GT(undone, 10);
 }
 
 TEST_F(InterruptedCopyTest, KeepsASourceThatChanges)
@@ -339,6 +378,71 @@ TEST_F(InterruptedCopyTest, RemembersTheTargetOnlyWhileItIsUnderWay)
     EXPECT_FALSE(hasMark(m_home / "from/tree"));
     ASSERT_TRUE(m_mover.move(m_home / "from/tree", m_other / "held", {.remembersTarget = true}));
     EXPECT_FALSE(hasMark(m_other / "held"));
+}
+
+TEST_F(InterruptedCopyTest, KeepsTheSourceWhenTheDestinationVanishes)
+{
+    fs::create_directory(m_other / "into");
+    const auto before = pictureOf(m_home / "from/tree");
+    MoveOptions options;
+    options.progress = [this](std::int64_t, std::int64_t) { fs::remove_all(m_other / "into"); };
+    const auto moved = m_mover.move(m_home / "from/tree", m_other / "into/held", options);
+    ASSERT_FALSE(moved);
+    EXPECT_NE(moved.error().message.find("“tree”"), std::string::npos);
+    expectNothingMoved(before);
+}
+
+TEST_F(InterruptedCopyTest, KeepsAccessLists)
+{
+    // Version 2; the owner may read and write, user 1234 read, the group nothing, nobody else.
+    const std::string list("\x02\0\0\0"
+                           "\x01\0\x06\0\xff\xff\xff\xff"
+                           "\x02\0\x04\0\xd2\x04\0\0"
+                           "\x04\0\0\0\xff\xff\xff\xff"
+                           "\x10\0\x04\0\xff\xff\xff\xff"
+                           "\x20\0\0\0\xff\xff\xff\xff",
+        44);
+    const auto listOf = [](const std::string& path, const char* kind) {
+        std::string value(256, '\0');
+        const auto size = ::getxattr(path.c_str(), kind, value.data(), value.size());
+        value.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+        return value;
+    };
+    constexpr auto* access = "system.posix_acl_access";
+    constexpr auto* inherited = "system.posix_acl_default";
+    const auto file = m_home / "from/tree/a";
+    const auto folder = m_home / "from/tree/sub";
+    if (::setxattr(file.c_str(), access, list.data(), list.size(), 0) != 0
+        || ::setxattr(folder.c_str(), inherited, list.data(), list.size(), 0) != 0)
+        GTEST_SKIP() << "no access lists here";
+    const auto before = pictureOf(m_home / "from/tree");
+    ASSERT_TRUE(move());
+    EXPECT_EQ(listOf(m_other / "held/a", access), list);
+    EXPECT_EQ(listOf(m_other / "held/sub", inherited), list);
+    EXPECT_EQ(listOf(m_other / "held/sub/z", access), "") << "copies inherit nothing";
+    EXPECT_EQ(pictureOf(m_other / "held"), before);
+}
+
+TEST_F(InterruptedCopyTest, SaysInWordsThatThereIsNoRoomAndCopiesNothing)
+{
+    if (::geteuid() != 0 || ::unshare(CLONE_NEWNS) != 0)
+        GTEST_SKIP() << "only root can mount";
+    ASSERT_EQ(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+    fs::create_directory(m_other / "small");
+    ASSERT_EQ(::mount("none", (m_other / "small").c_str(), "tmpfs", 0, "size=1m"), 0);
+    const auto before = pictureOf(m_home / "from/tree");
+    bool isCopying = false;
+    MoveOptions options;
+    options.progress = [&](std::int64_t, std::int64_t) { isCopying = true; };
+    const auto moved = m_mover.move(m_home / "from/tree", m_other / "small/held", options);
+    EXPECT_EQ(entriesIn(m_other / "small"), 0U);
+    ::umount((m_other / "small").c_str());
+    fs::remove(m_other / "small");
+    ASSERT_FALSE(moved);
+    EXPECT_EQ(moved.error().kind, Kind::noSpace);
+    EXPECT_NE(moved.error().message.find("“tree”"), std::string::npos);
+    EXPECT_FALSE(isCopying) << "found out only when the disk was full";
+    expectNothingMoved(before);
 }
 
 } // namespace

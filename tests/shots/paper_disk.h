@@ -52,6 +52,9 @@ public:
     }
     void removeMadeFolders(const std::vector<std::string>&) override { }
     std::vector<std::string> namesIn(const std::string&) const override { return names; }
+    bool writeNote(const std::string&, const std::string&) override { return true; }
+    std::optional<std::string> readNote(const std::string&) const override { return std::nullopt; }
+    void removeNote(const std::string&) override { }
     std::vector<FileMark> marksOf(const std::string& path, const std::string&) const override
     {
         const auto found = marks.find(path.substr(path.rfind('/') + 1));

@@ -7,6 +7,7 @@
 #include "platform/linux/removal/metadata.h"
 #include "platform/linux/removal/retry.h"
 #include "platform/linux/removal/tree_copy.h"
+#include "platform/linux/small_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -116,6 +117,24 @@ std::vector<std::string> SystemFilePlaces::namesIn(const std::string& folder) co
             names.emplace_back(listing->name(entry));
     }
     return names;
+}
+
+bool SystemFilePlaces::writeNote(const std::string& path, const std::string& bytes)
+{
+    return replaceSmallFile(path, bytes);
+}
+
+std::optional<std::string> SystemFilePlaces::readNote(const std::string& path) const
+{
+    auto file = readSmallFile(path);
+    if (file.error != 0)
+        return std::nullopt;
+    return std::move(file.bytes);
+}
+
+void SystemFilePlaces::removeNote(const std::string& path)
+{
+    ::unlink(path.c_str());
 }
 
 std::vector<FileMark> SystemFilePlaces::marksOf(

@@ -180,6 +180,12 @@ private:
         if (!copy)
             return copy.error();
         m_copy = copy->identity;
+        const auto isOnCopy = [this](const FileMark& mark) {
+            return readMark(m_targetFolder.get(), m_names.partialCopy.c_str(), mark.name)
+                == mark.value;
+        };
+        if (m_options.whenUnmarkable && !std::ranges::all_of(m_options.marks, isOnCopy))
+            m_options.whenUnmarkable();
         return 0;
     }
 
@@ -199,6 +205,9 @@ private:
     int takeSourceAway(const TreeSurvey& survey, MoveReport& report)
     {
         lockSourceFolder();
+        const auto& top = survey.entries().front().status;
+        if (m_options.remembersTarget && !top.isFolder() && top.links > 1) // Others would keep it.
+            removeMarks(m_source.folder.get(), m_source.name.c_str(), std::string(underWayMark));
         int error = 0;
         const auto source = removeSource(survey, error);
         if (source == Source::isWhole) {

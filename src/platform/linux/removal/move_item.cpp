@@ -21,6 +21,22 @@ bool mayShareDevice(const EntryStatus& item, int sourceFolder, int targetFolder)
     return from && to && from->identity.device == to->identity.device;
 }
 
+/// Whether marks on the item would be its own: every name of a file shows the same ones.
+bool canCarryMarks(const EntryStatus& item)
+{
+    return item.isFolder() || (item.isFile() && item.links == 1);
+}
+
+/// Puts the marks on the item, or tells whoever wants to keep them elsewhere.
+void markItem(int folder, const char* name, const EntryStatus& item, const MoveOptions& options)
+{
+    if (options.marks.empty())
+        return;
+    const bool isMarked = canCarryMarks(item) && setMarks(folder, name, options.marks);
+    if (!isMarked && options.whenUnmarkable)
+        options.whenUnmarkable();
+}
+
 int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
     MoveReport& report)
 {
@@ -37,16 +53,16 @@ int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOpt
     const bool marksFirst
         = mayShareDevice(*item, folder, targetFolder) && !statusOf(targetFolder, targetName);
     if (marksFirst)
-        setMarks(folder, name, options.marks);
+        markItem(folder, name, *item, options);
     const int error = renameWithoutReplacing(folder, name, targetFolder, targetName);
     if (error == 0) {
         if (!marksFirst)
-            setMarks(targetFolder, targetName, options.marks);
+            markItem(targetFolder, targetName, *item, options);
         removeMarks(targetFolder, targetName, options.unmarkPrefix);
         return 0;
     }
     for (const auto& mark : options.marks) {
-        if (marksFirst)
+        if (marksFirst && canCarryMarks(*item))
             removeMarks(folder, name, mark.name);
     }
     if (error != EXDEV)
