@@ -5,6 +5,8 @@
 #include "platform/host_layout.h"
 #include "platform/protected_places.h"
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <stop_token>
@@ -27,8 +29,13 @@ struct TrashOptions {
     std::string noLinksBelow = {};
     /// See `MoveOptions::refusesFolders`.
     bool refusesFolders = false;
-    /// Heard while an item is copied to another volume: the copy is dropped and nothing moves.
+    /// Heard before each item, and while one is copied to another volume: what has not moved by
+    /// then stays (`Kind::cancelled`).
     std::stop_token stop = {};
+    /// Of many items, called with the path of each when its turn comes.
+    std::function<void(const std::string& path)> begins = {};
+    /// See `MoveOptions::progress`; about the item in hand.
+    std::function<void(std::int64_t done, std::int64_t total)> progress = {};
 };
 
 /// The desktop's Trash. Any thread.

@@ -480,6 +480,27 @@ TEST_F(FreedesktopTrashTest, MovesManyAsIfOneByOne)
     EXPECT_EQ(std::ranges::count(sizes, '\n'), 2);
 }
 
+TEST_F(FreedesktopTrashTest, StopsBetweenTwoOfManyAndKeepsNoRecordsOfTheRest)
+{
+    std::vector<std::string> paths;
+    for (const auto* name : {"a", "b", "c"})
+        paths.push_back(m_folder.writeFile(std::string("home/") + name, name));
+    std::stop_source stop;
+    const auto results = m_trash->trashItems(
+        paths, {.stop = stop.get_token(), .begins = [&](const std::string& path) {
+                    if (path.ends_with('b'))
+                        stop.request_stop();
+                }});
+    ASSERT_THAT(results, SizeIs(3));
+    EXPECT_TRUE(results[0]);
+    EXPECT_TRUE(results[1]) << "its turn had come";
+    ASSERT_FALSE(results[2]);
+    EXPECT_EQ(results[2].error().kind, FileError::Kind::cancelled);
+    EXPECT_EQ(m_folder.readFile("home/c"), "c");
+    EXPECT_THAT(items(), ElementsAre("a", "b"));
+    EXPECT_THAT(records(), SizeIs(2));
+}
+
 TEST_F(FreedesktopTrashTest, MovesManyWithFewDescriptors)
 {
     constexpr int files = 600;

@@ -101,14 +101,19 @@ void FreedesktopTrash::trashTogether(std::span<const std::string> paths,
     std::vector<std::optional<Plan>> plans;
     plans.reserve(paths.size());
     for (const auto& path : paths)
-        plans.push_back(planFor(path, options, trashes));
+        plans.push_back(
+            options.stop.stop_requested() ? std::nullopt : planFor(path, options, trashes));
     writeOut(plans);
 
     DirectorySizes sizes;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         auto plan = std::exchange(plans[i], std::nullopt);
         std::optional<FileResult<std::string>> result;
-        if (plan && plan->isWritten) {
+        if (options.stop.stop_requested())
+            result = stoppedBefore(paths[i]);
+        else if (options.begins)
+            options.begins(paths[i]);
+        if (!result && plan && plan->isWritten) {
             // Looked at again: what was moved before may have taken this item with it.
             const auto item = findTrashableItem(paths[i], options, m_protectedPlaces);
             if (item && item->path == plan->path)
@@ -221,6 +226,7 @@ FileResult<std::string> FreedesktopTrash::put(const TrashableItem& item, const T
         name, std::string(trashName)};
     MoveOptions moveOptions;
     moveOptions.stop = options.stop;
+    moveOptions.progress = options.progress;
     moveOptions.refusesFolders = options.refusesFolders;
     const auto moved = moveItem(item.place, destination, moveOptions);
     if (!moved) {

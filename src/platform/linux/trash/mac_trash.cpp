@@ -29,6 +29,7 @@ FileResult<std::string> MacTrash::trashItem(const std::string& path, const Trash
     const auto longestName = longestNameIn(trash->get());
     MoveOptions moveOptions;
     moveOptions.stop = options.stop;
+    moveOptions.progress = options.progress;
     moveOptions.refusesFolders = options.refusesFolders;
     ItemPlace destination{std::move(*trash), {}, std::string(trashName)};
     constexpr std::size_t inOrder = 10'000;

@@ -8,8 +8,15 @@ std::vector<FileResult<std::string>> Trash::trashItems(
 {
     std::vector<FileResult<std::string>> results;
     results.reserve(paths.size());
-    for (const auto& path : paths)
+    for (const auto& path : paths) {
+        if (options.stop.stop_requested()) {
+            results.emplace_back(stoppedBefore(path));
+            continue;
+        }
+        if (options.begins)
+            options.begins(path);
         results.push_back(trashItem(path, options));
+    }
     return results;
 }
 

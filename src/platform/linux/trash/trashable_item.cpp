@@ -77,6 +77,11 @@ FileError alreadyInTrash(const TrashableItem& item)
     return {FileError::Kind::fileExists, quoted(item.place.name) + " is already in the Trash."};
 }
 
+FileError stoppedBefore(const std::string& path)
+{
+    return moveError(FileError::Kind::cancelled, lastComponent(path), trashName);
+}
+
 std::string withoutLinks(const std::string& path)
 {
     if (const auto folder = openFolder(path)) {

@@ -33,6 +33,9 @@ std::optional<FileError> refusalBecauseOfTrash(
 /// The refusal for what lies in some Trash.
 FileError alreadyInTrash(const TrashableItem& item);
 
+/// The error for an item whose turn had not come when the caller asked to stop.
+FileError stoppedBefore(const std::string& path);
+
 /// `path` without links, as far as it exists.
 std::string withoutLinks(const std::string& path);
 
