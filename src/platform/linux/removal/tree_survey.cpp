@@ -32,8 +32,10 @@ int removalObstacle(int folder, const EntryStatus& status)
 
 bool stickyBitForbids(const EntryStatus& folder, const EntryStatus& entry)
 {
+    if (!(folder.mode & S_ISVTX))
+        return false;
     const auto user = ::geteuid();
-    return (folder.mode & S_ISVTX) && user != 0 && folder.owner != user && entry.owner != user;
+    return user != 0 && folder.owner != user && entry.owner != user;
 }
 
 } // namespace
