@@ -12,6 +12,7 @@
 #include "ui/shell/shell_state.h"
 #include "ui/shell/status_state.h"
 #include "ui/shell/undo_state.h"
+#include "ui/shell/work_state.h"
 #include "ui/smartclean/smart_clean_state.h"
 #include "ui/storage/storage_state.h"
 #include "ui/widgets/disk_bar_state.h"
@@ -34,6 +35,9 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::OnboardingState* onboarding READ onboarding CONSTANT)
     Q_PROPERTY(kestavon::SettingsState* settings READ settings CONSTANT)
     Q_PROPERTY(kestavon::NoticeState* notice READ notice CONSTANT)
+    /// The offer to take the last move back.
+    Q_PROPERTY(kestavon::NoticeState* undoOffer READ undoOffer CONSTANT)
+    Q_PROPERTY(kestavon::WorkState* work READ work CONSTANT)
     Q_PROPERTY(kestavon::PathActions* pathActions READ pathActions CONSTANT)
     Q_PROPERTY(kestavon::ScanPanelState* scanPanel READ scanPanel CONSTANT)
     Q_PROPERTY(kestavon::DiskBarState* diskBar READ diskBar CONSTANT)
@@ -55,6 +59,8 @@ public:
     OnboardingState* onboarding() { return &m_onboarding; }
     SettingsState* settings() { return &m_settings; }
     NoticeState* notice() { return &m_notice; }
+    NoticeState* undoOffer() { return &m_undoOffer; }
+    WorkState* work() { return &m_work; }
     PathActions* pathActions() { return &m_pathActions; }
     ScanPanelState* scanPanel() { return &m_scanPanel; }
     DiskBarState* diskBar() { return &m_diskBar; }
@@ -76,7 +82,9 @@ private:
     OnboardingState m_onboarding;
     SettingsState m_settings;
     NoticeState m_notice{NoticeState::usualTime};
+    NoticeState m_undoOffer{NoticeState::usualTime};
     UndoState m_undo;
+    WorkState m_work;
     PathActions m_pathActions;
     LiveCount m_liveCount;
     ScanPanelState m_scanPanel;

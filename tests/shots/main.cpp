@@ -152,6 +152,21 @@ void hold(TestWindow& window)
     }
 }
 
+/// A move to the Safe Area that is copying, with the bars of what came before it.
+void moveForEver(TestWindow& window)
+{
+    suggest(window);
+    JunkGroup group;
+    group.items.push_back(
+        {.id = Uuid::random(), .record = {.path = shots::endlessPath, .isDirectory = true}});
+    window.model->cleanJunkItems(group, {group.items.front().id}, ActionKind::safeArea);
+    window.states->undoOffer()->show(
+        undoOfferText({ActionKind::trash, 3}), QStringLiteral("Undo"), [] {});
+    window.states->notice()->show(undoReportText({.restored = 12}));
+    test::processEventsUntil([&] { return window.states->work()->shown(); });
+    QTest::qWait(200); // until the bars have come up
+}
+
 /// Lets the holding folder hold items of earlier runs, and shows them.
 void showEarlier(TestWindow& window)
 {
@@ -237,9 +252,10 @@ const std::vector<Shot> shotList{
     {"undo", AppSection::storage,
         [](TestWindow& window) {
             scanHome(window);
-            window.states->notice()->show(
+            window.states->undoOffer()->show(
                 undoOfferText({ActionKind::trash, 3}), QStringLiteral("Undo"), [] {});
         }},
+    {"work", AppSection::cleaner, moveForEver, true},
     {"path-menu", AppSection::storage,
         [](TestWindow& window) {
             scanHome(window);

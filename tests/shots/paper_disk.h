@@ -3,10 +3,12 @@
 #include "platform/file_mover.h"
 #include "platform/file_places.h"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -15,6 +17,9 @@ namespace kestavon::shots {
 /// What was moved away. Used on the Safe Area's thread only.
 using MovedPaths = std::shared_ptr<std::set<std::string>>;
 
+/// A path at which it takes for ever to copy what lies there: as long as nobody stops it.
+inline const std::string endlessPath = "/home/alice/Videos/Holiday 2024";
+
 /// Says that every move went well: pictures of the Safe Area need no files.
 class PaperMover final : public FileMover {
 public:
@@ -22,9 +27,13 @@ public:
         : m_moved(std::move(moved))
     {
     }
-    FileResult<MoveReport> move(
-        const std::string& source, const std::string& destination, const MoveOptions&) override
+    FileResult<MoveReport> move(const std::string& source, const std::string& destination,
+        const MoveOptions& options) override
     {
+        while (source == endlessPath && !options.stop.stop_requested()) {
+            options.progress(18'420'000'000, 57'910'000'000);
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
         m_moved->insert(source);
         m_moved->erase(destination);
         return MoveReport{};

@@ -6,6 +6,7 @@ kestavon_test(screen_state_tests
         ui/duplicates/duplicates_rules_test.cpp
         ui/safearea/safe_area_rules_test.cpp
         ui/shell/undo_state_test.cpp
+        ui/shell/work_state_test.cpp
         ui/smartclean/preview_rules_test.cpp
         ui/smartclean/smart_clean_rules_test.cpp
         ui/storage/file_table_test.cpp

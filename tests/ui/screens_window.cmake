@@ -5,6 +5,7 @@ kestavon_test(screen_window_tests
         ui/duplicates/duplicates_window_test.cpp
         ui/history/history_window_test.cpp
         ui/safearea/safe_area_window_test.cpp
+        ui/shell/work_window_test.cpp
         ui/smartclean/smart_clean_window_test.cpp
         ui/storage/file_table_window_test.cpp
         ui/storage/removal_window_test.cpp

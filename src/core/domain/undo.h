@@ -19,6 +19,7 @@ struct UndoOffer {
 struct UndoReport {
     std::int64_t restored = 0; ///< items that lie at their places again
     std::int64_t failed = 0; ///< items that could not be put back; they stay where they were moved
+    std::int64_t left = 0; ///< the same for those whose turn did not come: it was stopped
     std::string error = {}; ///< why the first of those could not, in words; empty: none failed
     /// The list that they had left shows them again; false when another scan has replaced it.
     bool listed = true;

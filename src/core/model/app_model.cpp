@@ -53,7 +53,6 @@ AppModel::~AppModel()
         m_scanTask->request_stop();
     if (m_duplicateTask)
         m_duplicateTask->request_stop();
-    m_mergeStop.request_stop();
     if (m_junkScanTask)
         m_junkScanTask->request_stop();
     m_junkCategoryStop.request_stop();

@@ -6,6 +6,7 @@
 #include "core/domain/app_section.h"
 #include "core/domain/candidate_list.h"
 #include "core/domain/duplicate_list.h"
+#include "core/domain/file_work.h"
 #include "core/domain/installed_app.h"
 #include "core/domain/junk_group.h"
 #include "core/domain/quarantine_item.h"
@@ -19,6 +20,7 @@
 #include "core/model/impatient_asker.h"
 #include "core/model/removal_worker.h"
 #include "core/model/updater_controller.h"
+#include "core/model/work_board.h"
 #include "duplicates/duplicate_finder.h"
 #include "platform/folder_picker.h"
 #include "platform/platform.h"
@@ -79,6 +81,7 @@ public:
         scanNotice,
         undoOffer,
         busyHeldItems,
+        fileWork,
     };
 
     /// As `findDuplicates`.
@@ -150,6 +153,9 @@ public:
     /// The last move to the Trash or the Safe Area, until it is taken back or withdrawn, or
     /// something else is removed.
     const std::optional<UndoOffer>& undoOffer() const { return m_undoOffer; }
+    /// The moving, restoring or deleting that has been going on for half a second or longer; of
+    /// several, the one that was asked for first.
+    const std::optional<FileWork>& fileWork() const { return m_fileWork; }
     /// @}
 
     /// Whether the last finished scan could open its root; true before the first.
@@ -222,14 +228,20 @@ public:
     /// fields change when that is over, and then `finished` is called, if there is one. Protected
     /// items are skipped without a word. Operations that are started one after the other all
     /// complete, each with its own selection.
+    ///
+    /// One that is stopped ends as if it had been asked for what was done by then; what was not
+    /// stays listed, and selected where that can be seen, and there is no error.
     /// @{
+    /// Asks the work that `fileWork` shows to end: a copy to another device is dropped, a deletion
+    /// ends between two entries. Nothing when none is shown.
+    void stopFileWork() { m_works.stopShown(); }
     void trashRecords(RecordPick pick, Finished finished = {});
     void deleteRecordsPermanently(RecordPick pick, Finished finished = {});
     /// Moves the ticked suggestions; an error means that the Safe Area could not be opened and
     /// nothing changed.
     void moveSelectedCleanupToSafeArea(Finished finished = {});
     /// Removes the group's items with these ids. For the Safe Area, `moved` gets how many moved and
-    /// how many were to be; it is not called after an error.
+    /// how many were to be (or were tried until it was stopped); it is not called after an error.
     void cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> ids, ActionKind action,
         std::function<void(std::size_t moved, std::size_t requested)> moved = {},
         Finished finished = {});
@@ -369,6 +381,7 @@ private:
     struct HeldReturn {
         std::shared_ptr<const std::vector<QuarantineItem>> items;
         BusyItems busy = {};
+        std::shared_ptr<WorkMeter> work = {};
         std::size_t next = 0;
         UndoReport report = {};
         PathSet missing = {};
@@ -449,6 +462,7 @@ private:
     std::int64_t m_ramFreedBytes = 0;
     std::string m_scanNotice;
     std::optional<UndoOffer> m_undoOffer;
+    std::optional<FileWork> m_fileWork;
     bool m_scanRootWasOpened = true;
     UndoableMove m_undoableMove; // what the offer stands for
 
@@ -458,8 +472,10 @@ private:
     std::uint64_t m_scanRun = 0;
     std::optional<std::stop_source> m_duplicateTask;
     std::uint64_t m_duplicateRun = 0;
-    std::stop_source m_mergeStop; // heard when the model goes
     int m_merges = 0; // that are under way
+    WorkBoard m_works{[this](const std::optional<FileWork>& work) {
+        publish(Field::fileWork, m_fileWork, work);
+    }};
     std::optional<std::stop_source> m_junkScanTask;
     std::uint64_t m_junkScanRun = 0;
     std::stop_source m_junkCategoryStop; // heard when the model goes

@@ -1,10 +1,13 @@
+#include "core/domain/removal_guard.h"
 #include "core/model/app_model.h"
 #include "core/model/background.h"
+#include "core/model/candidate_holding.h"
 #include "core/model/removal_actions.h"
 #include "platform/byte_count.h"
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 namespace kestavon {
 
@@ -26,6 +29,24 @@ std::vector<std::uint32_t> positionsIn(const RecordList& list, const RecordPick&
 std::string filesText(const RemovalTally& tally)
 {
     return std::to_string(tally.count) + " files · " + fileByteCount(tally.bytes);
+}
+
+/// The part of a pick that was worked on: `tried` of it, and what lay in the folder that was just
+/// being deleted when the work was stopped and is gone.
+std::shared_ptr<const RecordPick> triedPart(
+    const std::shared_ptr<const RecordPick>& pick, std::size_t tried, const FilePlaces& places)
+{
+    if (tried >= pick->positions.size())
+        return pick;
+    auto part = std::make_shared<RecordPick>(*pick);
+    part->positions.resize(tried);
+    const auto inHand = pick->records->path(pick->positions[tried]);
+    for (const auto position : std::span(pick->positions).subspan(tried + 1)) {
+        const auto path = pick->records->path(position);
+        if (isAtOrBelow(path, inHand) && !places.kindOf(path))
+            part->positions.push_back(position);
+    }
+    return part;
 }
 
 std::vector<std::uint32_t> positionsIn(
@@ -57,7 +78,13 @@ void AppModel::removeRecords(
     RecordPick pick, ActionKind action, const std::string& title, Finished finished)
 {
     const auto picked = std::make_shared<const RecordPick>(std::move(pick));
-    auto remove = [picked, action, platform = m_platform] {
+    struct Removed {
+        RemovalReport report;
+        std::shared_ptr<const RecordPick> tried;
+    };
+    const auto work = m_works.start(deedOf(action));
+    auto remove = [picked, action, work, platform = m_platform] {
+        work->begin(picked->positions.size());
         std::vector<RemovalRequest> requests;
         requests.reserve(picked->positions.size());
         for (const auto position : picked->positions) {
@@ -65,16 +92,21 @@ void AppModel::removeRecords(
                 .bytes = picked->records->fileSize(position),
                 .isDirectory = picked->records->isDirectory(position)});
         }
-        return workerFor(platform, action, picked->records->root()).run(requests);
+        const auto& root = picked->records->root();
+        Removed removed;
+        removed.report
+            = workerFor(platform, action, root, watchOf(work)).run(requests, work->stopToken());
+        removed.tried = triedPart(picked, removed.report.tried, *platform.places);
+        return removed;
     };
     runInBackground(m_removalQueue, this, std::move(remove),
-        [this, picked, action, title, finished = std::move(finished)](
-            Outcome<RemovalReport> outcome) {
+        [this, action, title, work, finished = std::move(finished)](Outcome<Removed> outcome) {
+            m_works.end(work);
             if (!outcome.value)
                 return report(finished, outcome.error);
             // The whole selection leaves the list, what was skipped too.
-            dropRecords(picked,
-                [this, action, title, finished, removed = std::move(*outcome.value)](
+            dropRecords(outcome.value->tried,
+                [this, action, title, finished, removed = std::move(outcome.value->report)](
                     const std::shared_ptr<const RecordPick>& cut) {
                     refreshDiskSpace();
                     recordEvent(title, filesText(removed.tally));
@@ -111,11 +143,12 @@ void AppModel::dropRecords(std::shared_ptr<const RecordPick> pick, RecordsCut th
 void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
 {
     struct Moved {
-        std::shared_ptr<const std::vector<std::uint32_t>> picked;
+        std::shared_ptr<const std::vector<std::uint32_t>> tried;
         FileResult<std::vector<QuarantineItem>> items;
     };
+    const auto work = m_works.start(FileWork::Deed::hold);
     auto move = [store = m_quarantineStore, candidates = m_cleanupCandidates,
-                    selection = m_selectedCleanupIDs] {
+                    selection = m_selectedCleanupIDs, work] {
         auto picked = std::make_shared<std::vector<std::uint32_t>>();
         std::vector<CleanupCandidate> selected;
         for (std::size_t i = 0; i < candidates->size(); ++i) {
@@ -125,12 +158,14 @@ void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
             selected.push_back((*candidates)[i]);
         }
         const auto root = candidates->records() ? candidates->records()->root() : std::string();
-        auto items
-            = store->quarantine(selected, {.noLinksBelow = root, .stop = {}, .progress = {}});
-        return Moved{.picked = std::move(picked), .items = std::move(items)};
+        auto holding = holdCandidates(*store, selected, root, work);
+        picked->resize(holding.tried);
+        return Moved{.tried = std::move(picked), .items = std::move(holding.items)};
     };
     runInBackground(m_quarantineQueue, this, std::move(move),
-        [this, from = m_cleanupCandidates, finished = std::move(finished)](Outcome<Moved> outcome) {
+        [this, from = m_cleanupCandidates, work, finished = std::move(finished)](
+            Outcome<Moved> outcome) {
+            m_works.end(work);
             if (!outcome.value)
                 return report(finished, outcome.error);
             auto& moved = *outcome.value;
@@ -138,7 +173,7 @@ void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
                 return report(finished, moved.items.error().message);
             const auto held = *moved.items;
             addToQuarantine(std::move(*moved.items));
-            dropCandidates(from, moved.picked,
+            dropCandidates(from, moved.tried,
                 [this, held, finished](const std::shared_ptr<const CandidateCut>& cut) {
                     recordEvent(
                         "Items quarantined", std::to_string(held.size()) + " items moved safely");

@@ -96,25 +96,29 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
         std::shared_ptr<const RecordPick> copies;
     };
     const auto action = toTrash ? ActionKind::trash : ActionKind::permanent;
-    auto removeCopies = [duplicates = m_duplicates, action, platform = m_platform,
-                            stop = m_mergeStop.get_token()] {
+    const auto work = m_works.start(deedOf(action));
+    auto removeCopies = [duplicates = m_duplicates, action, platform = m_platform, work] {
         const DuplicateMerge merge(duplicates);
+        work->begin(merge.positions().size());
         Merged merged;
+        merged.report = merge.run(platform, action, watchOf(work));
+        auto positions
+            = work->isStopped() ? merge.positions(merged.report.removed.tried) : merge.positions();
         merged.copies = std::make_shared<const RecordPick>(
-            RecordPick{.records = duplicates->records(), .positions = merge.positions()});
-        merged.report = merge.run(platform, action, stop);
+            RecordPick{.records = duplicates->records(), .positions = std::move(positions)});
         return merged;
     };
     ++m_merges;
     runInBackground(m_removalQueue, this, std::move(removeCopies),
-        [this, from = m_duplicates, action, finished = std::move(finished)](
+        [this, from = m_duplicates, action, work, finished = std::move(finished)](
             Outcome<Merged> outcome) {
+            m_works.end(work);
             // One that could not even begin has removed nothing; its groups go all the same.
             auto merged
                 = std::move(outcome.value)
                       .value_or(Merged{{.removed = {}, .error = outcome.error},
                           std::make_shared<const RecordPick>(RecordPick{from->records(), {}})});
-            // Every copy leaves the list, what was skipped too.
+            // Every copy that had its turn leaves the list, what was skipped too.
             dropRecords(merged.copies,
                 [this, from, action, finished, report = std::move(merged.report)](
                     const std::shared_ptr<const RecordPick>& cut) {

@@ -1,9 +1,11 @@
 #include "core/model/app_model.h"
 #include "core/model/background.h"
+#include "core/model/candidate_holding.h"
 #include "core/model/removal_actions.h"
 #include "platform/byte_count.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace kestavon {
@@ -15,6 +17,7 @@ struct Cleaned {
     RemovalTally requested;
     RemovalReport removed;
     FileResult<std::vector<QuarantineItem>> held = std::vector<QuarantineItem>();
+    std::size_t tried = 0; ///< see `Holding` and `RemovalReport`
 };
 
 template <class Picks> std::vector<CleanupCandidate> picked(const JunkItems& items, Picks picks)
@@ -29,6 +32,15 @@ JunkItems without(const JunkItems& items, const std::unordered_set<Uuid>& ids)
     return picked(items, [&ids](const auto& item) { return !ids.contains(item.id); });
 }
 
+/// The ids of the first `count` items.
+std::unordered_set<Uuid> idsOf(const std::vector<CleanupCandidate>& items, std::size_t count)
+{
+    std::unordered_set<Uuid> ids;
+    for (const auto& item : std::span(items).first(count))
+        ids.insert(item.id);
+    return ids;
+}
+
 std::unordered_set<Uuid> idsOf(const JunkItems& items)
 {
     std::unordered_set<Uuid> ids;
@@ -39,15 +51,18 @@ std::unordered_set<Uuid> idsOf(const JunkItems& items)
 }
 
 Cleaned clean(QuarantineStore& store, const Platform& platform, ActionKind action,
-    const std::vector<CleanupCandidate>& items)
+    const std::vector<CleanupCandidate>& items, const std::shared_ptr<WorkMeter>& work)
 {
     Cleaned cleaned;
     for (const auto& item : items)
         cleaned.requested += {.count = 1, .bytes = item.estimatedBytes};
     if (action == ActionKind::safeArea) {
-        cleaned.held = store.quarantine(items);
+        auto holding = holdCandidates(store, items, {}, work);
+        cleaned.held = std::move(holding.items);
+        cleaned.tried = holding.tried;
         return cleaned;
     }
+    work->begin(items.size());
     std::vector<RemovalRequest> requests;
     requests.reserve(items.size());
     for (const auto& item : items) {
@@ -55,7 +70,9 @@ Cleaned clean(QuarantineStore& store, const Platform& platform, ActionKind actio
             .bytes = item.estimatedBytes,
             .isDirectory = item.record.isDirectory});
     }
-    cleaned.removed = workerFor(platform, action, {}).run(requests);
+    cleaned.removed
+        = workerFor(platform, action, {}, watchOf(work)).run(requests, work->stopToken());
+    cleaned.tried = cleaned.removed.tried;
     return cleaned;
 }
 
@@ -82,23 +99,29 @@ void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> i
     std::vector<JunkGroup> listed; // the group, if it still is
     std::ranges::copy_if(m_junkGroups, std::back_inserter(listed),
         [&group](const JunkGroup& shown) { return shown.id == group.id; });
-    auto work = [store = m_quarantineStore, platform = m_platform, action, items = group.items,
-                    listed = std::move(listed), ids = std::move(ids)] {
+    const auto work = m_works.start(deedOf(action));
+    auto cleanSelected = [store = m_quarantineStore, platform = m_platform, action, work,
+                             items = group.items, listed = std::move(listed),
+                             ids = std::move(ids)] {
         const auto isSelected = [&ids](const auto& item) { return ids.contains(item.id); };
-        CleanedGroup done{
-            .cleaned = clean(*store, platform, action, picked(items, isSelected)), .cuts = {}};
-        // The whole selection leaves the group, what stayed at its place too.
+        const auto selected = picked(items, isSelected);
+        CleanedGroup done{.cleaned = clean(*store, platform, action, selected, work), .cuts = {}};
+        // The whole selection leaves the group, what stayed at its place too; if it was stopped,
+        // what had its turn.
+        const auto tried = done.cleaned.tried;
+        const auto gone = tried == selected.size() ? ids : idsOf(selected, tried);
         for (const auto& shown : listed)
-            done.cuts.push_back({.before = shown, .left = without(shown.items, ids)});
+            done.cuts.push_back({.before = shown, .left = without(shown.items, gone)});
         return done;
     };
     auto& queue = action == ActionKind::safeArea ? m_quarantineQueue : m_removalQueue;
-    runInBackground(queue, this, std::move(work),
-        [this, category = group.category, action, moved = std::move(moved),
+    runInBackground(queue, this, std::move(cleanSelected),
+        [this, category = group.category, action, work, moved = std::move(moved),
             finished = std::move(finished)](Outcome<CleanedGroup> outcome) {
+            m_works.end(work);
             if (!outcome.value)
                 return report(finished, outcome.error);
-            auto& [requested, removed, held] = outcome.value->cleaned;
+            auto& [requested, removed, held, tried] = outcome.value->cleaned;
             if (!held)
                 return report(finished, held.error().message);
             const auto movedCount = held->size();
@@ -118,7 +141,7 @@ void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> i
                 recordEvent(std::string(rawValue(category)) + " moved to Safe Area",
                     movedText(movedCount, requested));
                 if (moved)
-                    moved(movedCount, static_cast<std::size_t>(requested.count));
+                    moved(movedCount, tried);
                 break;
             case ActionKind::trash:
                 recordEvent("Items moved to Trash", itemsText(removed.tally));
@@ -138,19 +161,30 @@ void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> i
 void AppModel::cleanAllJunk(Finished finished)
 {
     const auto total = fileByteCount(totalJunkBytes());
-    const auto groups = std::make_shared<const std::vector<JunkGroup>>(m_junkGroups);
-    auto moveAll = [store = m_quarantineStore, groups] {
+    struct Moved {
+        Holding holding;
+        std::vector<JunkCut> cuts;
+    };
+    const auto work = m_works.start(FileWork::Deed::hold);
+    auto moveAll = [store = m_quarantineStore, groups = m_junkGroups, work] {
         std::vector<CleanupCandidate> items;
-        for (const auto& group : *groups)
+        for (const auto& group : groups)
             items.insert(items.end(), group.items.begin(), group.items.end());
-        return store->quarantine(items);
+        Moved moved{.holding = holdCandidates(*store, items, {}, work), .cuts = {}};
+        const auto tried = moved.holding.tried;
+        const auto gone = tried == items.size() ? std::unordered_set<Uuid>() : idsOf(items, tried);
+        for (const auto& group : groups) {
+            moved.cuts.push_back({.before = group,
+                .left = tried == items.size() ? JunkItems() : without(group.items, gone)});
+        }
+        return moved;
     };
     runInBackground(m_quarantineQueue, this, std::move(moveAll),
-        [this, groups, total, finished = std::move(finished)](
-            Outcome<FileResult<std::vector<QuarantineItem>>> outcome) {
+        [this, work, total, finished = std::move(finished)](Outcome<Moved> outcome) {
+            m_works.end(work);
             if (!outcome.value)
                 return report(finished, outcome.error);
-            auto& held = *outcome.value;
+            auto& held = outcome.value->holding.items;
             if (!held)
                 return report(finished, held.error().message);
             UndoableMove move{.action = ActionKind::safeArea,
@@ -158,10 +192,7 @@ void AppModel::cleanAllJunk(Finished finished)
                 .held = *held};
             addToQuarantine(std::move(*held));
             // What a scan has found meanwhile stays.
-            std::vector<JunkCut> cuts;
-            for (const auto& group : *groups)
-                cuts.push_back({.before = group, .left = {}});
-            const auto before = dropJunk(cuts);
+            const auto before = dropJunk(outcome.value->cuts);
             recordEvent("Smart Clean complete",
                 std::to_string(move.count) + " items (" + total + ") quarantined");
             move.relist = [this, before](const Missing& missing, Relisted then) {

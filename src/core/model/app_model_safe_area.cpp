@@ -48,6 +48,24 @@ std::vector<QuarantineItem> outermostFirst(const std::vector<QuarantineItem>& it
     return ordered;
 }
 
+FileResult<Done> deleteHeld(FileRemover& remover, QuarantineStore& store,
+    const QuarantineItem& item, const std::shared_ptr<WorkMeter>& work)
+{
+    const auto watch = watchOf(work);
+    watch.begins(item.originalPath.empty() ? item.quarantinedPath : item.originalPath);
+    auto removed = remover.remove(item.quarantinedPath,
+        {.hidesFolders = true, .stop = watch.stop, .progress = watch.removed});
+    if (removed)
+        store.forget(item);
+    return removed;
+}
+
+bool isCancelled(const Outcome<FileResult<Done>>& outcome)
+{
+    return outcome.value && !*outcome.value
+        && outcome.value->error().kind == FileError::Kind::cancelled;
+}
+
 } // namespace
 
 void AppModel::addToQuarantine(std::vector<QuarantineItem> items)
@@ -72,12 +90,22 @@ void AppModel::forgetQuarantined(const std::unordered_set<Uuid>& ids)
 void AppModel::restoreFromSafeArea(const QuarantineItem& item, Finished finished)
 {
     auto busy = keepBusy({item});
+    const auto work = m_works.start(FileWork::Deed::restore);
     runInBackground(
-        m_quarantineQueue, this, [store = m_quarantineStore, item] { return store->restore(item); },
-        [this, item, busy, finished = std::move(finished)](
+        m_quarantineQueue, this,
+        [store = m_quarantineStore, item, work] {
+            work->begin(1);
+            work->beginItem(item.originalPath);
+            return store->restore(
+                item, {.stop = work->stopToken(), .progress = watchOf(work).copied});
+        },
+        [this, item, busy, work, finished = std::move(finished)](
             const Outcome<FileResult<Done>>& outcome) {
-            const auto error = wordsOf(outcome);
+            m_works.end(work);
             release(busy);
+            if (isCancelled(outcome))
+                return report(finished, {});
+            const auto error = wordsOf(outcome);
             if (error.empty()) {
                 forgetQuarantined({item.id});
                 recordEvent("Item restored", item.originalPath);
@@ -108,6 +136,7 @@ void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
 {
     if (!state.busy) {
         state.busy = keepBusy(*state.items);
+        state.work = m_works.start(FileWork::Deed::restore);
         auto inOrder = [items = state.items] { return outermostFirst(*items); };
         return runInBackground(m_quarantineQueue, this, std::move(inOrder),
             [this, state = std::move(state), finished = std::move(finished)](
@@ -118,37 +147,53 @@ void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
                 restoreHeld(std::move(state), std::move(finished));
             });
     }
-    if (state.next == state.items->size()) {
-        release(state.busy);
-        return finished(std::move(state.report), state.missing);
-    }
+    const auto end = [this](HeldReturn& ended, const HeldReturned& then) {
+        m_works.end(ended.work);
+        release(ended.busy);
+        for (; ended.next < ended.items->size(); ++ended.next)
+            ended.missing.insert((*ended.items)[ended.next].originalPath);
+        then(std::move(ended.report), ended.missing);
+    };
+    if (state.next == state.items->size())
+        return end(state, finished);
     struct Restored {
         std::vector<std::size_t> positions;
         std::vector<std::size_t> missing;
         std::string error; ///< the first
         std::size_t next;
+        bool isStopped = false; ///< before the next one, or in it
     };
-    auto restoreSome = [store = m_quarantineStore, items = state.items, next = state.next] {
+    auto restoreSome = [store = m_quarantineStore, items = state.items, next = state.next,
+                           work = state.work] {
         constexpr auto turn = std::chrono::milliseconds(50);
-        const auto end = std::chrono::steady_clock::now() + turn;
+        const auto turnEnd = std::chrono::steady_clock::now() + turn;
+        work->begin(items->size());
+        const RestoreOptions options{.stop = work->stopToken(), .progress = watchOf(work).copied};
         Restored restored{.positions = {}, .missing = {}, .error = {}, .next = next};
         do {
-            const auto position = restored.next++;
-            const auto back = store->restore((*items)[position]);
+            const auto position = restored.next;
+            work->beginItem((*items)[position].originalPath);
+            const auto back = store->restore((*items)[position], options);
+            if (!back && back.error().kind == FileError::Kind::cancelled)
+                break;
+            ++restored.next;
             (back ? restored.positions : restored.missing).push_back(position);
             if (!back && restored.error.empty())
                 restored.error = back.error().message;
-        } while (restored.next < items->size() && std::chrono::steady_clock::now() < end);
+        } while (restored.next < items->size() && !work->isStopped()
+            && std::chrono::steady_clock::now() < turnEnd);
+        restored.isStopped = work->isStopped();
         return restored;
     };
     runInBackground(m_quarantineQueue, this, std::move(restoreSome),
-        [this, state = std::move(state), finished = std::move(finished)](
+        [this, end, state = std::move(state), finished = std::move(finished)](
             const Outcome<Restored>& outcome) mutable {
+            const auto remaining
+                = [&] { return static_cast<std::int64_t>(state.items->size() - state.next); };
             if (!outcome.value) {
-                state.report.failed += static_cast<std::int64_t>(state.items->size() - state.next);
+                state.report.failed += remaining();
                 state.report.error = outcome.error;
-                release(state.busy);
-                return finished(std::move(state.report), state.missing);
+                return end(state, finished);
             }
             std::unordered_set<Uuid> ids;
             std::vector<std::string> paths;
@@ -165,6 +210,10 @@ void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
             if (state.report.error.empty())
                 state.report.error = outcome.value->error;
             state.next = outcome.value->next;
+            if (outcome.value->isStopped) {
+                state.report.left = remaining();
+                return end(state, finished);
+            }
             restoreHeld(std::move(state), std::move(finished));
         });
 }
@@ -198,15 +247,20 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
 {
     withdrawUndo(); // What is being deleted is not put back any more.
     auto busy = keepBusy({item});
+    const auto work = m_works.start(FileWork::Deed::remove);
     runInBackground(
         m_quarantineQueue, this,
-        [remover = m_platform.remover, path = item.quarantinedPath] {
-            return remover->remove(path, {.hidesFolders = true});
+        [remover = m_platform.remover, store = m_quarantineStore, item, work] {
+            work->begin(1);
+            return deleteHeld(*remover, *store, item, work);
         },
-        [this, item, busy, finished = std::move(finished)](
+        [this, item, busy, work, finished = std::move(finished)](
             const Outcome<FileResult<Done>>& outcome) {
-            const auto error = wordsOf(outcome);
+            m_works.end(work);
             release(busy);
+            if (isCancelled(outcome))
+                return report(finished, {});
+            const auto error = wordsOf(outcome);
             if (error.empty()) {
                 forgetQuarantined({item.id});
                 recordEvent("Permanently deleted", std::string(lastComponent(item.originalPath)));
@@ -226,25 +280,34 @@ void AppModel::deleteHeldItems(std::vector<QuarantineItem> items, Undeleted unde
 {
     withdrawUndo(); // What is being deleted is not put back any more.
     auto busy = keepBusy(items);
-    auto removeAll = [remover = m_platform.remover, items = std::move(items), undeleted] {
+    const auto work = m_works.start(FileWork::Deed::remove);
+    const auto count = items.size();
+    auto removeAll = [remover = m_platform.remover, store = m_quarantineStore,
+                         items = std::move(items), undeleted, work] {
+        work->begin(items.size());
         std::unordered_set<Uuid> ids;
         for (const auto& item : items) {
-            const auto deleted = remover->remove(item.quarantinedPath, {.hidesFolders = true});
-            if (deleted || undeleted == Undeleted::areForgotten)
+            if (work->isStopped())
+                break;
+            const auto deleted = deleteHeld(*remover, *store, item, work);
+            const bool wasTried = deleted || deleted.error().kind != FileError::Kind::cancelled;
+            if (deleted || (wasTried && undeleted == Undeleted::areForgotten))
                 ids.insert(item.id);
         }
         return ids;
     };
     // Not beside a restore of the same item, which would find it half there.
     runInBackground(m_quarantineQueue, this, std::move(removeAll),
-        [this, busy, title, finished = std::move(finished)](
+        [this, busy, title, count, work, finished = std::move(finished)](
             const Outcome<std::unordered_set<Uuid>>& outcome) {
+            m_works.end(work);
             release(busy);
             if (outcome.value) {
                 // What was moved in meanwhile stays listed.
                 forgetQuarantined(*outcome.value);
-                recordEvent(
-                    title, std::to_string(outcome.value->size()) + " items permanently deleted");
+                const bool isPart = work->isStopped() && outcome.value->size() < count;
+                recordEvent(isPart ? "Items permanently deleted" : title,
+                    std::to_string(outcome.value->size()) + " items permanently deleted");
             }
             report(finished, outcome.error);
         });

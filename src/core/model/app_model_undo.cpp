@@ -15,23 +15,43 @@ using PathSet = std::unordered_set<std::string>;
 struct Return {
     RemovalTally tally;
     std::int64_t failed = 0;
+    std::int64_t left = 0; ///< when it was stopped
     std::string error; ///< the first
     PathSet missing;
+
+    void leave(const TrashedItem& item)
+    {
+        left += item.tally.count;
+        missing.insert(item.originalPath);
+    }
 };
 
-Return returnFromTrash(const Platform& platform, const std::vector<TrashedItem>& items)
+Return returnFromTrash(
+    const Platform& platform, const std::vector<TrashedItem>& items, const WorkWatch& watch)
 {
     Return result;
+    MoveOptions options;
+    options.stop = watch.stop;
+    options.progress = watch.copied;
     for (const auto& item : items) {
-        const auto back
-            = putBack(item.trashedPath, item.originalPath, *platform.mover, *platform.places);
+        if (watch.stop.stop_requested()) {
+            result.leave(item);
+            continue;
+        }
+        watch.begins(item.originalPath);
+        const auto back = putBack(
+            item.trashedPath, item.originalPath, *platform.mover, *platform.places, options);
         if (back) {
             platform.trash->forgetItem(item.trashedPath);
             result.tally += item.tally;
             continue;
         }
-        result.failed += item.tally.count;
+        if (back.error().kind == FileError::Kind::cancelled) {
+            result.leave(item);
+            continue;
+        }
         result.missing.insert(item.originalPath);
+        result.failed += item.tally.count;
         if (result.error.empty())
             result.error = back.error().message;
     }
@@ -108,16 +128,24 @@ void AppModel::undoLastMove(Undone finished)
         }
         return restoreHeld({.items = held}, std::move(relist));
     }
+    const auto work = m_works.start(FileWork::Deed::restore);
     runInBackground(
         m_removalQueue, this,
-        [platform = m_platform, move] { return returnFromTrash(platform, move->trashed); },
-        [this, move, relist = std::move(relist)](const Outcome<Return>& outcome) {
+        [platform = m_platform, move, work] {
+            work->begin(move->trashed.size());
+            return returnFromTrash(platform, move->trashed, watchOf(work));
+        },
+        [this, move, work, relist = std::move(relist)](const Outcome<Return>& outcome) {
+            m_works.end(work);
             if (!outcome.value)
                 return relist({.failed = move->count, .error = outcome.error}, {});
             const auto& back = *outcome.value;
             if (back.tally.count > 0)
                 recordEvent("Move to Trash undone", move->describe(back.tally));
-            relist({.restored = back.tally.count, .failed = back.failed, .error = back.error},
+            relist({.restored = back.tally.count,
+                       .failed = back.failed,
+                       .left = back.left,
+                       .error = back.error},
                 back.missing);
         });
 }

@@ -20,6 +20,13 @@ FileError changed(const UnwantedCopy& unwanted)
     return removalError(FileError::Kind::changed, lastComponent(unwanted.copy.path));
 }
 
+/// Why the copy stays that was not found spare: it is not, or it was not looked at to the end.
+FileError notSpare(const UnwantedCopy& unwanted, bool isStopped)
+{
+    return isStopped ? removalError(FileError::Kind::cancelled, lastComponent(unwanted.copy.path))
+                     : changed(unwanted);
+}
+
 /// What `checkCopyIsSpare` says; what it throws, for want of memory, leaves the copy where it is.
 std::optional<SpareCopy> checked(
     const UnwantedCopy& unwanted, CopyProof proof, const std::stop_token& stop)
@@ -34,18 +41,19 @@ std::optional<SpareCopy> checked(
 
 } // namespace
 
-CopyRemoval::CopyRemoval(Platform platform, std::string walkedFolder, std::stop_token stop)
+CopyRemoval::CopyRemoval(Platform platform, std::string walkedFolder, WorkWatch watch)
     : m_platform(std::move(platform))
     , m_walkedFolder(std::move(walkedFolder))
-    , m_stop(std::move(stop))
+    , m_watch(std::move(watch))
 {
 }
 
 std::vector<FileResult<std::string>> CopyRemoval::trash(std::span<const UnwantedCopy> copies) const
 {
     std::vector<std::optional<SpareCopy>> spares;
-    std::ranges::transform(copies, std::back_inserter(spares),
-        [this](const UnwantedCopy& copy) { return checked(copy, CopyProof::identity, m_stop); });
+    std::ranges::transform(copies, std::back_inserter(spares), [this](const UnwantedCopy& copy) {
+        return checked(copy, CopyProof::identity, m_watch.stop);
+    });
     std::vector<std::string> paths;
     for (auto& spare : spares) {
         // Those before may have had to be read for hours.
@@ -54,13 +62,18 @@ std::vector<FileResult<std::string>> CopyRemoval::trash(std::span<const Unwanted
         if (spare)
             paths.push_back(spare->copy.path);
     }
-    auto trashed = m_platform.trash->trashItems(
-        paths, {.noLinksBelow = m_walkedFolder, .refusesFolders = true, .stop = m_stop});
+    const bool isStopped = m_watch.stop.stop_requested();
+    auto trashed = m_platform.trash->trashItems(paths,
+        {.noLinksBelow = m_walkedFolder,
+            .refusesFolders = true,
+            .stop = m_watch.stop,
+            .begins = m_watch.begins,
+            .progress = m_watch.copied});
     std::vector<FileResult<std::string>> results;
     auto next = trashed.begin();
     for (std::size_t i = 0; i < copies.size(); ++i) {
         if (!spares[i])
-            results.emplace_back(changed(copies[i]));
+            results.emplace_back(notSpare(copies[i], isStopped));
         else if (auto result = std::move(*next++); result && !isRight(*spares[i], *result))
             results.emplace_back(changed(copies[i]));
         else
@@ -87,13 +100,15 @@ bool CopyRemoval::isRight(const SpareCopy& spare, const std::string& trashedPath
 
 FileResult<std::string> CopyRemoval::deleteForGood(const UnwantedCopy& unwanted) const
 {
-    const auto spare = checked(unwanted, CopyProof::content, m_stop);
+    if (m_watch.begins)
+        m_watch.begins(unwanted.copy.path);
+    const auto spare = checked(unwanted, CopyProof::content, m_watch.stop);
     if (!spare)
-        return changed(unwanted);
+        return notSpare(unwanted, m_watch.stop.stop_requested());
     try {
         const auto removed = m_platform.remover->removeFileIf(spare->copy.path,
             spare->copy.identity, [&spare] { return isUntouched(spare->kept); },
-            {.noLinksBelow = m_walkedFolder, .stop = m_stop});
+            {.noLinksBelow = m_walkedFolder, .stop = m_watch.stop});
         if (!removed)
             return removed.error();
         return std::string();

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/model/removal_worker.h"
+#include "core/model/work_meter.h"
 #include "duplicates/copy_check.h"
 #include "platform/platform.h"
 
 #include <span>
-#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -25,7 +25,7 @@ struct UnwantedCopy {
 class CopyRemoval {
 public:
     /// Links below `walkedFolder` are not followed. A requested stop ends what reads long.
-    CopyRemoval(Platform platform, std::string walkedFolder, std::stop_token stop);
+    CopyRemoval(Platform platform, std::string walkedFolder, WorkWatch watch);
 
     /// Moves the copies to the Trash, together: it waits for the disk. Gives of each where it lies
     /// now.
@@ -42,7 +42,7 @@ private:
 
     Platform m_platform;
     std::string m_walkedFolder;
-    std::stop_token m_stop;
+    WorkWatch m_watch;
 };
 
 } // namespace kestavon

@@ -30,26 +30,27 @@ DuplicateMerge::DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates)
     }
 }
 
-std::vector<std::uint32_t> DuplicateMerge::positions() const
+std::vector<std::uint32_t> DuplicateMerge::positions(std::size_t count) const
 {
+    const auto copies = std::span(m_copies).first(std::min(count, m_copies.size()));
     std::vector<std::uint32_t> positions;
-    positions.reserve(m_copies.size());
-    for (const auto& [group, kept, copy] : m_copies)
+    positions.reserve(copies.size());
+    for (const auto& [group, kept, copy] : copies)
         positions.push_back(m_duplicates->members(group)[copy].position);
     std::ranges::sort(positions);
     return positions;
 }
 
 DuplicateMerge::Report DuplicateMerge::run(
-    const Platform& platform, ActionKind action, const std::stop_token& stop) const
+    const Platform& platform, ActionKind action, const WorkWatch& watch) const
 {
     constexpr std::size_t together = 256; // Paths take far more memory than what they are made of.
     Report report;
     try {
         auto copies = std::span(m_copies);
-        while (!copies.empty() && !stop.stop_requested()) {
+        while (!copies.empty() && !watch.stop.stop_requested()) {
             const auto next = copies.first(std::min(together, copies.size()));
-            report.removed += remove(next, platform, action, stop);
+            report.removed += remove(next, platform, action, watch);
             copies = copies.subspan(next.size());
         }
     } catch (const std::bad_alloc&) {
@@ -61,7 +62,7 @@ DuplicateMerge::Report DuplicateMerge::run(
 }
 
 RemovalReport DuplicateMerge::remove(std::span<const Copy> copies, const Platform& platform,
-    ActionKind action, const std::stop_token& stop) const
+    ActionKind action, const WorkWatch& watch) const
 {
     const auto& records = *m_duplicates->records();
     std::vector<RemovalRequest> requests;
@@ -75,7 +76,7 @@ RemovalReport DuplicateMerge::remove(std::span<const Copy> copies, const Platfor
             {.path = unwanted.copy.path, .bytes = records.fileSize(members[copy].position)});
         byPath.emplace(unwanted.copy.path, std::move(unwanted));
     }
-    const CopyRemoval removal(platform, records.root(), stop);
+    const CopyRemoval removal(platform, records.root(), watch);
     const auto removeCopies = [&](std::span<const std::string> paths) {
         std::vector<UnwantedCopy> unwanted;
         for (const auto& path : paths)
@@ -88,7 +89,7 @@ RemovalReport DuplicateMerge::remove(std::span<const Copy> copies, const Platfor
         return results;
     };
     return RemovalWorker(*platform.protectedPlaces, *platform.places, removeCopies)
-        .run(requests, stop);
+        .run(requests, watch.stop);
 }
 
 KnownFile DuplicateMerge::fileOf(const DuplicateList::Member& member) const

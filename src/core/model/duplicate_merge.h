@@ -4,13 +4,13 @@
 #include "core/domain/duplicate_list.h"
 #include "core/model/copy_removal.h"
 #include "core/model/removal_worker.h"
+#include "core/model/work_meter.h"
 #include "platform/platform.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -29,14 +29,15 @@ public:
 
     explicit DuplicateMerge(std::shared_ptr<const DuplicateList> duplicates);
 
-    /// The copies that go as positions in the list's records, ascending.
-    std::vector<std::uint32_t> positions() const;
+    /// The first `count` of the copies that go, in the order of their turn, as positions in the
+    /// list's records, ascending.
+    std::vector<std::uint32_t> positions(std::size_t count = SIZE_MAX) const;
 
     /// Trashes or deletes the copies, group after group, each only if it is spare at that moment:
     /// see `CopyRemoval`. Those that are protected, changed or cannot be removed stay and are not
     /// counted. A requested stop leaves the rest where it is. Throws nothing; any thread but the
     /// main one.
-    Report run(const Platform& platform, ActionKind action, const std::stop_token& stop = {}) const;
+    Report run(const Platform& platform, ActionKind action, const WorkWatch& watch = {}) const;
 
 private:
     /// The members of a group that matter for one copy.
@@ -48,7 +49,7 @@ private:
 
     KnownFile fileOf(const DuplicateList::Member& member) const;
     RemovalReport remove(std::span<const Copy> copies, const Platform& platform, ActionKind action,
-        const std::stop_token& stop) const;
+        const WorkWatch& watch) const;
 
     std::shared_ptr<const DuplicateList> m_duplicates;
     std::vector<Copy> m_copies; ///< group after group

@@ -1,42 +1,64 @@
 #include "core/model/removal_actions.h"
 
+#include "core/domain/removal_guard.h"
+
 #include <span>
 #include <vector>
 
 namespace kestavon {
 
+namespace {
+
+FileResult<std::string> deleteForGood(
+    const Platform& platform, const std::string& path, const RemoveOptions& options)
+{
+    const auto removed = platform.remover->remove(path, options);
+    if (!removed)
+        return removed.error();
+    platform.trash->forgetItem(path); // when it was an item of the Trash
+    return std::string();
+}
+
+} // namespace
+
 RemovalWorker::Remove removalFor(const Platform& platform, ActionKind action,
-    const std::string& walkedFolder, bool refusesFolders)
+    const std::string& walkedFolder, bool refusesFolders, const WorkWatch& watch)
 {
     if (action == ActionKind::trash) {
-        return [trash = platform.trash, walkedFolder, refusesFolders](
-                   std::span<const std::string> paths) {
-            return trash->trashItems(
-                paths, {.noLinksBelow = walkedFolder, .refusesFolders = refusesFolders});
+        const TrashOptions options{.noLinksBelow = walkedFolder,
+            .refusesFolders = refusesFolders,
+            .stop = watch.stop,
+            .begins = watch.begins,
+            .progress = watch.copied};
+        return [trash = platform.trash, options](std::span<const std::string> paths) {
+            return trash->trashItems(paths, options);
         };
     }
-    return [remover = platform.remover, trash = platform.trash, walkedFolder, refusesFolders](
-               std::span<const std::string> paths) {
+    const RemoveOptions options{.noLinksBelow = walkedFolder,
+        .refusesFolders = refusesFolders,
+        .stop = watch.stop,
+        .progress = watch.removed};
+    return [platform, options, begins = watch.begins](std::span<const std::string> paths) {
         std::vector<FileResult<std::string>> results;
         for (const auto& path : paths) {
-            const auto removed = remover->remove(
-                path, {.noLinksBelow = walkedFolder, .refusesFolders = refusesFolders});
-            if (!removed) {
-                results.emplace_back(removed.error());
+            if (options.stop.stop_requested()) {
+                results.emplace_back(removalError(FileError::Kind::cancelled, lastComponent(path)));
                 continue;
             }
-            trash->forgetItem(path); // when it was an item of the Trash
-            results.emplace_back(std::string());
+            if (begins)
+                begins(path);
+            results.push_back(deleteForGood(platform, path, options));
         }
         return results;
     };
 }
 
-RemovalWorker workerFor(
-    const Platform& platform, ActionKind action, const std::string& walkedFolder)
+RemovalWorker workerFor(const Platform& platform, ActionKind action,
+    const std::string& walkedFolder, const WorkWatch& watch)
 {
-    return {*platform.protectedPlaces, *platform.places, removalFor(platform, action, walkedFolder),
-        removalFor(platform, action, walkedFolder, true)};
+    return {*platform.protectedPlaces, *platform.places,
+        removalFor(platform, action, walkedFolder, false, watch),
+        removalFor(platform, action, walkedFolder, true, watch)};
 }
 
 } // namespace kestavon

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace kestavon {
 
@@ -17,6 +18,7 @@ RemovalTally& RemovalTally::operator+=(const RemovalTally& other)
 RemovalReport& RemovalReport::operator+=(RemovalReport other)
 {
     tally += other.tally;
+    tried += other.tried;
     std::ranges::move(other.trashed, std::back_inserter(trashed));
     return *this;
 }
@@ -35,10 +37,12 @@ RemovalReport RemovalWorker::run(
 {
     constexpr std::size_t atATime = 256;
     RemovalReport report;
-    while (!requests.empty() && !stop.stop_requested()) {
+    bool isCancelled = false;
+    while (!requests.empty() && !isCancelled && !stop.stop_requested()) {
         const bool areFolders = requests.front().isDirectory;
         std::vector<std::string> paths;
         std::vector<RemovalTally> tallies;
+        std::vector<std::size_t> numbers; // of the requests
         std::size_t next = 0;
         for (; next < requests.size() && paths.size() < atATime; ++next) {
             const auto& request = requests[next];
@@ -48,17 +52,23 @@ RemovalReport RemovalWorker::run(
                 continue;
             paths.push_back(request.path);
             tallies.push_back({.count = 1, .bytes = request.bytes});
+            numbers.push_back(next);
         }
         const auto results
             = (areFolders || !m_removeNonFolders ? m_remove : m_removeNonFolders)(paths);
         for (std::size_t i = 0; i < results.size(); ++i) {
-            if (!results[i])
+            if (!results[i]) {
+                const bool wasTried = results[i].error().kind != FileError::Kind::cancelled;
+                if (!wasTried && !std::exchange(isCancelled, true))
+                    next = numbers[i];
                 continue;
+            }
             report.tally += tallies[i];
             if (!results[i]->empty())
                 report.trashed.push_back(
                     {.originalPath = paths[i], .trashedPath = *results[i], .tally = tallies[i]});
         }
+        report.tried += next;
         requests = requests.subspan(next);
     }
     return report;

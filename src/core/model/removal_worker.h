@@ -34,6 +34,9 @@ struct TrashedItem {
 struct RemovalReport {
     RemovalTally tally;
     std::vector<TrashedItem> trashed; ///< in order; none when items were deleted
+    /// How many of the requests had their turn: all, unless the run was stopped. The one that was
+    /// being worked on by then, and was not finished, is not among them.
+    std::size_t tried = 0;
 
     RemovalReport& operator+=(RemovalReport other);
 };
@@ -58,9 +61,10 @@ public:
     RemovalWorker(const ProtectedPlaces& protectedPlaces, const FilePlaces& places, Remove remove,
         Remove removeNonFolders = {});
 
-    /// Tries every item in order, a few hundred at a time; between those it hears `stop`. Protected
-    /// ones, those that cannot be removed - because they went with a folder before them, too -, and
-    /// folders that were files when they were found are not counted; no error comes of it.
+    /// Tries every item in order, a few hundred at a time; a requested stop ends the run there and
+    /// with the first item of which `remove` says that it was cancelled. Protected ones, those that
+    /// cannot be removed - because they went with a folder before them, too -, and folders that
+    /// were files when they were found are not counted; no error comes of it.
     RemovalReport run(
         std::span<const RemovalRequest> requests, const std::stop_token& stop = {}) const;
 

@@ -1,8 +1,8 @@
 import QtQuick
 import Kestavon.Ui
 
-/// What the main window holds: sidebar, toolbar and the shown section's screen, the bar with the
-/// last notice, and over all of it the sheet that asks once for access.
+/// What the main window holds: sidebar, toolbar and the shown section's screen, bars at its
+/// foot with what goes on and what was done, and over all of it the sheet that asks once for access.
 Item {
     id: view
 
@@ -27,8 +27,24 @@ Item {
         anchors.left: sidebar.right
         anchors.right: parent.right
         anchors.top: toolbar.bottom
-        anchors.bottom: noticeBar.top
+        anchors.bottom: workBar.top
         ui: view.ui
+    }
+    WorkBar {
+        id: workBar
+        objectName: "workBar"
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        anchors.bottom: undoBar.top
+        work: view.ui.work
+    }
+    NoticeBar {
+        id: undoBar
+        objectName: "undoBar"
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        anchors.bottom: noticeBar.top
+        notice: view.ui.undoOffer
     }
     NoticeBar {
         id: noticeBar
@@ -40,7 +56,8 @@ Item {
     }
     MainShortcuts {
         shell: view.ui.shell
-        notice: view.ui.notice
+        undoOffer: view.ui.undoOffer
+        work: view.ui.work
         onFilterRequested: detail.focusFilter()
         onSettingsRequested: view.settingsRequested()
     }

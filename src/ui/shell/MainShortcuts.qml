@@ -6,7 +6,8 @@ Item {
     id: shortcuts
 
     required property ShellState shell
-    required property NoticeState notice
+    required property NoticeState undoOffer
+    required property WorkState work
 
     signal filterRequested
     signal settingsRequested
@@ -22,8 +23,13 @@ Item {
     }
     Shortcut {
         sequences: [StandardKey.Undo]
-        enabled: shortcuts.notice.shown
-        onActivated: shortcuts.notice.act()
+        enabled: shortcuts.undoOffer.shown
+        onActivated: shortcuts.undoOffer.act()
+    }
+    Shortcut {
+        sequences: ["Ctrl+."]
+        enabled: shortcuts.work.canStop
+        onActivated: shortcuts.work.stop()
     }
     Shortcut {
         sequences: [StandardKey.Find]

@@ -8,7 +8,8 @@ list(APPEND ui_state_sources
     shell/status_state.cpp shell/status_state.h
     shell/single_instance.cpp shell/single_instance.h
     shell/undo_state.cpp shell/undo_state.h
-    shell/window_folder_picker.cpp shell/window_folder_picker.h)
+    shell/window_folder_picker.cpp shell/window_folder_picker.h
+    shell/work_state.cpp shell/work_state.h)
 list(APPEND ui_module_sources shell/shell_types.h)
 list(APPEND ui_qml_files
     shell/ContentView.qml
@@ -27,4 +28,5 @@ list(APPEND ui_qml_files
     shell/StatusItem.qml
     shell/StatusWindow.qml
     shell/Toolbar.qml
-    shell/UnbuiltScreen.qml)
+    shell/UnbuiltScreen.qml
+    shell/WorkBar.qml)

@@ -6,6 +6,7 @@
 #include "ui/shell/sidebar_model.h"
 #include "ui/shell/status_state.h"
 #include "ui/shell/window_folder_picker.h"
+#include "ui/shell/work_state.h"
 
 #include <QtQml/qqml.h>
 
@@ -50,6 +51,13 @@ struct SettingsStateType {
     Q_GADGET
     QML_FOREIGN(kestavon::SettingsState)
     QML_NAMED_ELEMENT(SettingsState)
+    QML_UNCREATABLE("made by C++")
+};
+
+struct WorkStateType {
+    Q_GADGET
+    QML_FOREIGN(kestavon::WorkState)
+    QML_NAMED_ELEMENT(WorkState)
     QML_UNCREATABLE("made by C++")
 };
 

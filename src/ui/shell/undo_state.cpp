@@ -4,8 +4,6 @@
 
 #include <QPointer>
 
-#include <utility>
-
 namespace kestavon {
 
 namespace {
@@ -26,28 +24,33 @@ QString undoOfferText(const UndoOffer& offer)
 QString undoReportText(const UndoReport& report)
 {
     QString text;
-    if (report.failed == 0 && report.restored == 1)
+    const auto all = report.restored + report.failed + report.left;
+    if (report.left > 0)
+        text = u"Stopped: %1 of %2 put back."_s.arg(
+            QString::number(report.restored), itemsText(all));
+    else if (report.failed == 0 && report.restored == 1)
         text = u"1 item is back where it was."_s;
     else if (report.failed == 0)
         text = u"%1 are back where they were."_s.arg(itemsText(report.restored));
     else
-        text = u"%1 of %2 could not be put back: %3"_s.arg(QString::number(report.failed),
-            itemsText(report.restored + report.failed), displayText(report.error));
+        text = u"%1 of %2 could not be put back: %3"_s.arg(
+            QString::number(report.failed), itemsText(all), displayText(report.error));
     if (report.restored > 0 && !report.listed)
         text += u" A new scan will list what is back."_s;
     return text;
 }
 
-UndoState::UndoState(AppModel& model, NoticeState& notice)
+UndoState::UndoState(AppModel& model, NoticeState& offer, NoticeState& notice)
     : m_model(model)
+    , m_offer(offer)
     , m_notice(notice)
 {
     connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
         if (field == AppModel::Field::undoOffer)
             follow();
     });
-    connect(&notice, &NoticeState::shownChanged, this, [this] {
-        if (!m_notice.shown() && std::exchange(m_offering, false))
+    connect(&offer, &NoticeState::shownChanged, this, [this] {
+        if (!m_offer.shown())
             m_model.withdrawUndo();
     });
 }
@@ -55,19 +58,16 @@ UndoState::UndoState(AppModel& model, NoticeState& notice)
 void UndoState::follow()
 {
     const auto& offer = m_model.undoOffer();
-    if (offer) {
-        m_offering = true;
-        m_notice.show(undoOfferText(*offer), u"Undo"_s, [this] { undo(); });
-    } else if (std::exchange(m_offering, false)) {
-        m_notice.dismiss();
-    }
+    if (offer)
+        m_offer.show(undoOfferText(*offer), u"Undo"_s, [this] { undo(); });
+    else
+        m_offer.dismiss();
 }
 
 void UndoState::undo()
 {
     if (!m_model.undoOffer())
         return;
-    m_offering = false;
     m_notice.show(u"Putting %1 back…"_s.arg(itemsText(m_model.undoOffer()->count)));
     m_model.undoLastMove([self = QPointer<UndoState>(this)](const UndoReport& report) {
         if (self)

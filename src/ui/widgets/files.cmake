@@ -21,6 +21,7 @@ list(APPEND ui_qml_files
     widgets/ConfirmationDialogs.qml
     widgets/FileActionBar.qml
     widgets/FileTablePage.qml
+    widgets/FootBar.qml
     widgets/LegendDot.qml
     widgets/MemoryBar.qml
     widgets/MetricCard.qml

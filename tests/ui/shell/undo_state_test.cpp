@@ -18,6 +18,7 @@ TEST(UndoTexts, SayWhatMovedAndWhatCameBack)
         "1 of 3 items could not be put back: “a” is in the way.");
     EXPECT_EQ(undoReportText({.failed = 1, .error = "“a” is in the way.", .listed = false}),
         "1 of 1 item could not be put back: “a” is in the way.");
+    EXPECT_EQ(undoReportText({.restored = 1, .left = 2}), "Stopped: 1 of 3 items put back.");
 }
 
 } // namespace

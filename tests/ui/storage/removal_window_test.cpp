@@ -101,6 +101,22 @@ TEST_P(RemovalOnDisk, MovesToTheTrashAndBackAgain)
     EXPECT_EQ(item("noticeBar"), nullptr);
 }
 
+TEST_P(RemovalOnDisk, OffersToTakeBackBesideEveryOtherNotice)
+{
+    removeFirstTwo("moveToTrash");
+    waitFor("2 items moved to the Trash");
+    states->notice()->show("Something else");
+    waitFor("Something else");
+    EXPECT_NE(shown("2 items moved to the Trash"), nullptr);
+    states->notice()->dismiss();
+    waitUntilGone("Something else");
+    EXPECT_EQ(model->undoOffer(), (UndoOffer{ActionKind::trash, 2}));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(waitForRows(4));
+    waitFor("2 items are back where they were.");
+    EXPECT_EQ(item("undoBar"), nullptr);
+}
+
 TEST_P(RemovalOnDisk, TakesBackByKeyWhileItIsOffered)
 {
     removeFirstTwo("moveToTrash");
@@ -135,7 +151,7 @@ TEST_P(RemovalOnDisk, DeletesForGoodWithoutAnOffer)
     EXPECT_THAT(onDisk(), ElementsAre("file-2", "file-3"));
     EXPECT_FALSE(std::filesystem::exists(folder / ".Trash"));
     EXPECT_EQ(model->history().front().title, "Files permanently deleted");
-    EXPECT_EQ(item("noticeBar"), nullptr);
+    EXPECT_EQ(item("undoBar"), nullptr);
     EXPECT_EQ(item("fileActionBar"), nullptr);
 }
 
