@@ -16,6 +16,7 @@ target_sources(kestavon_platform PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/move_across_devices.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/move_item.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/remove_file.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/removal/remove_surveyed.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/remove_tree.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/rename_item.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/removal/tree_copy.cpp

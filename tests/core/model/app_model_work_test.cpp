@@ -1,4 +1,5 @@
 #include "core/model/actions_fixture.h"
+#include "support/fake_junk_scanner.h"
 
 #include <QElapsedTimer>
 
@@ -194,30 +195,40 @@ TEST_F(AppModelWork, WhatWasNotHeldStaysSuggestedAndTicked)
     EXPECT_EQ(model->undoOffer(), (UndoOffer{ActionKind::safeArea, 1}));
 }
 
-TEST_F(AppModelWork, ItemsOfACategoryStayInItsListWhenTheMoveIsStopped)
+TEST_F(AppModelWork, WhatWasNotCleanedStaysInItsCategory)
 {
+    const auto junkScanner = std::make_shared<test::FakeJunkScanner>();
+    model = std::make_unique<AppModel>(scanner, machine.platform(), findDuplicates,
+        [junkScanner](auto category, const auto& stop) { return (*junkScanner)(category, stop); });
+    const auto junkFile
+        = [this](const char* name) { return test::junk(folder.writeFile(name, "12345"), 5); };
+    model->scanAllJunk();
+    junkScanner->finishWith({junkFile("1"), junkFile("2"), junkFile("slow"), junkFile("4")});
+    junkScanner->finishWith({junkFile("5")});
+    for (int i = 2; i < 11; ++i)
+        junkScanner->finishWith({});
+    ASSERT_TRUE(test::processEventsUntil([&] { return !model->history().empty(); }));
+    const auto& groups = model->junkGroups();
+
     mover->isSlow = true;
-    scan({"logs/1", "logs/slow", "logs/3"});
-    JunkGroup group{.id = Uuid::random(), .category = JunkCategory::systemLogs, .items = {}};
-    std::unordered_set<Uuid> ids;
-    for (std::size_t i = 0; i < 3; ++i) {
-        group.items.push_back({.id = Uuid::random(),
-            .record = (*model->records())[i],
-            .reason = "Log",
-            .estimatedBytes = 5});
-        ids.insert(group.items.back().id);
-    }
-    std::pair<std::size_t, std::size_t> moved;
+    startAndStop([&](auto done) { model->cleanAllJunk(done); });
+    EXPECT_THAT(groups[0].items, SizeIs(2));
+    EXPECT_THAT(groups[1].items, SizeIs(1));
+    EXPECT_EQ(lastEvent().detail, "2 items (25 bytes) quarantined");
+
+    const std::unordered_set<Uuid> ids{groups[0].items[0].id, groups[0].items[1].id};
+    std::pair<std::size_t, std::size_t> moved(1, 1);
     startAndStop([&](auto done) {
         model->cleanJunkItems(
-            group, ids, ActionKind::safeArea,
+            groups[0], ids, ActionKind::safeArea,
             [&](std::size_t count, std::size_t tried) {
                 moved = {count, tried};
             },
             done);
     });
-    EXPECT_EQ(moved, (std::pair<std::size_t, std::size_t>(1, 1))) << "none of them failed";
-    EXPECT_EQ(lastEvent().detail, "1 of 3 items (15 bytes)");
+    EXPECT_EQ(moved, (std::pair<std::size_t, std::size_t>(0, 0))) << "none of them failed";
+    EXPECT_THAT(groups[0].items, SizeIs(2));
+    EXPECT_EQ(lastEvent().detail, "0 of 2 items (10 bytes)");
 }
 
 TEST_F(AppModelWork, WhatWasNotRestoredStaysHeld)

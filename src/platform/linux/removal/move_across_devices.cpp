@@ -2,6 +2,7 @@
 
 #include "platform/linux/removal/copy_verification.h"
 #include "platform/linux/removal/metadata.h"
+#include "platform/linux/removal/remove_surveyed.h"
 #include "platform/linux/removal/remove_tree.h"
 #include "platform/linux/removal/rename_item.h"
 #include "platform/linux/removal/retry.h"

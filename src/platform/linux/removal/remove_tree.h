@@ -21,18 +21,6 @@ struct RemoveTreeOptions {
 /// after an entry that cannot be deleted. Error 0, or the first failure: ECANCELED when stopped.
 TreeFailure removeTree(int folder, const std::string& name, const RemoveTreeOptions& options);
 
-/// What became of a surveyed item that was to be deleted.
-struct SurveyedRemoval {
-    bool isGone = false;
-    bool removedSomething = false;
-    bool keptSomething = false; ///< entries that are new, or not what the survey saw
-    int error = 0; ///< the first failure
-};
-
-/// Deletes the item called `name` in `folder`, but only those of its entries that still are what
-/// the survey saw.
-SurveyedRemoval removeSurveyed(const TreeSurvey& survey, int folder, const std::string& name);
-
 /// Deletes one entry; asks twice, because some disks refuse once. 0 also when it is gone already.
 int removeEntry(int folder, const char* name, int flags);
 
