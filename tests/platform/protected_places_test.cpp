@@ -40,8 +40,8 @@ TEST_F(ProtectedPlacesTest, ProtectsWhatTheSystemAndThePersonCannotDoWithout)
              "/var/lib/dpkg", "/run/x", "/", "/home", "/tmp", "/var", "/var/log", "/usr/local",
              "/Library", "/private", "/private/var", "relative", "/tmp/.."})
         EXPECT_TRUE(isRefused(path)) << path;
-    for (const auto* path :
-        {"/etcetera", "/opt/homebrew/var/cache/x", "/home/bob", "/tmp/x", "/var/log/old.gz", "/optional", "/run/media/x/../x/y"})
+    for (const auto* path : {"/etcetera", "/opt/homebrew/var/cache/x", "/home/bob", "/tmp/x",
+             "/var/log/old.gz", "/optional", "/run/media/x/../x/y"})
         EXPECT_EQ(isRefused(path), std::string_view(path).starts_with("/run")) << path;
 
     for (const auto* path : {"", "/.ssh", "/.ssh/id_rsa", "/.gnupg/x", "/.config", "/.local",

@@ -190,8 +190,8 @@ ProtectedPlaces::Lists ProtectedPlaces::listsFor(const HostLayout& layout)
     // Below folders of the system, and yet people's own: memory that anybody may put files in, and
     // where the desktop shows the phones and servers that a person has opened.
     // What a package manager of people's own has downloaded is theirs too.
-    lists.exceptions = {"/dev/shm", "/run/user/" + std::to_string(::getuid()) + "/gvfs",
-        "/opt/homebrew/var/cache"};
+    lists.exceptions = {
+        "/dev/shm", "/run/user/" + std::to_string(::getuid()) + "/gvfs", "/opt/homebrew/var/cache"};
     if (const auto user = userName(); !user.empty())
         lists.exceptions.push_back("/run/media/" + user);
     for (const auto place : keyPlaces)
