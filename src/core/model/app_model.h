@@ -230,7 +230,8 @@ public:
     /// complete, each with its own selection.
     ///
     /// One that is stopped ends as if it had been asked for what was done by then; what was not
-    /// stays listed, and selected where that can be seen, and there is no error.
+    /// stays listed, and selected where that can be seen, and there is no error. Only the groups of
+    /// duplicates are gone all the same: they have to be found anew.
     /// @{
     /// Asks the work that `fileWork` shows to end: a copy to another device is dropped, a deletion
     /// ends between two entries. Nothing when none is shown.

@@ -50,16 +50,24 @@ std::unordered_set<Uuid> idsOf(const JunkItems& items)
     return ids;
 }
 
+/// Of the first `count` items.
+RemovalTally tallyOf(std::span<const CleanupCandidate> items, std::size_t count)
+{
+    RemovalTally tally;
+    for (const auto& item : items.first(count))
+        tally += {.count = 1, .bytes = item.estimatedBytes};
+    return tally;
+}
+
 Cleaned clean(QuarantineStore& store, const Platform& platform, ActionKind action,
     const std::vector<CleanupCandidate>& items, const std::shared_ptr<WorkMeter>& work)
 {
     Cleaned cleaned;
-    for (const auto& item : items)
-        cleaned.requested += {.count = 1, .bytes = item.estimatedBytes};
     if (action == ActionKind::safeArea) {
         auto holding = holdCandidates(store, items, {}, work);
         cleaned.held = std::move(holding.items);
         cleaned.tried = holding.tried;
+        cleaned.requested = tallyOf(items, cleaned.tried);
         return cleaned;
     }
     work->begin(items.size());
@@ -160,9 +168,9 @@ void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> i
 
 void AppModel::cleanAllJunk(Finished finished)
 {
-    const auto total = fileByteCount(totalJunkBytes());
     struct Moved {
         Holding holding;
+        RemovalTally tried;
         std::vector<JunkCut> cuts;
     };
     const auto work = m_works.start(FileWork::Deed::hold);
@@ -170,8 +178,9 @@ void AppModel::cleanAllJunk(Finished finished)
         std::vector<CleanupCandidate> items;
         for (const auto& group : groups)
             items.insert(items.end(), group.items.begin(), group.items.end());
-        Moved moved{.holding = holdCandidates(*store, items, {}, work), .cuts = {}};
+        Moved moved{.holding = holdCandidates(*store, items, {}, work), .tried = {}, .cuts = {}};
         const auto tried = moved.holding.tried;
+        moved.tried = tallyOf(items, tried);
         const auto gone = tried == items.size() ? std::unordered_set<Uuid>() : idsOf(items, tried);
         for (const auto& group : groups) {
             moved.cuts.push_back({.before = group,
@@ -180,7 +189,7 @@ void AppModel::cleanAllJunk(Finished finished)
         return moved;
     };
     runInBackground(m_quarantineQueue, this, std::move(moveAll),
-        [this, work, total, finished = std::move(finished)](Outcome<Moved> outcome) {
+        [this, work, finished = std::move(finished)](Outcome<Moved> outcome) {
             m_works.end(work);
             if (!outcome.value)
                 return report(finished, outcome.error);
@@ -194,7 +203,8 @@ void AppModel::cleanAllJunk(Finished finished)
             // What a scan has found meanwhile stays.
             const auto before = dropJunk(outcome.value->cuts);
             recordEvent("Smart Clean complete",
-                std::to_string(move.count) + " items (" + total + ") quarantined");
+                std::to_string(move.count) + " items (" + fileByteCount(outcome.value->tried.bytes)
+                    + ") quarantined");
             move.relist = [this, before](const Missing& missing, Relisted then) {
                 relistJunk(before, missing, std::move(then));
             };

@@ -60,10 +60,10 @@ FileResult<Done> deleteHeld(FileRemover& remover, QuarantineStore& store,
     return removed;
 }
 
-bool isCancelled(const Outcome<FileResult<Done>>& outcome)
+/// Whether it failed because it was stopped. A file system may say the same of its own accord.
+bool wasStopped(const FileResult<Done>& result, const std::shared_ptr<WorkMeter>& work)
 {
-    return outcome.value && !*outcome.value
-        && outcome.value->error().kind == FileError::Kind::cancelled;
+    return !result && result.error().kind == FileError::Kind::cancelled && work->isStopped();
 }
 
 } // namespace
@@ -103,7 +103,7 @@ void AppModel::restoreFromSafeArea(const QuarantineItem& item, Finished finished
             const Outcome<FileResult<Done>>& outcome) {
             m_works.end(work);
             release(busy);
-            if (isCancelled(outcome))
+            if (outcome.value && wasStopped(*outcome.value, work))
                 return report(finished, {});
             const auto error = wordsOf(outcome);
             if (error.empty()) {
@@ -174,7 +174,7 @@ void AppModel::restoreHeld(HeldReturn state, HeldReturned finished)
             const auto position = restored.next;
             work->beginItem((*items)[position].originalPath);
             const auto back = store->restore((*items)[position], options);
-            if (!back && back.error().kind == FileError::Kind::cancelled)
+            if (!back && wasStopped(back, work))
                 break;
             ++restored.next;
             (back ? restored.positions : restored.missing).push_back(position);
@@ -258,7 +258,7 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
             const Outcome<FileResult<Done>>& outcome) {
             m_works.end(work);
             release(busy);
-            if (isCancelled(outcome))
+            if (outcome.value && wasStopped(*outcome.value, work))
                 return report(finished, {});
             const auto error = wordsOf(outcome);
             if (error.empty()) {
@@ -290,7 +290,7 @@ void AppModel::deleteHeldItems(std::vector<QuarantineItem> items, Undeleted unde
             if (work->isStopped())
                 break;
             const auto deleted = deleteHeld(*remover, *store, item, work);
-            const bool wasTried = deleted || deleted.error().kind != FileError::Kind::cancelled;
+            const bool wasTried = !wasStopped(deleted, work);
             if (deleted || (wasTried && undeleted == Undeleted::areForgotten))
                 ids.insert(item.id);
         }

@@ -58,7 +58,8 @@ RemovalReport RemovalWorker::run(
             = (areFolders || !m_removeNonFolders ? m_remove : m_removeNonFolders)(paths);
         for (std::size_t i = 0; i < results.size(); ++i) {
             if (!results[i]) {
-                const bool wasTried = results[i].error().kind != FileError::Kind::cancelled;
+                const bool wasTried = results[i].error().kind != FileError::Kind::cancelled
+                    || !stop.stop_requested();
                 if (!wasTried && !std::exchange(isCancelled, true))
                     next = numbers[i];
                 continue;

@@ -12,6 +12,8 @@ namespace kestavon {
 
 QString workText(const FileWork& work)
 {
+    if (work.item == 0) // It is still looked at what is to be done.
+        return u"Preparing…"_s;
     const auto name = fileNameText(lastComponent(work.path));
     switch (work.deed) {
     case FileWork::Deed::hold: return u"Moving “%1” to the Safe Area…"_s.arg(name);
@@ -31,7 +33,7 @@ QString workDetail(const FileWork& work)
         parts << u"%1 copied, finishing"_s.arg(byteText(work.copiedBytes));
     if (work.removedEntries > 0)
         parts << u"%1 deleted"_s.arg(work.removedEntries);
-    if (work.items > 1)
+    if (work.items > 1 && work.item > 0)
         parts << u"item %1 of %2"_s.arg(work.item).arg(work.items);
     return parts.join(u" · "_s);
 }

@@ -214,7 +214,7 @@ TEST_F(AppModelWork, WhatWasNotCleanedStaysInItsCategory)
     startAndStop([&](auto done) { model->cleanAllJunk(done); });
     EXPECT_THAT(groups[0].items, SizeIs(2));
     EXPECT_THAT(groups[1].items, SizeIs(1));
-    EXPECT_EQ(lastEvent().detail, "2 items (25 bytes) quarantined");
+    EXPECT_EQ(lastEvent().detail, "2 items (10 bytes) quarantined");
 
     const std::unordered_set<Uuid> ids{groups[0].items[0].id, groups[0].items[1].id};
     std::pair<std::size_t, std::size_t> moved(1, 1);
@@ -228,7 +228,7 @@ TEST_F(AppModelWork, WhatWasNotCleanedStaysInItsCategory)
     });
     EXPECT_EQ(moved, (std::pair<std::size_t, std::size_t>(0, 0))) << "none of them failed";
     EXPECT_THAT(groups[0].items, SizeIs(2));
-    EXPECT_EQ(lastEvent().detail, "0 of 2 items (10 bytes)");
+    EXPECT_EQ(lastEvent().detail, "0 of 0 items (Zero KB)");
 }
 
 TEST_F(AppModelWork, WhatWasNotRestoredStaysHeld)

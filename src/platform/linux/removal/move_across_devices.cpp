@@ -16,6 +16,7 @@
 
 #include <fcntl.h>
 #include <sys/statvfs.h>
+#include <sys/xattr.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -207,14 +208,18 @@ private:
     {
         lockSourceFolder();
         const auto& top = survey.entries().front().status;
-        if (m_options.remembersTarget && !top.isFolder() && top.links > 1) // Others would keep it.
-            removeMarks(m_source.folder.get(), m_source.name.c_str(), std::string(underWayMark));
+        FileDescriptor otherNames; // of the file, that would keep the mark when this one is gone
+        if (m_options.remembersTarget && !top.isFolder() && top.links > 1)
+            otherNames.reset(::openat(m_source.folder.get(), m_source.name.c_str(),
+                O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         int error = 0;
         const auto source = removeSource(survey, error);
         if (source == Source::isWhole) {
             removeCopy();
             return error;
         }
+        if (otherNames) // Not before: until then a crash leaves work for the next start.
+            ::fremovexattr(otherNames.get(), underWayMark.data());
         report.remainsAtSource = source != Source::isGone;
         if (source != Source::isAside) // What lies aside is for the next start to try again.
             removeMarks(
