@@ -10,11 +10,16 @@ using Deed = FileWork::Deed;
 
 TEST(WorkTexts, SayWhatIsBeingDone)
 {
-    const auto textFor = [](Deed deed) { return workText({.deed = deed, .path = "/home/a b"}); };
+    const auto textFor = [](Deed deed) {
+        FileWork work{.deed = deed, .path = "/home/a b"};
+        work.item = 1;
+        return workText(work);
+    };
     EXPECT_EQ(textFor(Deed::hold), "Moving “a b” to the Safe Area…");
     EXPECT_EQ(textFor(Deed::restore), "Putting “a b” back…");
     EXPECT_EQ(textFor(Deed::trash), "Moving “a b” to the Trash…");
     EXPECT_EQ(textFor(Deed::remove), "Deleting “a b”…");
+    EXPECT_EQ(workText({.deed = Deed::trash, .items = 3}), "Preparing…") << "no item's turn yet";
 }
 
 TEST(WorkTexts, SayHowFarItIs)
