@@ -130,7 +130,7 @@ TEST(DuplicateFinder, ReadsFilesDeeperThanAnyPathCanName)
 {
     const test::TemporaryTree tree;
     const std::string name(200, 'n');
-    tree.chain(name, 30); // six thousand bytes, with an empty file at the bottom
+    tree.chain(name, 30); // six thousand bytes, with a file at the bottom
     std::string bottom = tree.path();
     for (int i = 0; i < 30; ++i)
         bottom += '/' + name;

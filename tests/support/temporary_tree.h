@@ -21,7 +21,7 @@ public:
     void folder(std::string_view name) const { makeFolder(name); }
     void link(std::string_view name, std::string_view target) const;
     /// Makes a chain of `levels` folders, each named `name` and lying in the one before; the last
-    /// holds an empty file "bottom".
+    /// holds a file "bottom" of one byte.
     void chain(std::string_view name, int levels) const;
 
     /// Dates an entry; a link itself, not what it points to.
