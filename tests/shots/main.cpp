@@ -156,10 +156,13 @@ void hold(TestWindow& window)
 void moveForEver(TestWindow& window)
 {
     suggest(window);
+    CleanupCandidate endless;
+    endless.id = Uuid::random();
+    endless.record.path = shots::endlessPath;
+    endless.record.isDirectory = true;
     JunkGroup group;
-    group.items.push_back(
-        {.id = Uuid::random(), .record = {.path = shots::endlessPath, .isDirectory = true}});
-    window.model->cleanJunkItems(group, {group.items.front().id}, ActionKind::safeArea);
+    group.items = {endless};
+    window.model->cleanJunkItems(group, {endless.id}, ActionKind::safeArea);
     window.states->undoOffer()->show(
         undoOfferText({ActionKind::trash, 3}), QStringLiteral("Undo"), [] {});
     window.states->notice()->show(undoReportText({.restored = 12}));
