@@ -66,6 +66,9 @@ struct HostLayout {
     std::string configHome; ///< XDG_CONFIG_HOME
     std::string dataHome; ///< XDG_DATA_HOME
     std::string stateHome; ///< XDG_STATE_HOME
+    /// Where this machine's applications tell of themselves, in "applications" and "icons" below:
+    /// the user's folder first, then XDG_DATA_DIRS, then what Flatpak and Snap export. Each once.
+    std::vector<std::string> dataFolders;
 
     /// Where this program keeps its own settings; in a sandbox that is not the user's `configHome`.
     std::string settingsFolder;
@@ -108,6 +111,7 @@ struct HostEnvironment {
     std::string xdgConfigHome = {};
     std::string xdgDataHome = {};
     std::string xdgStateHome = {};
+    std::string xdgDataDirs = {}; ///< XDG_DATA_DIRS; folders that are relative do not count
     /// XDG_CONFIG_HOME of a process that lives in a sandbox, and so does not see the user's own;
     /// empty for a process that does.
     std::string sandboxConfigHome = {};

@@ -59,6 +59,10 @@ TEST(HostLayout, AnyOtherHomeFollowsTheBaseDirectories)
     EXPECT_EQ(layout.configHome, home / ".config");
     EXPECT_EQ(layout.dataHome, home / ".local/share");
     EXPECT_EQ(layout.stateHome, home / ".local/state");
+    EXPECT_THAT(layout.dataFolders,
+        ElementsAre(home / ".local/share", "/usr/local/share", "/usr/share",
+            home / ".local/share/flatpak/exports/share", "/var/lib/flatpak/exports/share",
+            "/var/lib/snapd/desktop"));
     EXPECT_EQ(layout.applicationSupport, home / ".local/share");
     EXPECT_THAT(layout.fullDiskAccessProbes,
         ElementsAre(home / "Library/Mail", home / "Library/Messages", home / "Library/Safari",
@@ -75,7 +79,11 @@ TEST(HostLayout, TakesAbsoluteBaseDirectoriesOnly)
         .xdgCacheHome = "/var/cache/alice/",
         .xdgConfigHome = "relative/config",
         .xdgDataHome = "/data",
-        .xdgStateHome = ""});
+        .xdgStateHome = "",
+        .xdgDataDirs = "/more/::relative:/data:/var/lib/flatpak/exports/share"});
+    EXPECT_THAT(layout.dataFolders,
+        ElementsAre("/data", "/more", "/var/lib/flatpak/exports/share",
+            "/data/flatpak/exports/share", "/var/lib/snapd/desktop"));
     EXPECT_EQ(layout.cacheHome, "/var/cache/alice");
     EXPECT_EQ(layout.configHome, home / ".config");
     EXPECT_EQ(layout.dataHome, "/data");

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <string_view>
 
 #include <pwd.h>
@@ -63,6 +64,34 @@ bool isFolder(const std::string& path)
 std::string baseFolder(const std::string& given, const std::string& home, std::string_view standard)
 {
     return given.starts_with('/') ? normalisedPath(given) : below(home, standard);
+}
+
+std::vector<std::string> dataFoldersOf(const HostLayout& layout, const std::string& named)
+{
+    const auto of = [&layout](const char* path) {
+        // An attached Mac's disk has none of them: this machine's are meant.
+        return layout.kind == HomeKind::mac ? path : layout.belowSystemRoot(path);
+    };
+    std::vector<std::string> folders;
+    const auto add = [&folders](const std::string& folder) {
+        if (std::ranges::find(folders, folder) == folders.end())
+            folders.push_back(folder);
+    };
+    add(layout.dataHome);
+    std::istringstream list(named);
+    for (std::string folder; std::getline(list, folder, ':');) {
+        if (folder.starts_with('/'))
+            add(normalisedPath(folder));
+    }
+    if (folders.size() == 1) {
+        add(of("/usr/local/share"));
+        add(of("/usr/share"));
+    }
+    // A session that began before they were installed does not name them.
+    add(below(layout.dataHome, "flatpak/exports/share"));
+    add(of("/var/lib/flatpak/exports/share"));
+    add(of("/var/lib/snapd/desktop"));
+    return folders;
 }
 
 std::vector<std::string> downloadFoldersOf(const HostLayout& layout)
@@ -128,6 +157,7 @@ HostEnvironment currentHostEnvironment()
     environment.xdgConfigHome = baseFolderVariable("CONFIG_HOME");
     environment.xdgDataHome = baseFolderVariable("DATA_HOME");
     environment.xdgStateHome = baseFolderVariable("STATE_HOME");
+    environment.xdgDataDirs = environmentValue("XDG_DATA_DIRS");
     if (isSandboxed)
         environment.sandboxConfigHome
             = baseFolder(environmentValue("XDG_CONFIG_HOME"), environment.home, ".config");
@@ -146,6 +176,7 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
     layout.configHome = baseFolder(environment.xdgConfigHome, layout.home, ".config");
     layout.dataHome = baseFolder(environment.xdgDataHome, layout.home, ".local/share");
     layout.stateHome = baseFolder(environment.xdgStateHome, layout.home, ".local/state");
+    layout.dataFolders = dataFoldersOf(layout, environment.xdgDataDirs);
     layout.applicationSupport = layout.kind == HomeKind::mac
         ? below(layout.home, "Library/Application Support")
         : layout.dataHome;
