@@ -60,6 +60,15 @@ Item {
         work: view.ui.work
         onFilterRequested: detail.focusFilter()
         onSettingsRequested: view.settingsRequested()
+        onHelpRequested: {
+            shortcutsSheet.active = true;
+            (shortcutsSheet.item as ShortcutsSheet).open();
+        }
+    }
+    Loader {
+        id: shortcutsSheet
+        active: false
+        source: "ShortcutsSheet.qml"
     }
 
     Loader {

@@ -11,6 +11,7 @@ Item {
 
     signal filterRequested
     signal settingsRequested
+    signal helpRequested
 
     Shortcut {
         sequences: [StandardKey.Open]
@@ -20,6 +21,11 @@ Item {
         sequences: ["F5", "Ctrl+R"]
         enabled: !shortcuts.shell.isScanning
         onActivated: shortcuts.shell.scan()
+    }
+    Shortcut {
+        sequences: ["Esc"]
+        enabled: shortcuts.shell.isScanning
+        onActivated: shortcuts.shell.stop()
     }
     Shortcut {
         sequences: [StandardKey.Undo]
@@ -39,6 +45,10 @@ Item {
         sequences: ["Ctrl+,"]
         context: Qt.ApplicationShortcut
         onActivated: shortcuts.settingsRequested()
+    }
+    Shortcut {
+        sequences: ["F1", "Ctrl+?"]
+        onActivated: shortcuts.helpRequested()
     }
     Shortcut {
         sequences: ["Ctrl+Q"]

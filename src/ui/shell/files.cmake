@@ -23,6 +23,7 @@ list(APPEND ui_qml_files
     shell/SectionScreen.qml
     shell/SettingsView.qml
     shell/SettingsWindow.qml
+    shell/ShortcutsSheet.qml
     shell/Sidebar.qml
     shell/SidebarRow.qml
     shell/StatusItem.qml

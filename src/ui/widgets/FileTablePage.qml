@@ -61,6 +61,8 @@ Item {
         visible: !page.files.empty
         rows: page.files.rows
         pathActions: page.pathActions
+        onTrashRequested: page.files.removal.askTrash()
+        onDeleteRequested: page.files.removal.askDelete()
     }
     FileActionBar {
         id: bar

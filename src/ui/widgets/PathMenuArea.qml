@@ -2,7 +2,8 @@ import QtQuick
 import Kestavon.Ui
 
 /// Makes the item it is put into offer what can be done with the path that it shows: a right click
-/// anywhere on the item, or the Menu key or Shift+F10 while the item has the keyboard.
+/// anywhere on the item, or the Menu key or Shift+F10 while the item has the keyboard; then Ctrl+C
+/// copies the path at once.
 ///
 ///     PathMenuArea { actions: screen.ui.pathActions; path: row.path }
 Item {
@@ -42,6 +43,11 @@ Item {
         sequences: ["Menu", "Shift+F10"]
         enabled: area.focused && area.offered && area.visible
         onActivated: area.openAt(28, area.height)
+    }
+    Shortcut {
+        sequences: [StandardKey.Copy]
+        enabled: area.focused && area.offered && area.visible
+        onActivated: area.actions.copy(area.path)
     }
     Loader {
         id: loader

@@ -45,6 +45,10 @@ Item {
     readonly property int firstRow: Math.floor(offset / rowHeight)
     readonly property int slots: items.count
 
+    /// Delete was pressed, for the selected rows; the second with Shift.
+    signal trashRequested
+    signal deleteRequested
+
     /// The ring is shown only after the keyboard was used.
     property bool keyboardUsed: false
 
@@ -159,6 +163,13 @@ Item {
                 table.rows.toggleCurrent();
             else if (event.key === Qt.Key_Escape && table.rows.hasSelection)
                 table.rows.clearSelection();
+            else if (event.key === Qt.Key_Delete && event.modifiers === Qt.NoModifier)
+                table.trashRequested();
+            else if (event.key === Qt.Key_Delete && event.modifiers === Qt.ShiftModifier)
+                table.deleteRequested();
+            else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !event.isAutoRepeat
+                    && table.rows.currentRow >= 0)
+                table.pathActions.open(table.rows.filePath(table.rows.currentRow));
             else
                 return;
             event.accepted = true;

@@ -18,6 +18,12 @@ std::int64_t millisecondsToNextAge(Timestamp moment, Timestamp now)
     return (step - age % step).count();
 }
 
+namespace {
+
+constexpr auto reloadPause = std::chrono::milliseconds(100);
+
+} // namespace
+
 FilePath pathOf(const ActivityEvent& event)
 {
     // Only restored items are told by their whole path.
@@ -30,10 +36,16 @@ ActivityListModel::ActivityListModel(AppModel& model, int limit, QObject* parent
     , m_limit(limit)
 {
     m_timer.setSingleShot(true);
+    m_reloadPause.setSingleShot(true);
+    m_reloadPause.setInterval(reloadPause);
+    connect(&m_reloadPause, &QTimer::timeout, this, [this] {
+        if (m_isStale)
+            reloadSoon();
+    });
     connect(&m_timer, &QTimer::timeout, this, &ActivityListModel::tick);
     connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
         if (field == AppModel::Field::history)
-            reload();
+            reloadSoon();
     });
     reload();
 }
@@ -45,9 +57,10 @@ int ActivityListModel::rowCount(const QModelIndex& parent) const
 
 QVariant ActivityListModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || index.row() >= m_count)
+    const auto& events = m_model.history();
+    if (!index.isValid() || static_cast<std::size_t>(index.row()) >= events.size())
         return {};
-    const auto& event = m_model.history()[static_cast<std::size_t>(index.row())];
+    const auto& event = events[static_cast<std::size_t>(index.row())];
     switch (role) {
     case TitleRole: return displayText(event.title);
     case DetailRole: return fileNameText(event.detail); // it may be a path
@@ -77,6 +90,17 @@ void ActivityListModel::setTicking(bool ticking)
     else
         m_timer.stop();
     Q_EMIT tickingChanged();
+}
+
+void ActivityListModel::reloadSoon()
+{
+    // Rows that are gone must not stay to be asked for.
+    const bool hasShrunk = m_model.history().size() < static_cast<std::size_t>(m_count);
+    m_isStale = m_reloadPause.isActive() && !hasShrunk;
+    if (m_isStale)
+        return;
+    reload();
+    hasShrunk ? m_reloadPause.stop() : m_reloadPause.start();
 }
 
 void ActivityListModel::reload()

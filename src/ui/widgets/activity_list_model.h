@@ -18,7 +18,9 @@ std::int64_t millisecondsToNextAge(Timestamp moment, Timestamp now);
 FilePath pathOf(const ActivityEvent& event);
 
 /// The newest events of the activity history, each with how long ago it was; while `ticking`, that
-/// text is kept current. Main thread.
+/// text is kept current. Of events in quick succession the first shows at once and the others
+/// together, a moment later: restoring thousands of items must not draw the list thousands of
+/// times. Main thread.
 class ActivityListModel final : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(bool empty READ empty NOTIFY emptyChanged)
@@ -60,6 +62,7 @@ Q_SIGNALS:
 
 private:
     QString text(int row, int role) const { return data(index(row), role).toString(); }
+    void reloadSoon();
     void reload();
     void scheduleTick();
     void tick();
@@ -70,6 +73,8 @@ private:
     int m_revision = 0;
     bool m_ticking = false;
     QTimer m_timer;
+    QTimer m_reloadPause; ///< runs after a reload; what happens meanwhile waits for its end
+    bool m_isStale = false;
 };
 
 } // namespace kestavon

@@ -32,7 +32,7 @@ TEST_F(HistoryWindow, ListsEveryEventTheNewestFirst)
     EXPECT_EQ(item("clearHistory"), nullptr);
     for (int count = 1; count <= 5; ++count)
         scanFiles(count);
-    EXPECT_TRUE(shown("5 events"));
+    waitFor("5 events"); // those that came at once are shown together
     EXPECT_EQ(states->history()->events()->detailText(0), "5 items scanned");
     EXPECT_EQ(states->history()->events()->detailText(4), "1 items scanned");
     EXPECT_EQ(states->history()->events()->detailText(5), "");
@@ -74,6 +74,7 @@ TEST_F(HistoryWindow, ScrollsByKeyboardThroughAHistoryLongerThanTheWindow)
 {
     for (int count = 1; count <= 30; ++count)
         scanFiles(count);
+    waitFor("30 events");
     EXPECT_FALSE(shown("1 items scanned"));
     need("events").forceActiveFocus(Qt::TabFocusReason);
     EXPECT_EQ(focusedName(), "History");

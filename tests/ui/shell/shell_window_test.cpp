@@ -68,6 +68,27 @@ TEST_F(ShellWindowTest, TheToolbarStartsAndStopsTheScan)
     EXPECT_EQ(model->scanPhase(), ScanPhase::finished());
 }
 
+TEST_F(ShellWindowTest, EscapeStopsTheScan)
+{
+    open();
+    press(Qt::Key_F5);
+    waitFor(QStringLiteral("Stop"));
+    press(Qt::Key_Escape);
+    EXPECT_EQ(model->scanPhase(), ScanPhase::idle());
+}
+
+TEST_F(ShellWindowTest, ListsItsKeysAndGivesTheKeyboardBack)
+{
+    open();
+    press(Qt::Key_Tab);
+    press(Qt::Key_F1);
+    waitFor(QStringLiteral("Keyboard Shortcuts"));
+    EXPECT_EQ(focusedName(), QStringLiteral("Close"));
+    press(Qt::Key_Escape);
+    waitUntilGone(QStringLiteral("Keyboard Shortcuts"));
+    EXPECT_EQ(focusedName(), QStringLiteral("Sections"));
+}
+
 TEST_F(ShellWindowTest, OnboardingIsOfferedOnceAndClosesWhenAccessIsThere)
 {
     machine.files->listable.clear();

@@ -240,6 +240,24 @@ TEST_F(RemovalWindow, RemovesAfterAYes)
     EXPECT_EQ(m_removed, 1u);
 }
 
+TEST_F(RemovalWindow, AsksTheSameForTheKeys)
+{
+    const auto pressAndConfirm = [&](Qt::KeyboardModifiers modifiers, const QString& label) {
+        press(Qt::Key_Delete, modifiers);
+        EXPECT_EQ(focusedLabel(), "Cancel");
+        EXPECT_EQ(need("confirm").property("label").toString(), label);
+        clickItem("confirm");
+    };
+    pressAndConfirm(Qt::NoModifier, "Move to Trash");
+    EXPECT_THAT(m_kinds, ElementsAre(RemovalKind::trash));
+    clickRow(3);
+    pressAndConfirm(Qt::ShiftModifier, "Delete Forever");
+    EXPECT_THAT(m_kinds, ElementsAre(RemovalKind::trash, RemovalKind::permanent));
+
+    press(Qt::Key_Delete);
+    EXPECT_EQ(item("confirm"), nullptr) << "nothing is selected";
+}
+
 TEST_F(RemovalWindow, TellsWhatWentWrong)
 {
     m_error = "The disk is full.";

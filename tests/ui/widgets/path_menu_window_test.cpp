@@ -83,6 +83,20 @@ TEST_F(PathMenuWindow, WorksFromTheKeyboardForTheCurrentRow)
     EXPECT_EQ(states->storage()->rows()->currentRow(), 1) << "the table has the keyboard again";
 }
 
+TEST_F(PathMenuWindow, HasKeysOfItsOwnForOpeningAndCopying)
+{
+    need("tableBody").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Return);
+    press(Qt::Key_Down);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard(), "/home/alice/Films/one.mkv");
+    press(Qt::Key_Down);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard(), "file:///home/alice/caf%E9");
+    press(Qt::Key_Return);
+    EXPECT_THAT(opened(1), ElementsAre("/home/alice/caf\xE9")) << "nothing opens without a row";
+}
+
 TEST_F(PathMenuWindow, SaysWhyNothingOpened)
 {
     machine.workspace->refuse("“one.mkv” couldn’t be opened.");
