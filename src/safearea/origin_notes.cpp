@@ -52,13 +52,14 @@ void OriginNotes::remove(const Uuid& id)
     m_places->removeNote(pathFor(id));
 }
 
-void OriginNotes::removeAllBut(const std::set<Uuid>& held)
+std::vector<Uuid> OriginNotes::noted() const
 {
+    std::vector<Uuid> ids;
     for (const auto& name : m_places->namesIn(m_folder)) {
-        const auto id = Uuid::fromText(name);
-        if (id && !held.contains(*id))
-            remove(*id);
+        if (const auto id = Uuid::fromText(name))
+            ids.push_back(*id);
     }
+    return ids;
 }
 
 std::string OriginNotes::pathFor(const Uuid& id) const

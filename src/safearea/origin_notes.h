@@ -4,7 +4,6 @@
 #include "platform/file_places.h"
 
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,8 @@ public:
     /// None when there is no note of the item.
     std::vector<FileMark> read(const Uuid& id) const;
     void remove(const Uuid& id);
-    /// Removes the notes of all items but these.
-    void removeAllBut(const std::set<Uuid>& held);
+    /// The items that there are notes of, in no order.
+    std::vector<Uuid> noted() const;
 
 private:
     std::string pathFor(const Uuid& id) const;

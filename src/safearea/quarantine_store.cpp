@@ -163,13 +163,30 @@ void QuarantineStore::clearUnfinishedMoves()
         return;
     m_hasCleared = true;
     m_tools.mover->clearUnfinishedMoves(m_root);
+    dropNotesOfWhatLeft();
+}
+
+/// Items may have left while the program was not there to forget them.
+void QuarantineStore::dropNotesOfWhatLeft()
+{
+    // A note is written before its item comes: another start of the program may be at it.
+    constexpr auto mayBeUnderWay = std::chrono::hours(24);
+    const auto noted = m_notes.noted();
     std::set<Uuid> held;
     for (const auto& name : m_tools.places->namesIn(m_root)) {
         if (const auto id = idOfHeldName(name))
             held.insert(*id);
     }
-    if (!held.empty()) // Else the disk that holds them may just not be there.
-        m_notes.removeAllBut(held);
+    if (held.empty()) // The disk that holds them may just not be there.
+        return;
+    for (const auto& id : noted) {
+        const auto marks = m_notes.read(id);
+        const auto date = std::ranges::find(marks, dateMark, &FileMark::name);
+        const bool isOld = date == marks.end()
+            || std::chrono::abs(m_tools.clock->now() - momentOf(date->value)) > mayBeUnderWay;
+        if (isOld && !held.contains(id))
+            m_notes.remove(id);
+    }
 }
 
 } // namespace kestavon

@@ -82,6 +82,7 @@ public:
     void clearUnfinishedMoves();
 
 private:
+    void dropNotesOfWhatLeft();
     std::optional<QuarantineItem> hold(
         const CleanupCandidate& candidate, const QuarantineOptions& options);
 

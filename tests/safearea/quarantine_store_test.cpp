@@ -302,6 +302,27 @@ TEST_P(QuarantineStoreTest, RemembersTheOriginOfWhatCannotSayIt)
     EXPECT_TRUE(fs::is_empty(m_layout.applicationSupport + "/Kestavon/Origins"));
 }
 
+TEST_P(QuarantineStoreTest, LeavesTheNotesOfWhatIsJustComingAlone)
+{
+    m_home.link("alice/link", "somewhere");
+    m_home.link("alice/other link", "somewhere");
+    auto first = makeStore();
+    const auto held = holdOne(first, at("link"));
+    const auto coming = holdOne(first, at("other link"));
+    const auto elsewhere = first.root() + "/../not there yet";
+    fs::rename(coming.quarantinedPath, elsewhere);
+    EXPECT_EQ(makeStore().heldItems(), std::vector{held}) << "a second start looks on";
+    fs::rename(elsewhere, coming.quarantinedPath);
+    EXPECT_EQ(makeStore().heldItems().size(), 2U);
+    EXPECT_EQ(makeStore().heldItems().back().originalPath, coming.originalPath);
+
+    fs::remove(coming.quarantinedPath);
+    m_clock->time += std::chrono::hours(25);
+    makeStore().heldItems();
+    const auto notes = m_layout.applicationSupport + "/Kestavon/Origins";
+    EXPECT_EQ(std::distance(fs::directory_iterator(notes), fs::directory_iterator()), 1);
+}
+
 TEST_P(QuarantineStoreTest, HoldsWithoutAMemoryOfTheOriginAsSafely)
 {
     m_home.link("alice/link", "somewhere");
