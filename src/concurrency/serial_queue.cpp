@@ -28,8 +28,10 @@ void letOthersGoFirst()
 struct SerialQueue::State {
     std::mutex mutex;
     std::condition_variable wake;
+    std::condition_variable ended;
     std::deque<std::function<void()>> jobs; // guarded by mutex
     bool closed = false; // guarded by mutex
+    bool running = false; // guarded by mutex
 
     void run()
     {
@@ -40,10 +42,13 @@ struct SerialQueue::State {
                 return;
             auto job = std::move(jobs.front());
             jobs.pop_front();
+            running = true;
             lock.unlock();
             job();
             job = nullptr; // What the job owned goes before the next one starts.
             lock.lock();
+            running = false;
+            ended.notify_all();
         }
     }
 };
@@ -60,16 +65,25 @@ SerialQueue::SerialQueue(Urgency urgency)
 
 SerialQueue::~SerialQueue()
 {
+    close({});
+}
+
+bool SerialQueue::close(std::chrono::steady_clock::time_point deadline)
+{
     std::deque<std::function<void()>> dropped; // freed without the lock
-    const std::lock_guard lock(m_state->mutex);
+    std::unique_lock lock(m_state->mutex);
     m_state->closed = true;
     dropped.swap(m_state->jobs);
     m_state->wake.notify_all();
+    const auto isIdle = [this] { return !m_state->running; };
+    return isIdle() || m_state->ended.wait_until(lock, deadline, isIdle);
 }
 
 void SerialQueue::post(std::function<void()> job)
 {
     const std::lock_guard lock(m_state->mutex);
+    if (m_state->closed)
+        return;
     m_state->jobs.push_back(std::move(job));
     m_state->wake.notify_one();
 }

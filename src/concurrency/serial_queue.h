@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -26,6 +27,10 @@ public:
 
     /// Any thread. A job must not throw.
     void post(std::function<void()> job);
+
+    /// Drops the jobs that have not begun, takes no more, and waits for the one that has until
+    /// `deadline`. Whether none runs any more.
+    bool close(std::chrono::steady_clock::time_point deadline);
 
 private:
     struct State;

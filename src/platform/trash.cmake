@@ -4,7 +4,7 @@ target_sources(kestavon_platform PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/linux/trash/directory_sizes.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/trash/freedesktop_trash.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/trash/mac_trash.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/linux/trash/mount_table.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/linux/mount_table.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/trash/mounted_volumes.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/trash/system_trash.cpp
     ${CMAKE_CURRENT_LIST_DIR}/linux/trash/trash_folder.cpp

@@ -10,7 +10,9 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/file.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -205,6 +207,25 @@ TEST_P(FileMoverTest, MovesAFolderThatItsOwnerMayNotWriteTo)
     EXPECT_EQ(statusOf(target("locked")).st_mode & 07777, 0555U);
     EXPECT_TRUE(isThere(target("locked/inner")));
     EXPECT_FALSE(isThere(m_home / "locked"));
+}
+
+TEST_P(FileMoverTest, LeavesAFolderInWhichAVolumeIsMounted)
+{
+    if (::geteuid() != 0 || ::unshare(CLONE_NEWNS) != 0)
+        GTEST_SKIP() << "only root can mount";
+    ASSERT_EQ(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
+    m_home.makeFolder("work/server");
+    m_home.writeFile("work server", "beside it");
+    ASSERT_EQ(::mount("none", (m_home / "work/server").c_str(), "tmpfs", 0, nullptr), 0);
+    m_home.writeFile("work/server/file", "on the volume");
+    const auto moved = SystemFileMover().move(m_home / "work", m_target + "/work");
+    ASSERT_FALSE(moved) << "what empties that place later would empty the volume";
+    EXPECT_EQ(moved.error().kind, Kind::permission);
+    EXPECT_EQ(m_home.readFile("work/server/file"), "on the volume");
+    EXPECT_EQ(entriesIn(m_target), 0U);
+    EXPECT_TRUE(SystemFileMover().move(m_home / "work server", m_target + "/other"));
+    ::umount((m_home / "work/server").c_str());
+    EXPECT_TRUE(SystemFileMover().move(m_home / "work", m_target + "/work"));
 }
 
 TEST(FileMoverTests, RefusesToMoveAFolderIntoItself)

@@ -416,11 +416,28 @@ TEST_F(InterruptedCopyTest, KeepsAccessLists)
         || ::setxattr(folder.c_str(), inherited, list.data(), list.size(), 0) != 0)
         GTEST_SKIP() << "no access lists here";
     const auto before = pictureOf(m_home / "from/tree");
+    // The place that it goes to lets somebody into all that is made there.
+    ASSERT_EQ(::setxattr(m_other.path().c_str(), inherited, list.data(), list.size(), 0), 0);
     ASSERT_TRUE(move());
+    EXPECT_EQ(listOf(m_other / "held", inherited), "");
+    EXPECT_EQ(listOf(m_other / "held", access), "");
     EXPECT_EQ(listOf(m_other / "held/a", access), list);
     EXPECT_EQ(listOf(m_other / "held/sub", inherited), list);
     EXPECT_EQ(listOf(m_other / "held/sub/z", access), "") << "copies inherit nothing";
     EXPECT_EQ(pictureOf(m_other / "held"), before);
+}
+
+TEST_F(InterruptedCopyTest, DoesNotTakeTwoNamesThatAreOneThereForATakenName)
+{
+    const auto before = pictureOf(m_home / "from/tree");
+    const FaultyCalls calls([](const SystemCall& call) {
+        return call.call == "mkdirat" && call.name == "sub" ? std::optional(Fault{EEXIST})
+                                                            : std::nullopt;
+    });
+    const auto moved = move();
+    ASSERT_FALSE(moved);
+    EXPECT_NE(moved.error().kind, Kind::fileExists) << "another name would be tried for ever";
+    expectNothingMoved(before);
 }
 
 TEST_F(InterruptedCopyTest, SaysInWordsThatThereIsNoRoomAndCopiesNothing)

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 
 namespace kestavon {
@@ -56,6 +57,13 @@ AppModel::~AppModel()
     if (m_junkScanTask)
         m_junkScanTask->request_stop();
     m_junkCategoryStop.request_stop();
+    if (m_works.stopAll()) {
+        // A copy that is stopped is cleared away, which a program that is gone cannot do; but a
+        // disk that does not answer must not keep it.
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+        m_removalQueue.close(deadline);
+        m_quarantineQueue.close(deadline);
+    }
 }
 
 void AppModel::setSection(AppSection section)

@@ -48,17 +48,27 @@ std::vector<QuarantineItem> outermostFirst(const std::vector<QuarantineItem>& it
     return ordered;
 }
 
-FileResult<Done> deleteHeld(FileRemover& remover, QuarantineStore& store,
-    const QuarantineItem& item, const std::shared_ptr<WorkMeter>& work)
-{
-    const auto watch = watchOf(work);
-    watch.begins(item.originalPath.empty() ? item.quarantinedPath : item.originalPath);
-    auto removed = remover.remove(item.quarantinedPath,
-        {.hidesFolders = true, .stop = watch.stop, .progress = watch.removed});
-    if (removed)
-        store.forget(item);
-    return removed;
-}
+/// What removes held items for good.
+struct HeldRemoval {
+    std::shared_ptr<FileRemover> remover;
+    std::shared_ptr<QuarantineStore> store;
+    std::shared_ptr<Trash> trash;
+    std::shared_ptr<WorkMeter> work;
+
+    FileResult<Done> remove(const QuarantineItem& item) const
+    {
+        const auto watch = watchOf(work);
+        watch.begins(item.originalPath.empty() ? item.quarantinedPath : item.originalPath);
+        auto removed = remover->remove(item.quarantinedPath,
+            {.hidesFolders = true, .stop = watch.stop, .progress = watch.removed});
+        if (removed) {
+            store->forget(item);
+            // What came out of the Trash does not go back there.
+            trash->forgetItem(item.originalPath);
+        }
+        return removed;
+    }
+};
 
 /// Whether it failed because it was stopped. A file system may say the same of its own accord.
 bool wasStopped(const FileResult<Done>& result, const std::shared_ptr<WorkMeter>& work)
@@ -250,9 +260,10 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
     const auto work = m_works.start(FileWork::Deed::remove);
     runInBackground(
         m_quarantineQueue, this,
-        [remover = m_platform.remover, store = m_quarantineStore, item, work] {
-            work->begin(1);
-            return deleteHeld(*remover, *store, item, work);
+        [removal = HeldRemoval{m_platform.remover, m_quarantineStore, m_platform.trash, work},
+            item] {
+            removal.work->begin(1);
+            return removal.remove(item);
         },
         [this, item, busy, work, finished = std::move(finished)](
             const Outcome<FileResult<Done>>& outcome) {
@@ -282,20 +293,21 @@ void AppModel::deleteHeldItems(std::vector<QuarantineItem> items, Undeleted unde
     auto busy = keepBusy(items);
     const auto work = m_works.start(FileWork::Deed::remove);
     const auto count = items.size();
-    auto removeAll = [remover = m_platform.remover, store = m_quarantineStore,
-                         items = std::move(items), undeleted, work] {
-        work->begin(items.size());
-        std::unordered_set<Uuid> ids;
-        for (const auto& item : items) {
-            if (work->isStopped())
-                break;
-            const auto deleted = deleteHeld(*remover, *store, item, work);
-            const bool wasTried = !wasStopped(deleted, work);
-            if (deleted || (wasTried && undeleted == Undeleted::areForgotten))
-                ids.insert(item.id);
-        }
-        return ids;
-    };
+    auto removeAll
+        = [removal = HeldRemoval{m_platform.remover, m_quarantineStore, m_platform.trash, work},
+              items = std::move(items), undeleted, work] {
+              work->begin(items.size());
+              std::unordered_set<Uuid> ids;
+              for (const auto& item : items) {
+                  if (work->isStopped())
+                      break;
+                  const auto deleted = removal.remove(item);
+                  const bool wasTried = !wasStopped(deleted, work);
+                  if (deleted || (wasTried && undeleted == Undeleted::areForgotten))
+                      ids.insert(item.id);
+              }
+              return ids;
+          };
     // Not beside a restore of the same item, which would find it half there.
     runInBackground(m_quarantineQueue, this, std::move(removeAll),
         [this, busy, title, count, work, finished = std::move(finished)](

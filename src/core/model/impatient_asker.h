@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    static constexpr auto patience = std::chrono::milliseconds(200);
+    static constexpr auto patience = std::chrono::milliseconds(40);
 
     template <class Answer> struct Exchange {
         std::function<void(Answer)> done; // main thread only; empty once called

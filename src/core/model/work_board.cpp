@@ -13,8 +13,7 @@ WorkBoard::WorkBoard(std::function<void(const std::optional<FileWork>&)> show)
 
 WorkBoard::~WorkBoard()
 {
-    for (const auto& meter : m_meters)
-        meter->requestStop();
+    stopAll();
 }
 
 std::shared_ptr<WorkMeter> WorkBoard::start(FileWork::Deed deed)
@@ -40,6 +39,13 @@ void WorkBoard::stopShown()
         return;
     m_shownMeter->requestStop();
     look();
+}
+
+bool WorkBoard::stopAll()
+{
+    for (const auto& meter : m_meters)
+        meter->requestStop();
+    return !m_meters.empty();
 }
 
 void WorkBoard::look()

@@ -16,7 +16,6 @@ class WorkBoard {
 public:
     /// `show` gets what there is to tell, ten times a second while that changes.
     explicit WorkBoard(std::function<void(const std::optional<FileWork>&)> show);
-    /// Asks all that still goes on to end.
     ~WorkBoard();
     WorkBoard(const WorkBoard&) = delete;
     WorkBoard& operator=(const WorkBoard&) = delete;
@@ -27,6 +26,8 @@ public:
 
     /// Asks the operation that is shown to end; nothing when none is.
     void stopShown();
+    /// Asks all to end. Whether there were any.
+    bool stopAll();
 
 private:
     void look();

@@ -221,6 +221,8 @@ TEST_F(AppModelActions, DeletesHeldItemsOneByOneAndAllAtOnce)
     EXPECT_THAT(model->quarantine(), SizeIs(2));
     EXPECT_EQ(lastEvent().title, "Permanently deleted");
     EXPECT_EQ(lastEvent().detail, "2");
+    EXPECT_THAT(machine.trash->forgotten, ElementsAre(item.originalPath))
+        << "what the Trash knows of one that came from there";
 
     await([&](auto done) { model->emptySafeArea(done); });
     EXPECT_THAT(model->quarantine(), IsEmpty());

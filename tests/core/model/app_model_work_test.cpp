@@ -57,6 +57,8 @@ public:
             options.progress(bytes, 1'000'000);
             std::this_thread::sleep_for(1ms);
         }
+        if (whenStopped)
+            whenStopped();
         return moveError(FileError::Kind::cancelled, source, {});
     }
     void clearUnfinishedMoves(const std::string& folder) override
@@ -66,6 +68,7 @@ public:
 
     const std::string slow = "slow";
     std::atomic<bool> isSlow = false;
+    std::function<void()> whenStopped;
 
 private:
     SystemFileMover m_system;
@@ -262,6 +265,21 @@ TEST_F(AppModelWork, TakingBackThatIsStoppedTellsWhatIsLeft)
     });
     EXPECT_EQ(report, (UndoReport{.restored = 1, .left = 2}));
     EXPECT_EQ(model->cleanupCandidates()->size(), 1U) << "only what came back is suggested again";
+}
+
+TEST_F(AppModelWork, QuittingWaitsUntilTheWorkHasEndedCleanly)
+{
+    scan({"Library/Caches/slow"});
+    std::atomic<bool> isCleared = false;
+    mover->whenStopped = [&isCleared] {
+        std::this_thread::sleep_for(50ms);
+        isCleared = true;
+    };
+    mover->isSlow = true;
+    model->moveSelectedCleanupToSafeArea();
+    ASSERT_TRUE(test::processEventsUntil([&] { return model->fileWork().has_value(); }));
+    model.reset();
+    EXPECT_TRUE(isCleared) << "the copy is cleared away";
 }
 
 TEST_F(AppModelWork, WhatWasNotDeletedStaysHeld)

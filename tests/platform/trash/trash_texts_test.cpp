@@ -1,4 +1,4 @@
-#include "platform/linux/trash/mount_table.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/trash/trash_info.h"
 #include "platform/linux/trash/trash_names.h"
 #include "platform/linux/trash/trash_places.h"

@@ -21,10 +21,15 @@ namespace kestavon {
 namespace {
 
 /// How the extended attributes of one entry are reached: through its descriptor or its name.
+// See acl(5).
+constexpr const char* accessList = "system.posix_acl_access";
+constexpr const char* defaultAccessList = "system.posix_acl_default";
+
 struct AttributeAccess {
     std::function<ssize_t(char*, std::size_t)> list;
     std::function<ssize_t(const char*, void*, std::size_t)> get;
     std::function<int(const char*, const void*, std::size_t)> set;
+    std::function<int(const char*)> remove;
 };
 
 AttributeAccess accessThrough(int descriptor)
@@ -36,6 +41,7 @@ AttributeAccess accessThrough(int descriptor)
                    std::size_t size) { return ::fgetxattr(descriptor, name, value, size); },
         .set = [descriptor](const char* name, const void* value,
                    std::size_t size) { return ::fsetxattr(descriptor, name, value, size, 0); },
+        .remove = [descriptor](const char* name) { return ::fremovexattr(descriptor, name); },
     };
 }
 
@@ -51,6 +57,7 @@ AttributeAccess accessByName(int folder, const char* name)
         .set
         = [path](const char* attribute, const void* value,
               std::size_t size) { return ::lsetxattr(path.c_str(), attribute, value, size, 0); },
+        .remove = [path](const char* attribute) { return ::lremovexattr(path.c_str(), attribute); },
     };
 }
 
@@ -103,17 +110,35 @@ bool means(int error, std::initializer_list<int> errors)
 /// What people and their programs put on a file, as opposed to what a system keeps for itself.
 bool belongsToUser(std::string_view attribute)
 {
-    return attribute.starts_with("user.") || attribute == "system.posix_acl_access"
-        || attribute == "system.posix_acl_default";
+    return attribute.starts_with("user.") || attribute == accessList
+        || attribute == defaultAccessList;
 }
 
-int copyAttributes(
-    const AttributeAccess& source, const AttributeAccess& target, const std::string& leaveOut)
+/// Takes off what a copy got from the folder that it was made in: it would let in whom the original
+/// does not. 0, or the error number.
+int removeInheritedAccess(
+    const AttributeAccess& target, const std::vector<std::string>& ofSource, bool isFolder)
 {
-    const auto names = attributeNames(source);
-    if (!names)
-        return means(names.error(), {ENOTSUP, ENOSYS, ENOENT}) ? 0 : names.error();
-    for (const auto& name : *names) {
+    for (const auto* name : {accessList, defaultAccessList}) {
+        if ((name == defaultAccessList && !isFolder)
+            || std::ranges::find(ofSource, name) != ofSource.end())
+            continue;
+        if (target.remove(name) != 0 && !means(errno, {ENODATA, ENOTSUP, ENOSYS}))
+            return errno;
+    }
+    return 0;
+}
+
+int copyAttributes(const AttributeAccess& source, const AttributeAccess& target,
+    const std::string& leaveOut, bool isFolder)
+{
+    auto names = attributeNames(source);
+    if (!names && !means(names.error(), {ENOTSUP, ENOSYS, ENOENT}))
+        return names.error();
+    const auto listed = names ? std::move(*names) : std::vector<std::string>();
+    if (const int error = removeInheritedAccess(target, listed, isFolder))
+        return error;
+    for (const auto& name : listed) {
         if (!leaveOut.empty() && name.starts_with(leaveOut))
             continue;
         const auto value = attributeValue(source, name);
@@ -187,7 +212,8 @@ int copyMetadata(int source, int target, const EntryStatus& original, const std:
         if (::fstat(target, &copy) != 0)
             return errno;
     }
-    if (const int error = copyAttributes(accessThrough(source), accessThrough(target), leaveOut))
+    if (const int error = copyAttributes(
+            accessThrough(source), accessThrough(target), leaveOut, original.isFolder()))
         return error;
     const auto permissions = permissionsFor(copy, original);
     if (retrying([&] { return ::fchmod(target, permissions); }) != 0
@@ -215,8 +241,8 @@ int copyMetadataOfSpecial(int sourceFolder, const char* sourceName, int targetFo
             return errno;
     }
     if (!original.isLink()) {
-        const int error = copyAttributes(
-            accessByName(sourceFolder, sourceName), accessByName(targetFolder, targetName), {});
+        const int error = copyAttributes(accessByName(sourceFolder, sourceName),
+            accessByName(targetFolder, targetName), {}, false);
         if (error != 0)
             return error;
         const auto permissions = permissionsFor(copy, original);

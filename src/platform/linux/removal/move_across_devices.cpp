@@ -172,8 +172,15 @@ private:
             .targetName = m_names.partialCopy,
             .marks = marks,
             .options = m_options});
-        if (!copied) // An entry that was surveyed and is no longer there.
-            return copied.error().error == ENOENT ? ESTALE : copied.error().error;
+        if (!copied) {
+            switch (const int error = copied.error().error) {
+            case ENOENT:
+                return ESTALE; // An entry that was surveyed is no longer there.
+            // Names that differ in case only are one name there: no other name for the whole helps.
+            case EEXIST: return EIO;
+            default: return error;
+            }
+        }
         const auto checked
             = checkUnchanged(survey, m_source.folder.get(), m_source.name, m_options.stop);
         if (!checked)

@@ -1,10 +1,13 @@
 #include "platform/linux/removal/move_item.h"
 
+#include "core/domain/removal_guard.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/removal/entry_status.h"
 #include "platform/linux/removal/metadata.h"
 #include "platform/linux/removal/move_across_devices.h"
 #include "platform/linux/removal/rename_item.h"
 
+#include <algorithm>
 #include <cerrno>
 
 namespace kestavon {
@@ -37,6 +40,18 @@ void markItem(int folder, const char* name, const EntryStatus& item, const MoveO
         options.whenUnmarkable();
 }
 
+/// Whether something is mounted on a folder below this one. A rename would take it along, and who
+/// then empties that place empties another disk.
+bool holdsMountPoint(int folder, const std::string& name)
+{
+    const auto above = pathOfFolder(folder);
+    if (!above)
+        return false;
+    const auto path = (*above == "/" ? "" : *above) + '/' + name;
+    return std::ranges::any_of(
+        currentMounts(), [&path](const Mount& mount) { return isAtOrBelow(mount.point, path); });
+}
+
 int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
     MoveReport& report)
 {
@@ -49,6 +64,8 @@ int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOpt
         return item.error();
     if (item->isFolder() && options.refusesFolders)
         return ESTALE;
+    if (item->isFolder() && holdsMountPoint(folder, source.name))
+        return EBUSY;
     // Before the rename, so that a crash cannot leave an item whose origin nobody knows.
     const bool marksFirst
         = mayShareDevice(*item, folder, targetFolder) && !statusOf(targetFolder, targetName);

@@ -1,10 +1,10 @@
 #include "platform/linux/trash/freedesktop_trash.h"
 
 #include "core/domain/removal_guard.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/removal/move_item.h"
 #include "platform/linux/removal/unfinished_moves.h"
 #include "platform/linux/trash/directory_sizes.h"
-#include "platform/linux/trash/mount_table.h"
 #include "platform/linux/trash/trash_info.h"
 #include "platform/linux/trash/trash_names.h"
 #include "platform/linux/trash/trash_places.h"

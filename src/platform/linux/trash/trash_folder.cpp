@@ -36,8 +36,11 @@ Result<FileDescriptor, int> openOwn(
     FileDescriptor folder(::openat(parent, name.c_str(), folderFlags | O_NOFOLLOW));
     if (!folder)
         return errno;
-    if (const int error = checkOwn(folder.get(), user, others))
+    if (const int error = checkOwn(folder.get(), user, others)) {
+        if (made)
+            ::unlinkat(parent, name.c_str(), AT_REMOVEDIR);
         return error;
+    }
     // A umask that takes rights from the owner has taken them here.
     if (made)
         ::fchmod(folder.get(), 0700);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/host_layout.h"
-#include "platform/linux/trash/mount_table.h"
+#include "platform/linux/mount_table.h"
 #include "platform/trash.h"
 
 #include <string>
