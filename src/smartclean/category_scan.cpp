@@ -5,8 +5,13 @@
 #include "core/domain/removal_guard.h"
 #include "platform/application_bundles.h"
 #include "platform/letter_case.h"
+#include "walk/place_folders.h"
+
+#include <algorithm>
+#include <array>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kestavon {
@@ -42,17 +47,62 @@ OrphanRule ruleFor(const HostLayout& layout, const RunningApplications& applicat
 /// The rules that a stop cuts short; the others are over at once.
 bool hearsStop(JunkRule rule)
 {
-    return rule == JunkRule::everyEntry || rule == JunkRule::orphanedEntries;
+    return rule != JunkRule::oldEntries && rule != JunkRule::orphanedPreferences;
 }
 
 bool isOfOrphans(JunkRule rule)
 {
-    return rule == JunkRule::orphanedEntries || rule == JunkRule::orphanedPreferences;
+    return rule == JunkRule::orphanedEntries || rule == JunkRule::orphanedPreferences
+        || rule == JunkRule::abandonedEntries || rule == JunkRule::abandonedContainers;
 }
 
 bool mayWriteInto(const FileDescriptor& folder)
 {
     return ::faccessat(folder.get(), ".", W_OK, AT_EACCESS) == 0;
+}
+
+/// Whether who may write into the folder may also take this entry out of it: out of a sticky one
+/// only what is their own.
+bool mayTakeOut(int folder, const std::string& name)
+{
+    struct stat status { };
+    if (::fstat(folder, &status) != 0)
+        return false;
+    const auto user = ::geteuid();
+    if (user == 0 || !(status.st_mode & S_ISVTX) || status.st_uid == user)
+        return true;
+    return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0
+        && status.st_uid == user;
+}
+
+bool isOnTheSameDevice(int folder, const EntryFacts& facts)
+{
+    const auto itself = lookAt(folder, "");
+    return itself && itself->device == facts.device;
+}
+
+bool isMeant(EntryKinds kinds, const EntryFacts& facts)
+{
+    return kinds == EntryKinds::any || facts.isDirectory == (kinds == EntryKinds::folders);
+}
+
+bool isNamedBy(const std::vector<std::string>& patterns, const std::string& name)
+{
+    return patterns.empty() || std::ranges::any_of(patterns, [&name](const std::string& pattern) {
+        return namePatternMatches(pattern, name);
+    });
+}
+
+/// Where the items of a location can lie.
+std::vector<PlacePattern> placesOf(const JunkLocation& location)
+{
+    if (location.names.empty())
+        return {{.folder = location.folder, .below = location.below}};
+    std::vector<PlacePattern> places;
+    for (const auto& name : location.names)
+        places.push_back({.folder = location.folder,
+            .below = location.below + (location.below.empty() ? "" : "/") + name});
+    return places;
 }
 
 std::optional<Timestamp> dateOf(const EntryFacts& facts)
@@ -84,29 +134,83 @@ std::vector<CleanupCandidate> CategoryScan::run()
 
 void CategoryScan::look(const JunkLocation& location)
 {
+    for (const auto& folder : foldersOf(location))
+        lookIn(location, folder);
+}
+
+std::vector<std::string> CategoryScan::foldersOf(const JunkLocation& location) const
+{
+    if (hearsStop(location.rule) && m_stop.stop_requested())
+        return {};
+    if (location.rule != JunkRule::trashedEntries || !m_tools.trash)
+        return foldersNamedBy({.folder = location.folder, .below = location.below});
+    std::vector<std::string> folders;
+    for (auto& place : m_tools.trash->trashPlaces())
+        folders.push_back(std::move(place.items));
+    return folders;
+}
+
+void CategoryScan::lookIn(const JunkLocation& location, const std::string& folder)
+{
     const auto isCutShort = [&] { return hearsStop(location.rule) && m_stop.stop_requested(); };
     if (isCutShort())
         return;
-    const auto entries = namedEntriesOf(location.folder);
-    if (!entries || (location.rule == JunkRule::orphanedEntries && !mayWriteInto(*entries->folder)))
+    const auto entries = namedEntriesOf(folder);
+    const bool needsToWrite = location.onlyRemovable || location.rule == JunkRule::orphanedEntries;
+    if (!entries || (needsToWrite && !mayWriteInto(*entries->folder)))
         return;
     for (const auto& name : entries->names) {
         if (isCutShort())
             return;
-        if (mayBeJunk(location.rule, name))
-            lookAtEntry(location, *entries, name);
+        if (isNamedBy(location.names, name) && mayBeJunk(location.rule, name))
+            lookAtEntry(location, folder, *entries, name);
     }
 }
 
-void CategoryScan::lookAtEntry(
-    const JunkLocation& location, const NamedEntries& entries, const std::string& name)
+/// Whether the location's items are left to the other one.
+bool CategoryScan::yieldsTo(const JunkLocation& location, const JunkLocation& other) const
 {
-    auto path = location.folder + '/' + name;
-    if (!isSafeToRemove(path))
+    if (!location.yields || &location == &other)
+        return false;
+    if (!other.yields)
+        return !isOfOrphans(other.rule);
+    if (location.folder == other.folder)
+        return &other < &location;
+    return isAtOrBelow(other.folder, location.folder);
+}
+
+bool CategoryScan::isLeftAlone(const JunkLocation& location, const std::string& path) const
+{
+    const auto touchesPath
+        = [&path](const PlacePattern& place) { return touchesPlace(path, place); };
+    if (std::ranges::any_of(m_layout->keptPlaces, touchesPath))
+        return true;
+    if (!location.yields)
+        return false;
+    const auto isOfAnother = [&](const JunkLocation& other) {
+        return yieldsTo(location, other) && std::ranges::any_of(placesOf(other), touchesPath);
+    };
+    return std::ranges::any_of(m_layout->junkLocations, isOfAnother)
+        || std::ranges::any_of(std::array{m_layout->home, m_layout->configHome, m_layout->dataHome,
+                                   m_layout->stateHome},
+            [&path](const std::string& base) { return isAtOrBelow(base, path); });
+}
+
+void CategoryScan::lookAtEntry(const JunkLocation& location, const std::string& folder,
+    const NamedEntries& entries, const std::string& name)
+{
+    auto path = (folder == "/" ? "" : folder) + '/' + name;
+    if (!isSafeToRemove(path) || isLeftAlone(location, path))
         return;
-    const auto facts = lookAt(entries.folder->get(), name.c_str());
-    if (!facts || !isJunk(location.rule, *facts))
+    const int listed = entries.folder->get();
+    const auto facts = lookAt(listed, name.c_str());
+    if (!facts || !isMeant(location.kinds, *facts) || !isJunk(location.rule, *facts))
         return;
+    if (location.onlyRemovable) {
+        const bool isAllowed = mayTakeOut(listed, name) && isOnTheSameDevice(listed, *facts);
+        if (!isAllowed || (m_tools.protectedPlaces && !m_tools.protectedPlaces->mayRemove(path)))
+            return;
+    }
     Found found{.record = {.id = Uuid::random(),
                     .path = std::move(path),
                     .size = facts->size,
@@ -129,8 +233,11 @@ bool CategoryScan::mayBeJunk(JunkRule rule, const std::string& name)
 {
     switch (rule) {
     case JunkRule::everyEntry:
+    case JunkRule::trashedEntries:
     case JunkRule::oldEntries: return true;
     case JunkRule::orphanedEntries: return isOrphan(name);
+    case JunkRule::abandonedEntries:
+    case JunkRule::abandonedContainers: return false;
     case JunkRule::orphanedPreferences: break;
     }
     return fileExtension(name) == "plist" && isOrphan(withoutExtension(name));

@@ -34,9 +34,13 @@ private:
     };
 
     void look(const JunkLocation& location);
-    void lookAtEntry(
-        const JunkLocation& location, const NamedEntries& entries, const std::string& name);
+    void lookIn(const JunkLocation& location, const std::string& folder);
+    void lookAtEntry(const JunkLocation& location, const std::string& folder,
+        const NamedEntries& entries, const std::string& name);
     bool mayBeJunk(JunkRule rule, const std::string& name);
+    bool isLeftAlone(const JunkLocation& location, const std::string& path) const;
+    bool yieldsTo(const JunkLocation& location, const JunkLocation& other) const;
+    std::vector<std::string> foldersOf(const JunkLocation& location) const;
     bool isJunk(JunkRule rule, const EntryFacts& facts);
     bool isOrphan(std::string_view name);
     std::vector<CleanupCandidate> measured();

@@ -9,9 +9,47 @@ namespace {
 struct Advice {
     std::string_view label; ///< the reason of the items that it is for
     std::string_view text;
+    std::string_view within = {}; ///< a part of their paths; empty: wherever they lie
 };
 
 constexpr std::array advices{
+    // What is special by its place comes first.
+    Advice{"Application cache",
+        "File managers draw these small pictures again as folders are opened.", "/thumbnails/"},
+    Advice{"Application cache",
+        "File managers draw these small pictures again as folders are opened.", "/.thumbnails/"},
+    Advice{"Crash report",
+        "The system kept it to report the crash of a program; one that was not sent is lost, and "
+        "nothing else needs it.",
+        "/var/crash/"},
+    Advice{"npm cache", "npx downloads the tools that it runs again the next time.", "/.npm/_npx/"},
+    Advice{"Cargo registry source",
+        "Cargo checks the sources out again from its copies of the repositories at the next build.",
+        "/.cargo/git/"},
+    Advice{"Go module cache", "Go compiles the packages again; the next build takes longer once.",
+        "/go-build/"},
+    Advice{"Ruby gem cache",
+        "These are the archives that gems were installed from; the installed gems stay, and Ruby "
+        "downloads an archive again if it must.",
+        "/cache/"},
+    Advice{"Terraform plugins", "Terraform downloads the plugins again at the next init.",
+        "/plugin-cache/"},
+    Advice{"Mail cache",
+        "Thunderbird loads what messages show from the network again; the messages stay.",
+        "/thunderbird/"},
+    Advice{"Mail cache",
+        "These are copies of messages that lie on the server: they are downloaded again as they "
+        "are "
+        "opened.",
+        "/evolution/"},
+    Advice{"Mail cache", "Geary loads pictures and previews of messages again.", "/geary/"},
+    Advice{
+        "Mail cache", "Geary loads pictures and previews of messages again.", "/org.gnome.Geary/"},
+    Advice{"Mail downloads",
+        "These are attachments of messages on the server: Geary downloads them again when they are "
+        "opened.",
+        "/geary/"},
+
     Advice{"Application cache",
         "The app makes this again from its own data or the network; it may start more slowly the "
         "next time."},
@@ -66,19 +104,46 @@ constexpr std::array advices{
         "others "
         "have to be put here again."},
     Advice{"Go module cache", "Go downloads the modules again at the next build."},
+    Advice{"Python package cache",
+        "The package manager downloads or builds what it needs again; environments keep what is "
+        "linked into them."},
+    Advice{"Compiler cache",
+        "The next build of each project compiles everything again and takes as long as the first."},
+    Advice{"Composer cache", "Composer downloads the packages again at the next install."},
+    Advice{"Tool download cache",
+        "The tools download the programs that they need, such as browsers for tests, again when "
+        "they need them."},
+    Advice{"NuGet cache", "NuGet downloads the packages again at the next restore."},
+    Advice{"Dart package cache", "Dart downloads the packages again at the next pub get."},
+    Advice{"IDE cache",
+        "The IDE makes its indexes again when a project is opened, which takes minutes for a large "
+        "one."},
 
     Advice{"Orphaned app support data",
         "No app was found that goes by this name, running or at the top of the Applications "
-        "folders; one that comes back starts without this data."},
+        "folders; one that comes back starts without this data.",
+        "/Library/"},
     Advice{"Orphaned app container",
         "No app was found that goes by this name, running or at the top of the Applications "
-        "folders; one that comes back starts without its documents and settings in here."},
+        "folders; one that comes back starts without its documents and settings in here.",
+        "/Library/"},
     Advice{"Orphaned group container",
         "Several apps may share this, and one that is installed may be among them: it would start "
         "without the data in here."},
     Advice{"Orphaned preference file",
         "No app was found that goes by this name, running or at the top of the Applications "
-        "folders; one that comes back starts with its first settings."},
+        "folders; one that comes back starts with its first settings.",
+        "/Library/"},
+
+    Advice{"Orphaned app support data",
+        "The program that left this is not installed any more; if it comes back it starts without "
+        "what it had in here."},
+    Advice{"Orphaned app container",
+        "The Flatpak that lived in here is not installed any more; if it comes back it starts "
+        "without its documents and settings."},
+    Advice{"Orphaned preference file",
+        "The program that left this is not installed any more; if it comes back it starts with its "
+        "first settings."},
 
     Advice{"Old download (90+ days)",
         "Its own date is more than 90 days old, though a folder may hold newer files; whether it "
@@ -102,6 +167,8 @@ constexpr std::array advices{
     Advice{"Safari local storage",
         "Web sites kept this on the computer: they may ask to sign in again and forget what was "
         "set there."},
+    Advice{"Chromium cache", "Chromium loads the pages again; they open more slowly once."},
+    Advice{"Web cache", "Web loads the pages again; they open more slowly once."},
     Advice{"Chrome cache", "Chrome loads the pages again; they open more slowly once."},
     Advice{"Chrome system cache", "Chrome makes it again as it is used."},
     Advice{"Firefox profile cache", "Firefox loads the pages again; they open more slowly once."},
@@ -148,7 +215,8 @@ std::string_view removalAdvice(const CleanupCandidate& item)
     if (item.record.path.ends_with(sharedSettings))
         return sharedSettingsAdvice;
     for (const auto& advice : advices) {
-        if (advice.label == item.reason)
+        if (advice.label == item.reason
+            && item.record.path.find(advice.within) != std::string::npos)
             return advice.text;
     }
     return unknownAdvice;

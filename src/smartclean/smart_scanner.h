@@ -5,7 +5,9 @@
 #include "platform/calendar.h"
 #include "platform/clock.h"
 #include "platform/host_layout.h"
+#include "platform/protected_places.h"
 #include "platform/running_applications.h"
+#include "platform/trash.h"
 
 #include <memory>
 #include <stop_token>
@@ -18,6 +20,10 @@ struct SmartScannerTools {
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<const Calendar> calendar;
     std::shared_ptr<const RunningApplications> runningApplications;
+    /// What is asked of what must be removable; without, only the disk is.
+    std::shared_ptr<const ProtectedPlaces> protectedPlaces = nullptr;
+    /// What tells of further Trashes; without, there is only that of the layout.
+    std::shared_ptr<const Trash> trash = nullptr;
 };
 
 /// Looks for junk, one category at a time, in the locations of the home's layout. It removes

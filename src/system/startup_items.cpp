@@ -35,7 +35,7 @@ std::string programOf(const PropertyValue& job)
 std::vector<StartupItem> listStartupItems(std::span<const StartupFolder> folders)
 {
     std::vector<StartupItem> items;
-    for (const auto& [folder, isSystem] : folders) {
+    for (const auto& [folder, isSystem, form] : folders) {
         const auto entries = namedEntriesOf(folder);
         if (!entries)
             continue;

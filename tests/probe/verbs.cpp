@@ -242,10 +242,13 @@ void printLeftovers(const Arguments&)
 
 void printJunk(const Arguments& arguments)
 {
-    const SmartScanner scanner(Machine().layout,
-        {.clock = std::make_shared<SystemClock>(),
-            .calendar = std::make_shared<SystemCalendar>(),
-            .runningApplications = std::make_shared<SystemRunningApplications>()});
+    const auto platform = systemPlatform(currentHostEnvironment());
+    const SmartScanner scanner(platform.layout,
+        {.clock = platform.clock,
+            .calendar = platform.calendar,
+            .runningApplications = platform.runningApplications,
+            .protectedPlaces = platform.protectedPlaces,
+            .trash = platform.trash});
     for (const auto& item : scanner.scanCategory(categoryNamed(arguments.paths.at(0)))) {
         field(item.reason);
         field(std::to_string(item.estimatedBytes));

@@ -94,7 +94,7 @@ TEST(StartupItems, AMacsHomeHasItsOwnAndTheDisksFolders)
     disk.folder("Users/a/Library");
     const auto layout = makeHostLayout({.home = disk / "Users/a", .systemRoot = disk.path()});
     std::vector<std::string> folders;
-    for (const auto& [folder, isSystem] : layout.startupFolders)
+    for (const auto& [folder, isSystem, form] : layout.startupFolders)
         folders.push_back(folder + (isSystem ? " (system)" : ""));
     EXPECT_THAT(folders,
         ElementsAre(disk / "Users/a/Library/LaunchAgents",

@@ -18,7 +18,9 @@ AppModel::JunkScanner junkScannerFor(const Platform& platform)
     auto scanner = std::make_shared<const SmartScanner>(platform.layout,
         SmartScannerTools{.clock = platform.clock,
             .calendar = platform.calendar,
-            .runningApplications = platform.runningApplications});
+            .runningApplications = platform.runningApplications,
+            .protectedPlaces = platform.protectedPlaces,
+            .trash = platform.trash});
     return [scanner = std::move(scanner)](JunkCategory category, const std::stop_token& stop) {
         return scanner->scanCategory(category, stop);
     };

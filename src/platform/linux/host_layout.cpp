@@ -2,6 +2,7 @@
 
 #include "platform/linux/application_places.h"
 #include "platform/linux/junk_locations.h"
+#include "platform/linux/kept_places.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
 
@@ -106,6 +107,21 @@ std::vector<std::string> downloadFoldersOf(const HostLayout& layout)
     return folders;
 }
 
+/// XDG_CACHE_HOME, and what stands for it in a sandbox. A cache folder that holds other things too
+/// proves nothing.
+std::vector<PlacePattern> cachePlacesOf(const HostLayout& layout)
+{
+    if (layout.kind != HomeKind::native)
+        return {};
+    std::vector<PlacePattern> places{{.folder = layout.home, .below = ".var/app/*/cache"},
+        {.folder = layout.home, .below = "snap/*/common/.cache"}};
+    for (const auto& location : layout.junkLocations) {
+        if (location.folder == layout.cacheHome && location.yields)
+            places.push_back({.folder = layout.cacheHome});
+    }
+    return places;
+}
+
 std::string environmentValue(const char* name)
 {
     const auto* value = std::getenv(name);
@@ -195,10 +211,12 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
         = below(isSandboxed ? normalisedPath(environment.sandboxConfigHome) : layout.configHome,
             "Kestavon");
     layout.cacheMarkers = {"/Library/Caches/"};
+    layout.keptPlaces = keptPlacesOf(layout);
     layout.downloadFolders = downloadFoldersOf(layout);
     for (const auto* place : excludedFromScans)
         layout.scanExclusions.push_back(layout.belowSystemRoot(place));
     layout.junkLocations = junkLocationsOf(layout);
+    layout.cachePlaces = cachePlacesOf(layout);
     layout.applicationFolders = applicationFoldersOf(layout);
     addApplicationPlaces(layout);
     addStartupPlaces(layout);
