@@ -1,156 +1,95 @@
-#include "cli/scan_command.h"
-#include "core/model/app_model.h"
-#include "core/model/updater_controller.h"
-#include "platform/host_layout.h"
-#include "platform/platform.h"
-#include "platform/process_age.h"
-#include "platform/resident_memory.h"
-#include "storage/file_scanner.h"
-#include "ui/accessible_shim.h"
-#include "ui/command_line.h"
-#include "ui/shell/single_instance.h"
-#include "ui/shell/status_tray.h"
-#include "ui/style/desktop_motion.h"
-#include "ui/style/symbol_provider.h"
-#include "ui/ui_states.h"
+#include "cli/command.h"
+#include "cli/command_line.h"
+#include "cli/console.h"
+#include "cli/exit_code.h"
+#include "program_model.h"
 
-#include <QApplication>
-#include <QFontDatabase>
-#include <QQmlApplicationEngine>
-#include <QQmlExtensionPlugin>
-#include <QQuickWindow>
-#include <QStandardPaths>
-#include <QTimer>
+#include <QCoreApplication>
 
-#include <chrono>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
-#include <memory>
-#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
 
 #include <unistd.h>
-
-Q_IMPORT_QML_PLUGIN(Kestavon_UiPlugin)
 
 namespace {
 
 // NOLINTNEXTLINE(google-build-using-namespace): the program's own file, included by nobody
 using namespace kestavon;
 
-AppModel makeModel(const CommandLine& line)
+extern "C" void endAtOnce(int)
 {
-    auto environment = currentHostEnvironment();
-    if (!line.systemRoot.empty())
-        environment.systemRoot = typedPath(line.systemRoot);
-    auto platform = systemPlatform(environment);
-    auto scanner = std::make_shared<FileScanner>(
-        platform.layout.scanExclusions, FileScanner::standardMemoryLimit, residentMemoryBytes);
-    return {std::move(scanner), std::move(platform)};
+    ::_exit(interruptedExitCode);
 }
 
-int scanWithoutWindow(int argc, char** argv, const CommandLine& line)
+int runWithoutWindow(int argc, char** argv, const CommandLine& line)
 {
+    // Between two operations there is nothing to be stopped cleanly.
+    std::signal(SIGINT, endAtOnce);
     QCoreApplication application(argc, argv);
     auto model = makeModel(line);
-    if (!line.folder.empty())
-        model.setSelectedRoot(typedPath(line.folder));
-    return runScanCommand(model, std::cout, std::cerr, ::isatty(STDERR_FILENO) == 1);
+    return runCommand(line, model, processConsole());
 }
 
-void useFonts()
+/// The window is a program of its own, so that a command does not wait until everything is loaded
+/// that it takes to draw one.
+int becomeWindow(char** argv, const Console& console)
 {
-    for (const char* name : {"InterTabular-Regular", "InterTabular-Medium", "InterTabular-SemiBold",
-             "InterTabular-Bold", "InterDisplayTabular-Bold"})
-        QFontDatabase::addApplicationFont(
-            QStringLiteral(":/fonts/%1.otf").arg(QLatin1String(name)));
-    QFont font(QStringLiteral("Inter Tabular"));
-    font.setPixelSize(13);
-    QGuiApplication::setFont(font);
+    std::error_code error;
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    const auto window = self.parent_path().parent_path() / KESTAVON_WINDOW_PROGRAM;
+    ::execv(window.c_str(), argv);
+    console.complain("The window could not be started (" + window.native() + ": "
+        + std::generic_category().message(errno)
+        + "); kestavon --help lists what works without it.");
+    return failedExitCode;
 }
 
-int runWindow(QApplication& application, const CommandLine& line)
+bool hasDisplay()
 {
-    const auto folder = line.folder.empty() ? std::string() : typedPath(line.folder);
-    SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
-    if (instance.claim(folder) == SingleInstance::Claim::handedOver)
-        return EXIT_SUCCESS;
-
-    auto model = makeModel(line);
-    if (!folder.empty())
-        model.setSelectedRoot(folder);
-    UiStates states(model);
-    states.liveCount().setAnimated(!desktopReducesMotion());
-    QObject::connect(&instance, &SingleInstance::requested, states.shell(), &ShellState::takeOver);
-
-    useFonts();
-    QQmlApplicationEngine engine;
-    installAccessibleShim(engine);
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-    engine.setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(&states)},
-        {QStringLiteral("themeChoice"), QString::fromStdString(line.theme)},
-        {QStringLiteral("reducedMotion"), desktopReducesMotion()}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Kestavon/Ui/shell/Main.qml")));
-    if (engine.rootObjects().isEmpty())
-        return EXIT_FAILURE;
-
-    // The tray takes a conversation with the desktop: only once the window is there.
-    std::optional<StatusTray> tray;
-    QTimer trayWatch; // a desktop that is just starting may bring its tray later
-    trayWatch.setInterval(std::chrono::seconds(5));
-    const auto lookForTray = [&] {
-        if (QSystemTrayIcon::isSystemTrayAvailable())
-            tray.emplace(states);
-        // With an icon in the tray the program stays when its window is closed.
-        QGuiApplication::setQuitOnLastWindowClosed(!tray);
-        tray ? trayWatch.stop() : trayWatch.start();
-    };
-    QObject::connect(&trayWatch, &QTimer::timeout, lookForTray);
-    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
-    if (qEnvironmentVariableIsSet("KESTAVON_PRINT_FIRST_FRAME")) {
-        QObject::connect(
-            window, &QQuickWindow::frameSwapped, &application,
-            [] { std::cerr << processAgeMilliseconds() << std::endl; }, Qt::SingleShotConnection);
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        const char* value = std::getenv(name);
+        if (value && *value)
+            return true;
     }
-    QObject::connect(window, &QQuickWindow::frameSwapped, &application, lookForTray,
-        Qt::ConnectionType(Qt::SingleShotConnection | Qt::QueuedConnection));
-    return application.exec();
+    return false;
+}
+
+int run(int argc, char** argv)
+{
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto own = withoutToolkitOptions(arguments);
+    const auto line = readCommandLine(own);
+    const auto console = processConsole();
+    if (!line.error.empty()) {
+        console.complain(line.error + " Try kestavon --help.");
+        return usageExitCode;
+    }
+    if (!line.answer.empty()) {
+        std::cout << line.answer;
+        return doneExitCode;
+    }
+    if (line.verb != Verb::window)
+        return runWithoutWindow(argc, argv, line);
+    if (!hasDisplay() && own.size() == arguments.size()) {
+        console.complain("There is no display here for the window; kestavon scan does its first "
+                         "part in the terminal.");
+        return failedExitCode;
+    }
+    return becomeWindow(argv, console);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const bool scanOnly = argc > 1 && std::string_view(argv[1]) == "scan";
-    const auto arguments = [&] {
-        return readCommandLine({argv + (scanOnly ? 2 : 1), argv + argc});
-    };
-    if (const auto line = arguments(); line.help || line.version) {
-        if (line.help)
-            std::cout << commandLineHelp();
-        else
-            std::cout << "Kestavon " << UpdaterController::version() << '\n';
-        return EXIT_SUCCESS;
-    }
-    const auto refuse = [](const std::string& error) {
-        std::cerr << "kestavon: " << error << " Try kestavon --help.\n";
-        return 2;
-    };
-    int code = EXIT_SUCCESS;
-    if (scanOnly) {
-        const auto line = arguments();
-        code = line.error.empty() ? scanWithoutWindow(argc, argv, line) : refuse(line.error);
-    } else {
-        if (!qEnvironmentVariableIsSet("KESTAVON_GPU"))
-            QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-        QApplication application(argc, argv); // takes Qt's own options out of the arguments
-        QCoreApplication::setApplicationName(QStringLiteral("kestavon"));
-        QGuiApplication::setApplicationDisplayName(QStringLiteral("Kestavon"));
-        QGuiApplication::setDesktopFileName(QStringLiteral("org.kestavon.Kestavon"));
-        const auto line = arguments();
-        code = line.error.empty() ? runWindow(application, line) : refuse(line.error);
-    }
+    const int code = run(argc, argv);
     // A worker may still sit in a read that never returns, using what exit() would destroy.
     std::cout.flush();
     std::fflush(nullptr);

@@ -1,5 +1,7 @@
 #include "cli/interrupt_watch.h"
 
+#include "cli/exit_code.h"
+
 #include <atomic>
 #include <csignal>
 #include <cstdint>
@@ -13,9 +15,12 @@ namespace {
 
 // A signal handler may touch no more than this.
 std::atomic<int> interruptFd{-1};
+std::atomic<bool> isInterrupted{false};
 
 extern "C" void noteInterrupt(int)
 {
+    if (isInterrupted.exchange(true))
+        ::_exit(interruptedExitCode);
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = ::write(interruptFd.load(), &one, sizeof one);
 }
@@ -27,20 +32,21 @@ InterruptWatch::InterruptWatch(std::function<void()> onInterrupt)
 {
     const int fd = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
     interruptFd = fd;
+    isInterrupted = false;
     m_notifier = std::make_unique<QSocketNotifier>(fd, QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this, fd] {
         std::uint64_t ignored = 0;
         [[maybe_unused]] const auto got = ::read(fd, &ignored, sizeof ignored);
         m_onInterrupt();
     });
-    std::signal(SIGINT, noteInterrupt);
-    std::signal(SIGTERM, noteInterrupt);
+    m_earlier[0] = std::signal(SIGINT, noteInterrupt);
+    m_earlier[1] = std::signal(SIGTERM, noteInterrupt);
 }
 
 InterruptWatch::~InterruptWatch()
 {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    std::signal(SIGINT, m_earlier[0]);
+    std::signal(SIGTERM, m_earlier[1]);
     ::close(interruptFd.exchange(-1));
 }
 

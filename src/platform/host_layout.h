@@ -4,6 +4,7 @@
 #include "core/domain/junk_category.h"
 #include "platform/place_pattern.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -188,6 +189,7 @@ struct HostEnvironment {
     std::string xdgConfigDirs = {}; ///< XDG_CONFIG_DIRS; the same
     std::string xdgCurrentDesktop = {}; ///< XDG_CURRENT_DESKTOP
     std::string path = {}; ///< PATH; the same
+    std::optional<HomeKind> kind = {}; ///< nothing: as the home looks
     /// XDG_CONFIG_HOME of a process that lives in a sandbox, and so does not see the user's own;
     /// empty for a process that does.
     std::string sandboxConfigHome = {};
@@ -201,7 +203,8 @@ std::string systemRootOf(const std::string& home);
 /// password database's entry for the user, and at the very last "/".
 HostEnvironment currentHostEnvironment();
 
-/// The layout of `environment`: looks once whether the home holds a folder named Library.
+/// The layout of `environment`: looks once whether the home holds a folder named Library, unless
+/// its kind is given.
 HostLayout makeHostLayout(const HostEnvironment& environment);
 
 /// `path` absolute and without trailing slashes ("/" stays); components are neither resolved nor

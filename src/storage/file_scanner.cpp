@@ -52,6 +52,7 @@ ScanOutcome FileScanner::scan(const std::string& root, ScanProgressCounter& coun
     walk->waitForRecords();
     ScanOutcome outcome;
     outcome.hitMemoryLimit = walk->hitMemoryLimit();
+    outcome.memoryLimit = m_memoryLimitBytes;
     outcome.rootProblem = walk->rootProblem();
     outcome.unreadableFolders = walk->unreadableFolders();
     outcome.records = std::make_shared<const RecordList>(stitchDepthFirst(

@@ -46,6 +46,7 @@ enum class RootProblem {
 struct ScanOutcome {
     std::shared_ptr<const RecordList> records; ///< never null; depth first, names in byte order
     bool hitMemoryLimit = false; ///< the scan stopped early; the records are those found before
+    std::uint64_t memoryLimit = 1'073'741'824; ///< what it may take, in bytes
 
     std::optional<RootProblem> rootProblem
         = {}; ///< the root could not be opened: `records` is empty

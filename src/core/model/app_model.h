@@ -238,6 +238,9 @@ public:
     void stopFileWork() { m_works.stopShown(); }
     void trashRecords(RecordPick pick, Finished finished = {});
     void deleteRecordsPermanently(RecordPick pick, Finished finished = {});
+    /// Moves records of any list; an error means that the Safe Area could not be opened and nothing
+    /// changed. Links above them, below the list's root, are not followed.
+    void moveRecordsToSafeArea(RecordPick pick, Finished finished = {});
     /// Moves the ticked suggestions; an error means that the Safe Area could not be opened and
     /// nothing changed.
     void moveSelectedCleanupToSafeArea(Finished finished = {});

@@ -140,6 +140,57 @@ void AppModel::dropRecords(std::shared_ptr<const RecordPick> pick, RecordsCut th
         });
 }
 
+void AppModel::moveRecordsToSafeArea(RecordPick pick, Finished finished)
+{
+    const auto picked = std::make_shared<const RecordPick>(std::move(pick));
+    struct Moved {
+        FileResult<std::vector<QuarantineItem>> items;
+        std::shared_ptr<const RecordPick> tried;
+    };
+    const auto work = m_works.start(FileWork::Deed::hold);
+    auto move = [store = m_quarantineStore, picked, work, places = m_platform.places] {
+        std::vector<CleanupCandidate> candidates;
+        candidates.reserve(picked->positions.size());
+        for (const auto position : picked->positions) {
+            auto record = (*picked->records)[position];
+            const auto bytes = record.size;
+            candidates.push_back({.id = Uuid::random(),
+                .record = std::move(record),
+                .reason = "Selected file",
+                .estimatedBytes = bytes});
+        }
+        auto holding = holdCandidates(*store, candidates, picked->records->root(), work);
+        return Moved{
+            .items = std::move(holding.items), .tried = triedPart(picked, holding.tried, *places)};
+    };
+    runInBackground(m_quarantineQueue, this, std::move(move),
+        [this, work, finished = std::move(finished)](Outcome<Moved> outcome) {
+            m_works.end(work);
+            if (!outcome.value)
+                return report(finished, outcome.error);
+            auto& moved = outcome.value->items;
+            if (!moved)
+                return report(finished, moved.error().message);
+            const auto held = *moved;
+            addToQuarantine(std::move(*moved));
+            dropRecords(outcome.value->tried,
+                [this, held, finished](const std::shared_ptr<const RecordPick>& cut) {
+                    refreshDiskSpace();
+                    recordEvent(
+                        "Items quarantined", std::to_string(held.size()) + " items moved safely");
+                    offerUndo({.action = ActionKind::safeArea,
+                        .count = static_cast<std::int64_t>(held.size()),
+                        .held = held,
+                        .relist =
+                            [this, cut](const Missing& missing, Relisted then) {
+                                cut ? relistRecords(cut, missing, std::move(then)) : then(false);
+                            },
+                        .isOfStorageScan = true});
+                    report(finished, {});
+                });
+        });
+}
+
 void AppModel::moveSelectedCleanupToSafeArea(Finished finished)
 {
     struct Moved {

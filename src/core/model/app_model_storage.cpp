@@ -1,11 +1,13 @@
 #include "core/domain/removal_guard.h"
 #include "core/model/app_model.h"
 #include "core/model/background.h"
+#include "platform/byte_count.h"
 #include "platform/resident_memory.h"
 #include "storage/cleanup_suggestions.h"
 
 #include <algorithm>
 #include <chrono>
+#include <limits>
 #include <thread>
 
 namespace kestavon {
@@ -36,6 +38,12 @@ std::string noticeFor(const std::string& root, const ScanOutcome& outcome)
         return std::to_string(outcome.unreadableFolders)
             + " folders could not be read; what they hold is not counted here.";
     return {};
+}
+
+std::string memoryText(std::uint64_t bytes)
+{
+    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+    return memoryByteCount(static_cast<std::int64_t>(std::min(bytes, most)));
 }
 
 /// Lists of earlier scans, below this number of records, take too little memory to matter.
@@ -176,7 +184,8 @@ void AppModel::finishStorageScan(ScanResult result)
     publish(Field::selectedCleanupIDs, m_selectedCleanupIDs, std::move(result.selection));
     publish(Field::scanNotice, m_scanNotice, std::move(result.notice));
     publish(Field::scanPhase, m_scanPhase,
-        hitLimit ? ScanPhase::partial("Stopped at 1 GB; results are partial")
+        hitLimit ? ScanPhase::partial(
+            "Stopped at " + memoryText(result.outcome.memoryLimit) + "; results are partial")
                  : ScanPhase::finished());
     refreshDiskSpace();
     recordEvent(hitLimit ? "Storage scan stopped" : "Storage scan complete",

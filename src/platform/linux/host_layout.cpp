@@ -186,7 +186,8 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
     layout.home = normalisedPath(environment.home);
     layout.systemRoot
         = environment.systemRoot.empty() ? "/" : normalisedPath(environment.systemRoot);
-    layout.kind = isFolder(below(layout.home, "Library")) ? HomeKind::mac : HomeKind::native;
+    const bool looksMac = isFolder(below(layout.home, "Library"));
+    layout.kind = environment.kind.value_or(looksMac ? HomeKind::mac : HomeKind::native);
 
     layout.cacheHome = baseFolder(environment.xdgCacheHome, layout.home, ".cache");
     layout.configHome = baseFolder(environment.xdgConfigHome, layout.home, ".config");

@@ -1,5 +1,6 @@
 #include "ui/cleaner/cleaner_rules.h"
 
+#include "core/model/questions.h"
 #include "ui/widgets/display_text.h"
 
 namespace kestavon {
@@ -33,12 +34,7 @@ QString modifiedText(std::optional<Timestamp> modifiedAt, const Calendar& calend
 
 ConfirmationTexts cleanupQuestion(std::size_t selected)
 {
-    return {
-        .title = u"Move %1 items to Safe Area?"_s.arg(selected),
-        .message
-        = u"Files go to Safe Area — you can restore or permanently delete them from there."_s,
-        .action = u"Move to Safe Area"_s,
-    };
+    return textsOf(questions::moveToSafeArea(selected));
 }
 
 std::int64_t selectedBytes(const CandidateList& candidates, const CandidateSelection& selection)

@@ -1,5 +1,6 @@
 #include "ui/duplicates/duplicates_rules.h"
 
+#include "core/model/questions.h"
 #include "ui/widgets/display_text.h"
 
 namespace kestavon {
@@ -28,21 +29,7 @@ QString progressText(const DuplicateProgress& progress)
 
 ConfirmationTexts mergeQuestion(bool toTrash, std::size_t groups)
 {
-    if (toTrash)
-        return {
-            .title = u"Merge %1 duplicate groups?"_s.arg(groups),
-            .message = u"The newest copy in each group is kept. All other copies move to the "
-                       u"Trash."_s,
-            .action = u"Merge & Move Copies to Trash"_s,
-            .destructive = true,
-        };
-    return {
-        .title = u"Permanently delete duplicate copies?"_s,
-        .message = u"This cannot be undone. All duplicate copies except the newest will be "
-                   u"permanently deleted."_s,
-        .action = u"Merge & Delete Forever"_s,
-        .destructive = true,
-    };
+    return textsOf(questions::mergeDuplicates(toTrash, groups));
 }
 
 } // namespace kestavon

@@ -1,6 +1,7 @@
 #include "ui/safearea/safe_area_rules.h"
 
 #include "core/domain/removal_guard.h"
+#include "core/model/questions.h"
 #include "ui/widgets/display_text.h"
 
 #include <algorithm>
@@ -10,31 +11,17 @@ namespace kestavon {
 
 ConfirmationTexts restoreAllQuestion(std::size_t count)
 {
-    return {
-        .title = u"Restore all %1 items?"_s.arg(count),
-        .message = u"Files will be moved back to their original locations."_s,
-        .action = u"Restore All"_s,
-    };
+    return textsOf(questions::restoreAll(count));
 }
 
 ConfirmationTexts deleteAllQuestion(std::size_t count)
 {
-    return {
-        .title = u"Permanently delete all %1 items?"_s.arg(count),
-        .message = u"This cannot be undone. Files will be permanently removed from your Mac."_s,
-        .action = u"Delete All Forever"_s,
-        .destructive = true,
-    };
+    return textsOf(questions::deleteAll(count));
 }
 
 ConfirmationTexts deleteEarlierQuestion(const QString& name)
 {
-    return {
-        .title = u"Permanently delete \"%1\"?"_s.arg(name),
-        .message = u"This cannot be undone. Files will be permanently removed from your Mac."_s,
-        .action = u"Delete Forever"_s,
-        .destructive = true,
-    };
+    return textsOf(questions::deleteHeld(name.toStdString()));
 }
 
 QString earlierText(std::size_t count)

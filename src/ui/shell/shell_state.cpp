@@ -53,10 +53,20 @@ void ShellState::openFullDiskAccessSettings()
     m_model.openFullDiskAccessSettings();
 }
 
-void ShellState::takeOver(const std::string& folder)
+void ShellState::fulfil(const StartWish& wish)
 {
-    if (!folder.empty())
-        m_model.setSelectedRoot(folder);
+    const bool isElsewhere = !wish.folder.empty() && wish.folder != m_model.selectedRoot();
+    if (!wish.folder.empty())
+        m_model.setSelectedRoot(wish.folder);
+    if (wish.section)
+        m_model.setSection(*wish.section);
+    if (wish.scansAtOnce && (isElsewhere || !isScanning()))
+        scan();
+}
+
+void ShellState::takeOver(const StartWish& wish)
+{
+    fulfil(wish);
     raise();
 }
 

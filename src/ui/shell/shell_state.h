@@ -2,6 +2,7 @@
 
 #include "core/model/app_model.h"
 #include "ui/shell/sidebar_model.h"
+#include "ui/shell/start_wish.h"
 #include "ui/shell/window_folder_picker.h"
 
 #include <QObject>
@@ -48,9 +49,11 @@ public:
     /// Asks the window to come to the front.
     Q_INVOKABLE void raise() { Q_EMIT raiseRequested(); }
 
-    /// What another start of the program asked for: come to the front, and scan `folder` (an
-    /// absolute path) next unless it is empty.
-    void takeOver(const std::string& folder);
+    /// Does what a start of the program asks for; a running scan goes on unless it is of another
+    /// folder.
+    void fulfil(const StartWish& wish);
+    /// What another start of the program asked for: come to the front as well.
+    void takeOver(const StartWish& wish);
 
 Q_SIGNALS:
     void sectionChanged();

@@ -11,6 +11,28 @@ constexpr int answerTime = 3000; // milliseconds
 constexpr qint64 longestRequest = 64 * 1024;
 constexpr auto acknowledgement = "ok\n";
 
+/// One line: the folder, the section's title and whether to scan, parted by spaces. Encoded, so
+/// that a newline or space in a name does not end anything.
+QByteArray requestOf(const StartWish& wish)
+{
+    const auto section = wish.section ? rawValue(*wish.section) : std::string_view();
+    return QByteArray::fromStdString(wish.folder).toPercentEncoding("/") + ' '
+        + QByteArray::fromStdString(std::string(section)).toPercentEncoding() + ' '
+        + (wish.scansAtOnce ? "scan" : "") + '\n';
+}
+
+StartWish wishOf(const QByteArray& request)
+{
+    const auto fields = request.chopped(1).split(' ');
+    StartWish wish{.folder = QByteArray::fromPercentEncoding(fields.front()).toStdString()};
+    if (fields.size() == 3) {
+        wish.section
+            = fromRawValue<AppSection>(QByteArray::fromPercentEncoding(fields[1]).toStdString());
+        wish.scansAtOnce = fields[2] == "scan";
+    }
+    return wish;
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString& folder)
@@ -21,13 +43,13 @@ SingleInstance::SingleInstance(const QString& folder)
     connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::serve);
 }
 
-SingleInstance::Claim SingleInstance::claim(const std::string& scanFolder)
+SingleInstance::Claim SingleInstance::claim(const StartWish& wish)
 {
     // Two starts at once must not both find nobody and clear away each other's socket.
     QLockFile lock(m_lockPath);
     if (!lock.tryLock(answerTime))
         return Claim::alone;
-    switch (ask(scanFolder)) {
+    switch (ask(wish)) {
     case Answer::taken: return Claim::handedOver;
     case Answer::none: return Claim::alone; // it hangs: leave its socket alone
     case Answer::nobodyThere: break;
@@ -36,14 +58,13 @@ SingleInstance::Claim SingleInstance::claim(const std::string& scanFolder)
     return m_server.listen(m_socketPath) ? Claim::first : Claim::alone;
 }
 
-SingleInstance::Answer SingleInstance::ask(const std::string& scanFolder) const
+SingleInstance::Answer SingleInstance::ask(const StartWish& wish) const
 {
     QLocalSocket socket;
     socket.connectToServer(m_socketPath);
     if (!socket.waitForConnected(answerTime))
         return Answer::nobodyThere;
-    // Percent-encoded, so that a newline in a name does not end the request.
-    socket.write(QByteArray::fromStdString(scanFolder).toPercentEncoding("/") + '\n');
+    socket.write(requestOf(wish));
     socket.flush();
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(answerTime))
@@ -62,10 +83,10 @@ void SingleInstance::serve()
                     socket->abort();
                 return;
             }
-            const auto request = socket->readLine().chopped(1);
+            const auto request = socket->readLine();
             socket->write(acknowledgement);
             socket->disconnectFromServer();
-            Q_EMIT requested(QByteArray::fromPercentEncoding(request).toStdString());
+            Q_EMIT requested(wishOf(request));
         };
         connect(socket, &QLocalSocket::readyRead, this, read);
         read();

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ui/shell/start_wish.h"
+
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
-
-#include <string>
 
 namespace kestavon {
 
@@ -22,18 +22,17 @@ public:
     /// `folder` holds the socket and is only this user's.
     explicit SingleInstance(const QString& folder);
 
-    /// Looks for a running process and hands it `scanFolder` (an absolute path; empty for none),
-    /// else takes its place; what a crashed one left behind is cleared away. Waits for an answer at
-    /// most a few seconds.
-    Claim claim(const std::string& scanFolder);
+    /// Looks for a running process and hands it the wish, else takes its place; what a crashed one
+    /// left behind is cleared away. Waits for an answer at most a few seconds.
+    Claim claim(const StartWish& wish);
 
 Q_SIGNALS:
-    /// Another start wants this one in front, looking at `scanFolder` unless it is empty.
-    void requested(const std::string& scanFolder);
+    /// Another start wants this one in front, and this of it.
+    void requested(const kestavon::StartWish& wish);
 
 private:
     enum class Answer { taken, none, nobodyThere };
-    Answer ask(const std::string& scanFolder) const;
+    Answer ask(const StartWish& wish) const;
     void serve();
 
     QString m_socketPath;

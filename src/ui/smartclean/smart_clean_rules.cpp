@@ -1,5 +1,6 @@
 #include "ui/smartclean/smart_clean_rules.h"
 
+#include "core/model/questions.h"
 #include "smartclean/junk_catalogue.h"
 #include "ui/duplicates/duplicates_rules.h"
 #include "ui/widgets/display_text.h"
@@ -67,13 +68,7 @@ QString cleanAllLabel(std::int64_t totalBytes)
 
 ConfirmationTexts cleanAllQuestion(std::int64_t totalBytes)
 {
-    return {
-        .title = u"Clean all %1 of junk?"_s.arg(byteText(totalBytes)),
-        .message = u"All items move to Safe Area. You can restore or permanently delete them from "
-                   u"there."_s,
-        .action = u"Move Everything to Safe Area"_s,
-        .destructive = true,
-    };
+    return textsOf(questions::cleanAllJunk(totalBytes));
 }
 
 CardFace cardFace(const JunkGroup& group)

@@ -1,8 +1,20 @@
 #include "ui/widgets/confirmation.h"
 
+#include "ui/widgets/display_text.h"
+
 #include <utility>
 
 namespace kestavon {
+
+ConfirmationTexts textsOf(const Question& question)
+{
+    return {
+        .title = displayText(question.title),
+        .message = displayText(question.message),
+        .action = displayText(question.action),
+        .destructive = question.destructive,
+    };
+}
 
 void Confirmation::ask(ConfirmationTexts texts, std::function<void()> deed)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/model/questions.h"
+
 #include <QObject>
 #include <QString>
 
@@ -16,6 +18,9 @@ struct ConfirmationTexts {
 
     friend bool operator==(const ConfirmationTexts&, const ConfirmationTexts&) = default;
 };
+
+/// The question as a dialog shows it.
+ConfirmationTexts textsOf(const Question& question);
 
 /// A screen's question before a deed, and its alert when a deed failed; one of each at a time. Main
 /// thread. (Not final: QML derives from what it could make.)

@@ -1,5 +1,6 @@
 #include "ui/widgets/record_removal.h"
 
+#include "core/model/questions.h"
 #include "ui/widgets/display_text.h"
 
 #include <QPointer>
@@ -10,17 +11,12 @@ namespace kestavon {
 
 RemovalQuestion removalQuestion(RemovalKind kind, std::size_t count)
 {
-    if (kind == RemovalKind::trash) {
-        return {
-            .title = u"Move %1 files to Trash?"_s.arg(count),
-            .message = u"Files will be moved to the Trash. You can restore them from there."_s,
-            .action = u"Move to Trash"_s,
-        };
-    }
+    const auto question = questions::removeFiles(
+        kind == RemovalKind::trash ? ActionKind::trash : ActionKind::permanent, count);
     return {
-        .title = u"Permanently delete %1 files?"_s.arg(count),
-        .message = u"This cannot be undone. Files will be permanently removed from your Mac."_s,
-        .action = u"Delete Forever"_s,
+        .title = displayText(question.title),
+        .message = displayText(question.message),
+        .action = displayText(question.action),
     };
 }
 

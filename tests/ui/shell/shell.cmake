@@ -1,5 +1,5 @@
 kestavon_test(ui_shell_test
-    SOURCES ui/shell/command_line_test.cpp ui/shell/onboarding_state_test.cpp
+    SOURCES ui/shell/onboarding_state_test.cpp
         ui/shell/shell_rules_test.cpp ui/shell/sidebar_model_test.cpp
         ui/shell/single_instance_test.cpp ui/shell/window_folder_picker_test.cpp
         support/qt_main.cpp

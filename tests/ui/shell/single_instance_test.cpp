@@ -14,16 +14,18 @@ namespace {
 
 using Claim = SingleInstance::Claim;
 
-TEST(SingleInstance, ALaterStartHandsItsFolderOver)
+TEST(SingleInstance, ALaterStartHandsItsWishOver)
 {
     const QTemporaryDir folder;
     SingleInstance first(folder.path());
-    std::vector<std::string> requests;
+    std::vector<StartWish> requests;
     QObject::connect(&first, &SingleInstance::requested,
-        [&](const std::string& scanFolder) { requests.push_back(scanFolder); });
-    ASSERT_EQ(first.claim(""), Claim::first);
+        [&](const StartWish& wish) { requests.push_back(wish); });
+    ASSERT_EQ(first.claim({}), Claim::first);
 
-    for (const std::string wish : {"", "/srv/new\nline \xFF%20"}) {
+    const StartWish wishes[] = {{}, {.folder = "/srv/new\nline \xFF%20"},
+        {.section = AppSection::smartClean}, {.folder = "/", .scansAtOnce = true}};
+    for (const auto& wish : wishes) {
         auto second = std::async(
             std::launch::async, [&] { return SingleInstance(folder.path()).claim(wish); });
         ASSERT_TRUE(processEventsUntil(
@@ -39,12 +41,12 @@ TEST(SingleInstance, WhatACrashLeftBehindIsReplaced)
     QFile stale(folder.filePath(QStringLiteral("kestavon.socket")));
     ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
     stale.close();
-    EXPECT_EQ(SingleInstance(folder.path()).claim(""), Claim::first);
+    EXPECT_EQ(SingleInstance(folder.path()).claim({}), Claim::first);
 }
 
 TEST(SingleInstance, WithoutAPlaceForTheSocketTheProgramStillRuns)
 {
-    EXPECT_EQ(SingleInstance(QStringLiteral("/proc/nowhere")).claim(""), Claim::alone);
+    EXPECT_EQ(SingleInstance(QStringLiteral("/proc/nowhere")).claim({}), Claim::alone);
 }
 
 } // namespace
