@@ -2,6 +2,7 @@
 #include "cli/command_line.h"
 #include "cli/console.h"
 #include "cli/exit_code.h"
+#include "concurrency/giving_way.h"
 #include "program_model.h"
 
 #include <QCoreApplication>
@@ -32,6 +33,7 @@ int runWithoutWindow(int argc, char** argv, const CommandLine& line)
 {
     // Between two operations there is nothing to be stopped cleanly.
     std::signal(SIGINT, endAtOnce);
+    giveWayToNobody();
     QCoreApplication application(argc, argv);
     auto model = makeModel(line);
     return runCommand(line, model, processConsole());

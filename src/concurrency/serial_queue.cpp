@@ -1,5 +1,8 @@
 #include "concurrency/serial_queue.h"
 
+#include "concurrency/giving_way.h"
+
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -15,14 +18,23 @@ namespace {
 /// How much less urgent than the window the jobs are; see sched(7).
 constexpr int niceness = 5;
 
+std::atomic<bool> givesWay{true};
+
 /// For this thread, and for those that it starts.
 void letOthersGoFirst()
 {
+    if (!givesWay)
+        return;
     const auto thread = static_cast<id_t>(::gettid()); // on Linux each thread has its own
     ::setpriority(PRIO_PROCESS, thread, ::getpriority(PRIO_PROCESS, thread) + niceness);
 }
 
 } // namespace
+
+void giveWayToNobody()
+{
+    givesWay = false;
+}
 
 /// Shared by the queue and its thread; whichever goes last frees it.
 struct SerialQueue::State {
