@@ -16,12 +16,20 @@ namespace kestavon {
 namespace {
 
 /// How much less urgent than the window the jobs are; see sched(7).
-constexpr int niceness = 5;
+constexpr int nicenessOf(SerialQueue::Urgency urgency)
+{
+    switch (urgency) {
+    case SerialQueue::Urgency::background: return 5;
+    case SerialQueue::Urgency::utility: return 10;
+    case SerialQueue::Urgency::asTheCaller: break;
+    }
+    return 0;
+}
 
 std::atomic<bool> givesWay{true};
 
 /// For this thread, and for those that it starts.
-void letOthersGoFirst()
+void letOthersGoFirst(int niceness)
 {
     if (!givesWay)
         return;
@@ -69,8 +77,8 @@ SerialQueue::SerialQueue(Urgency urgency)
     : m_state(std::make_shared<State>())
 {
     std::thread([state = m_state, urgency] {
-        if (urgency == Urgency::background)
-            letOthersGoFirst();
+        if (const int niceness = nicenessOf(urgency); niceness > 0)
+            letOthersGoFirst(niceness);
         state->run();
     }).detach();
 }

@@ -17,6 +17,7 @@ class SerialQueue {
 public:
     enum class Urgency {
         background, ///< gives way to the window
+        utility, ///< gives way to all other work too
         asTheCaller, ///< for what the window waits for
     };
 

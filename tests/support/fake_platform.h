@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/application_places.h"
 #include "platform/platform.h"
 
 #include <functional>
@@ -138,6 +139,7 @@ struct FakeMachine {
     std::shared_ptr<FileRemover> remover = std::make_shared<SystemFileRemover>();
     std::shared_ptr<FilePlaces> places = std::make_shared<SystemFilePlaces>();
     std::string home = "/home/alice";
+    std::string systemRoot = "/";
     HomeKind homeKind = HomeKind::mac;
     /// Items that are trashed do move, into the Trash of `home`; then `trash` hears of nothing.
     bool hasRealTrash = false;
@@ -146,13 +148,15 @@ struct FakeMachine {
     {
         Platform platform;
         platform.layout.home = home;
-        platform.layout.systemRoot = std::string("/");
+        platform.layout.systemRoot = systemRoot;
         platform.layout.kind = homeKind;
         platform.layout.dataHome = home + "/.local/share";
         platform.layout.applicationSupport = home + "/Library/Application Support";
         platform.layout.fullDiskAccessProbes = {home + "/Library/Mail", home + "/Library/Messages"};
         platform.layout.cacheMarkers = {"/Library/Caches/"};
         platform.layout.downloadFolders = {home + "/Downloads"};
+        addApplicationPlaces(platform.layout);
+        addStartupPlaces(platform.layout);
         platform.files = files;
         platform.volumes = volumes;
         platform.memory = memory;

@@ -46,6 +46,9 @@ struct InstalledApp {
     std::optional<std::string> bundleID;
     std::string appURL; ///< absolute path of the application
     std::vector<LeftoverFile> leftovers;
+    /// False where only its leftovers can be moved: the application itself is the system's, or lies
+    /// in the Trash already.
+    bool canBeMoved = true;
 
     /// The sizes of all leftovers together, in bytes; stops at the largest 64-bit number.
     std::int64_t leftoverBytes() const

@@ -2,6 +2,8 @@
 
 #include "core/model/background.h"
 #include "core/model/main_queue.h"
+#include "security/security_scanner.h"
+#include "system/app_uninstaller.h"
 
 #include <QPointer>
 
@@ -34,6 +36,9 @@ AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
     , m_platform(std::move(platform))
     , m_findDuplicates(std::move(duplicateFinder))
     , m_scanJunk(junkScanner ? std::move(junkScanner) : junkScannerFor(m_platform))
+    , m_appUninstaller(std::make_shared<const AppUninstaller>(m_platform.layout))
+    , m_securityScanner(
+          std::make_shared<const SecurityScanner>(m_platform.layout.persistenceMarkers))
     , m_selectedRoot(m_platform.layout.home)
     , m_junkGroups(freshJunkGroups())
     , m_quarantineStore(std::make_shared<QuarantineStore>(m_platform.layout,
@@ -59,6 +64,9 @@ AppModel::~AppModel()
     if (m_junkScanTask)
         m_junkScanTask->request_stop();
     m_junkCategoryStop.request_stop();
+    if (m_appListing)
+        m_appListing->request_stop();
+    m_securityStop.request_stop();
     if (m_works.stopAll()) {
         // A copy that is stopped is cleared away, which a program that is gone cannot do; but a
         // disk that does not answer must not keep it.

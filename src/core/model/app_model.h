@@ -42,6 +42,9 @@
 
 namespace kestavon {
 
+class AppUninstaller;
+class SecurityScanner;
+
 /// Everything the screens show, and every operation behind their controls.
 ///
 /// Confined to the main thread; every operation returns at once. Long work runs off the main thread
@@ -76,6 +79,7 @@ public:
         installedApps,
         isLoadingApps,
         startupItems,
+        isLoadingStartupItems,
         isFreezingRAM,
         ramFreedBytes,
         scanNotice,
@@ -145,6 +149,7 @@ public:
     const std::vector<InstalledApp>& installedApps() const { return m_installedApps; }
     bool isLoadingApps() const { return m_isLoadingApps; }
     const std::vector<StartupItem>& startupItems() const { return m_startupItems; }
+    bool isLoadingStartupItems() const { return m_isLoadingStartupItems; }
     bool isFreezingRAM() const { return m_isFreezingRAM; }
     std::int64_t ramFreedBytes() const { return m_ramFreedBytes; }
     /// What a person should know about the last scan: a root that could not be opened, folders that
@@ -218,6 +223,38 @@ public:
     /// Moves every item of every group to the Safe Area; an error means that it could not be opened
     /// and nothing changed. What cannot be moved leaves its group all the same.
     void cleanAllJunk(Finished finished = {});
+    /// @}
+
+    /// @name Security review
+    /// @{
+    /// Looks among `records` for what makes software start by itself. It cannot be stopped; of
+    /// several, the one that ends last decides what `findings` holds.
+    void startSecurityScan();
+    /// Moves the finding's file to the Trash; an error says why it stays, and nothing changes.
+    /// What the machine needs is protected, but not by its name as other items are.
+    void removeFinding(const SecurityFinding& finding, Finished finished = {});
+    /// @}
+
+    /// @name Applications and what starts by itself
+    /// What goes here goes to the Trash, protected by the machine only: an application may well lie
+    /// where nothing else may be removed.
+    /// @{
+    /// Lists the installed applications anew, with what they have left in the home; the list is
+    /// empty until then. It waits for applications that are being removed.
+    void loadInstalledApps();
+    /// Moves the application and then, unless `appOnly`, its leftovers in order. What cannot be
+    /// moved stays at its place without a word, and leaves the list all the same. When it is
+    /// stopped, leftovers whose turn did not come stay listed. An application that cannot be moved
+    /// stays listed; its leftovers go as `removeLeftovers` does, and `appOnly` does nothing.
+    void uninstallApp(InstalledApp app, bool appOnly, Finished finished = {});
+    /// Moves the application's leftovers; the application stays listed, without those that had
+    /// their turn.
+    void removeLeftovers(InstalledApp app, Finished finished = {});
+    /// Lists anew what starts by itself; the old list stays until then.
+    void loadStartupItems();
+    /// Moves the file that defines the item; an error says why it stays, and nothing changes.
+    /// Nothing happens to one of the system's.
+    void removeStartupItem(const StartupItem& item, Finished finished = {});
     /// @}
 
     /// Takes a fresh memory snapshot; none when the system does not tell.
@@ -421,6 +458,29 @@ private:
         m_disposalQueue.post(
             [value = std::make_shared<T>(std::move(value))]() mutable { value.reset(); });
     }
+    void listInstalledApps();
+    /// Moves first the application, if it is to go too, and then its leftovers.
+    void trashApp(InstalledApp app, bool withApp, bool withLeftovers, Finished finished);
+    void endAppRemoval();
+    /// An application as it was before it, or leftovers of it, went.
+    struct AppCut {
+        InstalledApp app;
+        std::size_t position; ///< in the list
+        std::uint64_t listing; ///< which list that was
+    };
+    /// Takes the leftovers out that are not among `rest`, and without any rest the application too
+    /// if it went.
+    std::shared_ptr<const AppCut> dropApp(
+        const Uuid& id, bool withApp, std::vector<LeftoverFile> rest);
+    void relistApp(const std::shared_ptr<const AppCut>& cut, const Missing& missing, Relisted then);
+    /// Moves one item to the Trash; `moved` is called when that was done, and else `finished`.
+    void trashOneItem(const std::string& path, Finished finished,
+        std::function<void(const TrashedItem& item)> moved);
+    /// Takes the entries with the id of `item` out of `list`, which is replaced when `run` changes,
+    /// and offers to take the move of `trashed` back. Gives whether there were any.
+    template <class T>
+    bool dropListed(Field field, std::vector<T>& list, const std::uint64_t& run, const T& item,
+        const TrashedItem& trashed, const std::string& name);
     void openWith(std::function<Workspace::Opened()> open, Finished finished);
     void recordEvent(const std::string& title, std::string detail);
     /// One event for each detail, the last of which is the newest.
@@ -434,6 +494,8 @@ private:
     DuplicateFinder m_findDuplicates;
     JunkScanner m_scanJunk;
     UpdaterController m_updaterController;
+    std::shared_ptr<const AppUninstaller> m_appUninstaller;
+    std::shared_ptr<const SecurityScanner> m_securityScanner;
 
     // Published fields; main thread only.
     AppSection m_section = AppSection::dashboard;
@@ -462,6 +524,7 @@ private:
     std::vector<InstalledApp> m_installedApps;
     bool m_isLoadingApps = false;
     std::vector<StartupItem> m_startupItems;
+    bool m_isLoadingStartupItems = false;
     bool m_isFreezingRAM = false;
     std::int64_t m_ramFreedBytes = 0;
     std::string m_scanNotice;
@@ -483,6 +546,12 @@ private:
     std::optional<std::stop_source> m_junkScanTask;
     std::uint64_t m_junkScanRun = 0;
     std::stop_source m_junkCategoryStop; // heard when the model goes
+    std::optional<std::stop_source> m_appListing;
+    std::uint64_t m_appListingRun = 0; // counts the lists of applications
+    int m_appRemovals = 0; // that are under way
+    std::uint64_t m_startupRun = 0; // counts the lists of startup items
+    std::stop_source m_securityStop; // heard when the model goes
+    std::uint64_t m_securityRun = 0; // counts the reviews that have ended
 
     // Used on the queue below only.
     std::shared_ptr<QuarantineStore> m_quarantineStore;
@@ -491,6 +560,9 @@ private:
     SerialQueue m_scanQueue; // the scanner's own thread
     SerialQueue m_duplicateQueue; // one duplicate analysis at a time
     SerialQueue m_junkQueue; // the Smart Clean scanner's own thread: one category at a time
+    SerialQueue m_uninstallerQueue; // the app uninstaller's own thread
+    SerialQueue m_startupQueue; // lists startup items
+    SerialQueue m_securityQueue{SerialQueue::Urgency::utility}; // the security scanner's own thread
     SerialQueue m_quarantineQueue; // the Safe Area store's own thread
     SerialQueue m_removalQueue; // Trash and deletion
     SerialQueue m_desktopQueue; // asks the desktop to open things
