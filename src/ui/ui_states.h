@@ -7,6 +7,7 @@
 #include "ui/history/history_state.h"
 #include "ui/largefiles/large_files_state.h"
 #include "ui/safearea/safe_area_state.h"
+#include "ui/security/security_state.h"
 #include "ui/shell/onboarding_state.h"
 #include "ui/shell/settings_state.h"
 #include "ui/shell/shell_state.h"
@@ -14,7 +15,9 @@
 #include "ui/shell/undo_state.h"
 #include "ui/shell/work_state.h"
 #include "ui/smartclean/smart_clean_state.h"
+#include "ui/startup/startup_state.h"
 #include "ui/storage/storage_state.h"
+#include "ui/uninstaller/uninstaller_state.h"
 #include "ui/widgets/disk_bar_state.h"
 #include "ui/widgets/live_count.h"
 #include "ui/widgets/memory_bar_state.h"
@@ -48,6 +51,9 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::DuplicatesState* duplicates READ duplicates CONSTANT)
     Q_PROPERTY(kestavon::SmartCleanState* smartClean READ smartClean CONSTANT)
     Q_PROPERTY(kestavon::CleanerState* cleaner READ cleaner CONSTANT)
+    Q_PROPERTY(kestavon::UninstallerState* uninstaller READ uninstaller CONSTANT)
+    Q_PROPERTY(kestavon::StartupState* startup READ startup CONSTANT)
+    Q_PROPERTY(kestavon::SecurityState* security READ security CONSTANT)
     Q_PROPERTY(kestavon::SafeAreaState* safeArea READ safeArea CONSTANT)
     Q_PROPERTY(kestavon::HistoryState* history READ history CONSTANT)
 public:
@@ -71,6 +77,9 @@ public:
     DuplicatesState* duplicates() { return &m_duplicates; }
     SmartCleanState* smartClean() { return &m_smartClean; }
     CleanerState* cleaner() { return &m_cleaner; }
+    UninstallerState* uninstaller() { return &m_uninstaller; }
+    StartupState* startup() { return &m_startup; }
+    SecurityState* security() { return &m_security; }
     SafeAreaState* safeArea() { return &m_safeArea; }
     HistoryState* history() { return &m_history; }
     /// The live count that screens share.
@@ -96,6 +105,9 @@ private:
     DuplicatesState m_duplicates;
     SmartCleanState m_smartClean;
     CleanerState m_cleaner;
+    UninstallerState m_uninstaller;
+    StartupState m_startup;
+    SecurityState m_security;
     SafeAreaState m_safeArea;
     HistoryState m_history;
 };

@@ -5,10 +5,13 @@ kestavon_test(screen_window_tests
         ui/duplicates/duplicates_window_test.cpp
         ui/history/history_window_test.cpp
         ui/safearea/safe_area_window_test.cpp
+        ui/security/security_window_test.cpp
         ui/shell/work_window_test.cpp
         ui/smartclean/smart_clean_window_test.cpp
+        ui/startup/startup_window_test.cpp
         ui/storage/file_table_window_test.cpp
         ui/storage/removal_window_test.cpp
+        ui/uninstaller/uninstaller_window_test.cpp
         ui/widgets/path_menu_window_test.cpp
     LINKS kestavon_window_test_support)
 # Expected texts stand in the tests as plain literals.

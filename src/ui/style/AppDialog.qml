@@ -1,11 +1,16 @@
 import QtQuick
 import Kestavon.Ui
 
-/// A question or a message: title, text, and a row of buttons given as children, leftmost first.
+/// A question or a message: title, text, and buttons given as children: side by side, or below each
+/// other in the dialog's whole width.
 Sheet {
     id: dialog
 
     property string message
+    property bool stacked: false
+    /// Of buttons side by side: the first one is the rightmost.
+    property bool fromRight: false
+    readonly property real stackedWidth: width - 44
     default property alias buttons: row.data
 
     width: 420
@@ -36,13 +41,15 @@ Sheet {
                 wrapMode: Text.Wrap
             }
         }
-        Row {
+        Grid {
             id: row
+            columns: dialog.stacked ? 1 : Math.max(1, children.length)
+            layoutDirection: dialog.fromRight && !dialog.stacked ? Qt.RightToLeft : Qt.LeftToRight
             anchors.right: parent.right
             anchors.rightMargin: 21
             anchors.top: texts.bottom
             anchors.topMargin: 20
-            spacing: 10
+            spacing: dialog.stacked ? 8 : 10
         }
     }
 }

@@ -33,7 +33,9 @@ Item {
         message: dialogs.confirmation.message
         actionLabel: dialogs.confirmation.action
         destructive: dialogs.confirmation.destructive
+        alternativeLabel: dialogs.confirmation.alternative
         onConfirmed: dialogs.confirmation.confirm()
+        onAlternativeConfirmed: dialogs.confirmation.confirmAlternative()
         onAboutToHide: withdrawal.restart()
     }
     // A moment after, because the dialog hides before it says that it was confirmed.

@@ -8,6 +8,8 @@ Item {
 
     required property string title
     property string subtitle
+    /// The subtitle tells of work that is going on.
+    property bool busy: false
     property color subtitleColor: Theme.text2
     property int subtitleWeight: 400
     /// Screen readers say it whenever it changes.
@@ -27,10 +29,20 @@ Item {
         elide: Text.ElideRight
         Accessible.role: Accessible.Heading
     }
+    Loader {
+        anchors.top: heading.bottom
+        anchors.topMargin: 5
+        active: header.busy
+        sourceComponent: Spinner {
+            size: 13
+            Accessible.ignored: true
+        }
+    }
     ElidedText {
+        x: header.busy ? 20 : 0
         anchors.top: heading.bottom
         anchors.topMargin: 2
-        width: Math.min(implicitWidth, row.x - 12)
+        width: Math.min(implicitWidth, row.x - 12 - x)
         text: header.subtitle
         weight: header.subtitleWeight
         color: header.subtitleColor

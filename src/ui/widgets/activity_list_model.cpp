@@ -62,7 +62,7 @@ QVariant ActivityListModel::data(const QModelIndex& index, int role) const
         return {};
     const auto& event = events[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case TitleRole: return displayText(event.title);
+    case TitleRole: return fileNameText(event.title); // it may begin with an application's name
     case DetailRole: return fileNameText(event.detail); // it may be a path
     case AgeRole: return displayText(relativeDateText(event.date, m_model.platform().clock->now()));
     case PathRole: return QVariant::fromValue(pathOf(event));

@@ -16,12 +16,14 @@ ConfirmationTexts textsOf(const Question& question)
     };
 }
 
-void Confirmation::ask(ConfirmationTexts texts, std::function<void()> deed)
+void Confirmation::ask(
+    ConfirmationTexts texts, std::function<void()> deed, std::function<void()> otherDeed)
 {
     if (asking() || !deed)
         return;
     m_texts = std::move(texts);
     m_deed = std::move(deed);
+    m_otherDeed = std::move(otherDeed);
     Q_EMIT askingChanged();
 }
 
@@ -35,15 +37,24 @@ void Confirmation::reword(ConfirmationTexts texts)
 
 void Confirmation::confirm()
 {
-    if (!asking())
-        return;
-    const auto deed = std::exchange(m_deed, nullptr);
-    Q_EMIT askingChanged();
-    deed();
+    answer(m_deed);
+}
+
+void Confirmation::confirmAlternative()
+{
+    answer(m_otherDeed);
+}
+
+void Confirmation::answer(std::function<void()> deed)
+{
+    cancel();
+    if (deed)
+        deed();
 }
 
 void Confirmation::cancel()
 {
+    m_otherDeed = nullptr;
     if (std::exchange(m_deed, nullptr))
         Q_EMIT askingChanged();
 }

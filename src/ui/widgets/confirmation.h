@@ -15,6 +15,7 @@ struct ConfirmationTexts {
     QString message;
     QString action; ///< on the button that goes ahead
     bool destructive = false; ///< whether that button is red
+    QString alternative = {}; ///< on a button that goes ahead in another way; empty: there is none
 
     friend bool operator==(const ConfirmationTexts&, const ConfirmationTexts&) = default;
 };
@@ -32,14 +33,16 @@ class Confirmation : public QObject {
     Q_PROPERTY(QString message READ message NOTIFY askingChanged)
     Q_PROPERTY(QString action READ action NOTIFY askingChanged)
     Q_PROPERTY(bool destructive READ destructive NOTIFY askingChanged)
+    Q_PROPERTY(QString alternative READ alternative NOTIFY askingChanged)
     /// Why the last deed failed; empty unless the alert is to be shown.
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
 public:
     using QObject::QObject;
 
-    /// Puts the question; `deed` is done when the user says yes. A question that is being put
-    /// already stays.
-    void ask(ConfirmationTexts texts, std::function<void()> deed);
+    /// Puts the question; `deed` is done when the user says yes, `otherDeed` when they choose the
+    /// alternative. A question that is being put already stays.
+    void ask(ConfirmationTexts texts, std::function<void()> deed,
+        std::function<void()> otherDeed = nullptr);
     /// What the question that is being put says from now on; without one nothing happens.
     void reword(ConfirmationTexts texts);
     /// Shows the alert, or none for an empty message.
@@ -50,10 +53,13 @@ public:
     const QString& message() const { return m_texts.message; }
     const QString& action() const { return m_texts.action; }
     bool destructive() const { return m_texts.destructive; }
+    const QString& alternative() const { return m_texts.alternative; }
     const QString& errorMessage() const { return m_errorMessage; }
 
     /// The user said yes.
     Q_INVOKABLE void confirm();
+    /// The user chose the alternative.
+    Q_INVOKABLE void confirmAlternative();
     /// The user said no, or what the question was about has changed.
     Q_INVOKABLE void cancel();
     Q_INVOKABLE void dismissError() { setErrorMessage({}); }
@@ -63,8 +69,11 @@ Q_SIGNALS:
     void errorMessageChanged();
 
 private:
+    void answer(std::function<void()> deed);
+
     ConfirmationTexts m_texts;
     std::function<void()> m_deed;
+    std::function<void()> m_otherDeed;
     QString m_errorMessage;
 };
 

@@ -1,0 +1,58 @@
+#include "ui/uninstaller/uninstaller_rules.h"
+
+#include "core/domain/record_list.h"
+#include "core/model/text_folding.h"
+#include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
+
+namespace kestavon {
+
+QString uninstallerSubtitle(const std::vector<InstalledApp>& apps, bool isLoading)
+{
+    if (isLoading)
+        return u"Scanning installed apps…"_s;
+    if (apps.empty())
+        return u"Find and remove apps along with all their leftover files."_s;
+    std::int64_t bytes = 0;
+    for (const auto& app : apps)
+        bytes = saturatingSum(bytes, app.leftoverBytes());
+    return u"%1 apps · %2 in leftover files"_s.arg(QString::number(apps.size()), byteText(bytes));
+}
+
+QString scanAppsLabel(const std::vector<InstalledApp>& apps)
+{
+    return apps.empty() ? u"Scan Apps"_s : u"Rescan"_s;
+}
+
+QString leftoverSizeText(std::int64_t bytes)
+{
+    return bytes < 1 ? u"Clean"_s : byteText(bytes);
+}
+
+std::string_view leftoverSizeColor(std::int64_t bytes)
+{
+    return bytes < 1 ? "green" : "orange";
+}
+
+QString leftoverFilesText(std::size_t count)
+{
+    return u"%1 files"_s.arg(count);
+}
+
+bool passesFilter(const InstalledApp& app, std::string_view filter)
+{
+    return containsFolded(app.name, filter);
+}
+
+ConfirmationTexts uninstallQuestion(const InstalledApp& app)
+{
+    return {
+        .title = u"Uninstall \"%1\"?"_s.arg(fileNameText(app.name)),
+        .message = u"The app and its leftover files will be moved to the Trash."_s,
+        .action = u"Move App + All Leftovers to Trash"_s,
+        .destructive = true,
+        .alternative = app.canBeMoved ? u"Move App Only to Trash"_s : QString(),
+    };
+}
+
+} // namespace kestavon
