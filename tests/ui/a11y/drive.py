@@ -1,7 +1,7 @@
 """Uses the real window as somebody with a screen reader does: drive.py PROGRAM
 
 Looks at every section, scans a small home, filters and selects in the table of files, finds duplicates and reviews
-junk. Needs an X display and a session bus (the script "run" beside this one starts both).
+junk; then, on a Mac's disk, removes an application, a startup item and a finding of the security review. Needs an X display and a session bus (the script "run" beside this one starts both).
 """
 import os
 import pathlib
@@ -34,15 +34,34 @@ def make_home(home):
     os.utime(home / "Downloads/old installer.iso", (time.time() - 200 * DAY,) * 2)
 
 
+def make_mac_disk(home):
+    def write(path, text):
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
+
+    def plist(key, value):
+        return f'<plist version="1.0"><dict><key>{key}</key><string>{value}</string></dict></plist>'
+
+    disk = home.parent.parent
+    (disk / "System/Library").mkdir(parents=True)
+    (home / "Library/Mail").mkdir(parents=True)
+    for name in ["Editor", "Viewer"]:
+        write(disk / f"Applications/{name}.app/Contents/Info.plist", plist("CFBundleIdentifier", f"org.example.{name}"))
+    write(home / "Library/Caches/Editor", "k" * 3000)
+    for name in ["one", "two"]:
+        write(home / f"Library/LaunchAgents/{name}.plist", plist("Label", f"org.example.{name}"))
+    write(disk / "Library/LaunchDaemons/three.plist", plist("Label", "org.example.three"))
+
+
 def contents(home):
     return {path: path.lstat().st_size for path in home.rglob("*") if not path.is_dir()}
 
 
 class Session:
-    def __init__(self, program, folder):
-        self.home = folder / "home"
-        self.home.mkdir()
-        make_home(self.home)
+    def __init__(self, program, folder, home="home", make=make_home):
+        self.home = folder / home
+        self.home.mkdir(parents=True)
+        make(self.home)
         places = {f"XDG_{kind}_HOME": str(folder / "xdg" / kind) for kind in ("CONFIG", "DATA", "CACHE", "STATE")}
         runtime = folder / "runtime"
         runtime.mkdir(mode=0o700)
@@ -193,20 +212,72 @@ def reviews_junk(session):
     session.hides("1 selected")
 
 
+def press_in(place, button):
+    place.all("push button", lambda name: name == button)[0].press()
+
+
+def wait_out_a_double_click():
+    time.sleep(0.7)
+
+
+def uninstalls_an_application(session):
+    session.go_to("App Uninstaller")
+    session.find("push button", "Scan Installed Apps").press()
+    session.shows("2 apps · 3 KB in leftover files")
+    row = session.find("list item", "Editor, org.example.Editor, 3 KB, 1 files")
+    press_in(row, "1 files")
+    session.find("list item", f"Cache, {session.home}/Library/Caches/Editor, 3 KB")
+    wait_out_a_double_click()
+    press_in(row, "Uninstall All")
+    press_in(session.find("dialog", 'Uninstall "Editor"?'), "Move App + All Leftovers to Trash")
+    session.shows("1 apps · Zero KB in leftover files")
+    eventually(lambda: session.sidebar()["App Uninstaller"].name == "App Uninstaller", "the badge to go")
+    assert (session.home / ".Trash/Editor.app/Contents/Info.plist").exists()
+    assert (session.home / ".Trash/Editor").exists()
+
+
+def removes_a_startup_item(session):
+    session.go_to("Startup Items")
+    session.find("push button", "Scan Startup Items").press()
+    session.find("heading", "Your Launch Agents, Installed by you or third-party apps — safe to remove")
+    session.find("list item", "org.example.three, Protected")
+    row = session.find("list item", "org.example.one")
+    wait_out_a_double_click()
+    press_in(row, "Remove")
+    eventually(lambda: (session.home / ".Trash/one.plist").exists(), "the file to move")
+
+
+def reviews_security(session):
+    session.go_to("Dashboard")
+    session.find("push button", "Scan").press()
+    session.shows("Scan complete")
+    session.go_to("Security")
+    session.find("push button", "Run Security Scan").press()
+    session.shows("No confirmed threats")
+    file = session.home / "Library/LaunchAgents/two.plist"
+    row = session.find("list item", f"Unknown, Persistence location — review recommended, {file}")
+    wait_out_a_double_click()
+    press_in(row, "Remove")
+    press_in(session.find("dialog", 'Remove "two.plist"?'), "Move to Trash")
+    eventually(lambda: not file.exists(), "the file to move")
+    session.shows("No threats found")
+
+
 STEPS = [asks_for_no_access, opens_every_section, scans_and_counts, lists_largest_first, counts_only_what_is_shown,
          finds_duplicates_and_asks, reviews_junk]
+STEPS_ON_A_MAC_DISK = [uninstalls_an_application, removes_a_startup_item, reviews_security]
 
 
-def main(program):
+def run(start, steps, changes_files):
     with tempfile.TemporaryDirectory(prefix="kestavon-a11y-") as folder:
-        session = Session(program, pathlib.Path(folder))
+        session = start(pathlib.Path(folder))
         before = contents(session.home)
         try:
             session.open()
-            for step in STEPS:
+            for step in steps:
                 step(session)
                 print("ok", step.__name__.replace("_", " "))
-            assert contents(session.home) == before, "looking at the home changed it"
+            assert changes_files or contents(session.home) == before, "looking at the home changed it"
             assert session.process.poll() is None, "the program has ended"
         except AssertionError as failure:
             if hasattr(session, "window"):
@@ -215,6 +286,12 @@ def main(program):
         finally:
             session.process.terminate()
             session.process.wait(10)
+
+
+def main(program):
+    run(lambda folder: Session(program, folder), STEPS, changes_files=False)
+    run(lambda folder: Session(program, folder, "disk/Users/alice", make_mac_disk), STEPS_ON_A_MAC_DISK,
+        changes_files=True)
 
 
 if __name__ == "__main__":
