@@ -7,6 +7,7 @@
 #include "ui/accessible_shim.h"
 #include "ui/shell/single_instance.h"
 #include "ui/shell/status_tray.h"
+#include "ui/style/desktop_appearance.h"
 #include "ui/style/desktop_motion.h"
 #include "ui/style/symbol_provider.h"
 #include "ui/ui_states.h"
@@ -60,17 +61,27 @@ int runWindow(QApplication& application, const CommandLine& line)
     QObject::connect(&instance, &SingleInstance::requested, states.shell(), &ShellState::takeOver);
 
     useFonts();
+    std::optional<DesktopAppearance> appearance;
+    if (line.theme.empty())
+        appearance.emplace();
     QQmlApplicationEngine engine;
     installAccessibleShim(engine);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
     engine.setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(&states)},
         {QStringLiteral("themeChoice"), QString::fromStdString(line.theme)},
-        {QStringLiteral("reducedMotion"), desktopReducesMotion()}});
+        {QStringLiteral("reducedMotion"), desktopReducesMotion()},
+        {QStringLiteral("desktopScheme"), appearance ? appearance->colorScheme() : 0}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Kestavon/Ui/shell/Main.qml")));
     if (engine.rootObjects().isEmpty())
         return EXIT_FAILURE;
 
+    if (appearance) {
+        QObject::connect(&*appearance, &DesktopAppearance::colorSchemeChanged, &engine, [&] {
+            engine.rootObjects().constFirst()->setProperty(
+                "desktopScheme", appearance->colorScheme());
+        });
+    }
     // The tray takes a conversation with the desktop: only once the window is there.
     std::optional<StatusTray> tray;
     QTimer trayWatch; // a desktop that is just starting may bring its tray later

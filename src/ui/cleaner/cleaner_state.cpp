@@ -130,7 +130,7 @@ void CleanerState::move()
                 return;
             self->m_moving = false;
             Q_EMIT self->selectionChanged();
-            self->m_confirmation.setErrorMessage(displayText(error));
+            self->m_confirmation.setErrorMessage(fileNameText(error));
         });
 }
 

@@ -2,6 +2,7 @@
 
 #include "ui/duplicates/duplicates_rules.h"
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <QPointer>
 
@@ -92,7 +93,7 @@ void DuplicatesState::merge(bool toTrash)
             self->m_merging = false;
             Q_EMIT self->changed();
             if (!error.empty())
-                self->m_confirmation.setErrorMessage(displayText(error));
+                self->m_confirmation.setErrorMessage(fileNameText(error));
         });
 }
 

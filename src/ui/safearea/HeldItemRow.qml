@@ -26,7 +26,7 @@ VirtualListRow {
         };
     }
 
-    path: shown.originalPath
+    path: shown.originalPath.empty ? shown.heldPath : shown.originalPath
     itemPath: shown.heldPath // a look at it before it goes
     label: [shown.name, shown.reason, shown.path, shown.moved].join(", ")
 

@@ -2,6 +2,7 @@
 
 #include "ui/safearea/safe_area_rules.h"
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <QPointer>
 
@@ -60,7 +61,7 @@ void SafeAreaState::workOn(HeldItems& list, const QuarantineItem& item, ItemOper
         return;
     (m_model.*operation)(item, [self = QPointer<SafeAreaState>(this)](const std::string& error) {
         if (self && !error.empty())
-            self->m_confirmation.setErrorMessage(displayText(error));
+            self->m_confirmation.setErrorMessage(fileNameText(error));
     });
 }
 
@@ -86,7 +87,7 @@ void SafeAreaState::askForAll(HeldItems& list, ConfirmationTexts question, ListO
                 return;
             self->setWorking(false);
             if (!error.empty())
-                self->m_confirmation.setErrorMessage(displayText(error));
+                self->m_confirmation.setErrorMessage(fileNameText(error));
             // What could not be deleted has left the list, but not the disk.
             self->lookForEarlier();
         });

@@ -10,6 +10,8 @@ T.ApplicationWindow {
     /// "light", "dark", or empty to follow the desktop.
     property string themeChoice
     property bool reducedMotion: false
+    /// As `DesktopAppearance.colorScheme`.
+    property int desktopScheme: 0
     /// The window has drawn a frame since it was last shown, and holds what it is to hold.
     property bool hasAppeared: false
     /// How the window was shown when it was last to be seen.
@@ -63,6 +65,7 @@ T.ApplicationWindow {
     Component.onCompleted: {
         Theme.choice = themeChoice;
         Theme.reducedMotion = reducedMotion;
+        Theme.desktopScheme = Qt.binding(() => window.desktopScheme);
         visible = true;
     }
     onFrameSwapped: {

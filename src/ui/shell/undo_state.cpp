@@ -1,6 +1,7 @@
 #include "ui/shell/undo_state.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <QPointer>
 
@@ -34,7 +35,7 @@ QString undoReportText(const UndoReport& report)
         text = u"%1 are back where they were."_s.arg(itemsText(report.restored));
     else
         text = u"%1 of %2 could not be put back: %3"_s.arg(
-            QString::number(report.failed), itemsText(all), displayText(report.error));
+            QString::number(report.failed), itemsText(all), fileNameText(report.error));
     if (report.restored > 0 && !report.listed)
         text += u" A new scan will list what is back."_s;
     return text;

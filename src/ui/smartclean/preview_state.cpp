@@ -290,7 +290,7 @@ void PreviewState::remove(ActionKind action)
         [self = QPointer<PreviewState>(this), opening = m_opening, problem](
             const std::string& error) {
             if (self)
-                self->endRemoval(opening, error.empty() ? *problem : displayText(error));
+                self->endRemoval(opening, error.empty() ? *problem : fileNameText(error));
         });
 }
 

@@ -1,6 +1,7 @@
 #include "ui/smartclean/smart_clean_state.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <QPointer>
 
@@ -97,7 +98,7 @@ void SmartCleanState::cleanAll()
         if (!self)
             return;
         self->setCleaning(false);
-        self->m_confirmation.setErrorMessage(displayText(error));
+        self->m_confirmation.setErrorMessage(fileNameText(error));
     });
 }
 

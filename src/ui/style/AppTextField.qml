@@ -25,6 +25,8 @@ T.TextField {
     selectByMouse: true
     opacity: enabled ? 1 : 0.45
     Accessible.name: placeholderText
+    // Else the window's own Escape would have it, and stop a scan.
+    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape && text !== ""
     Keys.onEscapePressed: event => {
         event.accepted = text !== "";
         clear();

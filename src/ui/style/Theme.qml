@@ -7,11 +7,15 @@ QtObject {
 
     /// "light", "dark", or empty to follow the desktop.
     property string choice
+    /// What the desktop asks programs for: 1 dark, 2 light, 0 nothing, and then its palette tells.
+    property int desktopScheme: 0
     /// The desktop asks programs to keep still: nothing slides or fades, and what must move steps.
     property bool reducedMotion: false
 
     readonly property SystemPalette desktop: SystemPalette {}
-    readonly property bool dark: choice === "" ? desktop.window.hslLightness < 0.5 : choice === "dark"
+    readonly property bool dark: choice !== "" ? choice === "dark"
+        : desktopScheme !== 0 ? desktopScheme === 1
+        : desktop.window.hslLightness < 0.5
 
     readonly property color bg: dark ? "#1A1C20" : "#F4F5F7"
     readonly property color sidebar: dark ? "#141619" : "#EAECEF"

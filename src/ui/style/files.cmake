@@ -1,4 +1,5 @@
-list(APPEND ui_module_sources style/desktop_motion.cpp style/desktop_motion.h
+list(APPEND ui_module_sources style/desktop_appearance.cpp style/desktop_appearance.h
+    style/desktop_motion.cpp style/desktop_motion.h
     style/symbol_provider.cpp style/symbol_provider.h)
 list(APPEND ui_qml_singletons style/Theme.qml)
 list(APPEND ui_qml_files

@@ -29,7 +29,10 @@ Item {
     visible: exists
 
     Accessible.role: Accessible.Row
-    Accessible.name: exists ? rows.text(row, 0) : ""
+    Accessible.name: {
+        rows.contentRevision;
+        return exists ? rows.text(row, 0) : "";
+    }
     Accessible.selectable: true
     Accessible.selected: selected
     Accessible.focusable: true

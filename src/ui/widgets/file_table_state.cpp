@@ -1,6 +1,7 @@
 #include "ui/widgets/file_table_state.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <utility>
 
@@ -36,7 +37,7 @@ FileTableState::FileTableState(AppModel& model, bool largestFilesOnly)
 void FileTableState::remove(RemovalKind kind, RecordPick selected, RecordRemoval::Done done)
 {
     auto finished
-        = [done = std::move(done)](const std::string& error) { done(displayText(error)); };
+        = [done = std::move(done)](const std::string& error) { done(fileNameText(error)); };
     if (kind == RemovalKind::trash)
         m_model.trashRecords(std::move(selected), std::move(finished));
     else

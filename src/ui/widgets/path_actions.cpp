@@ -1,6 +1,7 @@
 #include "ui/widgets/path_actions.h"
 
 #include "ui/widgets/display_text.h"
+#include "ui/widgets/file_name_text.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -40,7 +41,7 @@ void PathActions::openItem(const std::string& path)
 {
     m_model.openItem(path, [self = QPointer<PathActions>(this)](const std::string& error) {
         if (self && !error.empty())
-            Q_EMIT self->failed(displayText(error));
+            Q_EMIT self->failed(fileNameText(error));
     });
 }
 

@@ -77,6 +77,21 @@ TEST_F(ShellWindowTest, EscapeStopsTheScan)
     EXPECT_EQ(model->scanPhase(), ScanPhase::idle());
 }
 
+TEST_F(ShellWindowTest, EscapeInAFieldIsForTheField)
+{
+    open();
+    model->setSection(AppSection::storage);
+    test::processEvents();
+    press(Qt::Key_F, Qt::ControlModifier);
+    type(QStringLiteral("x"));
+    press(Qt::Key_F5);
+    waitFor(QStringLiteral("Stop"));
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(model->scanPhase().isScanning());
+    press(Qt::Key_Escape);
+    EXPECT_EQ(model->scanPhase(), ScanPhase::idle());
+}
+
 TEST_F(ShellWindowTest, ListsItsKeysAndGivesTheKeyboardBack)
 {
     open();

@@ -53,6 +53,16 @@ protected:
         ASSERT_TRUE(settle());
     }
 
+    /// What a screen reader calls the first rows.
+    QStringList spokenRows(int count)
+    {
+        auto* table = QAccessible::queryAccessibleInterface(&need("tableBody"));
+        QStringList names;
+        for (int i = 0; i < count; ++i)
+            names.append(table->child(i)->text(QAccessible::Name));
+        return names;
+    }
+
     RecordTableModel& rows() { return *states->storage()->rows(); }
     std::vector<int> selectedRows()
     {
@@ -144,6 +154,7 @@ TEST_F(StorageWindow, FiltersWhileTypingAndCountsOnlyTheSelectedRowsInSight)
     filter("ODD");
     EXPECT_EQ(rows().rowCount(), 500);
     EXPECT_EQ(states->storage()->subtitle(), "1000 items, sorted by size");
+    EXPECT_EQ(spokenRows(2), (QStringList{"file-1.odd", "file-3.odd"}));
     EXPECT_EQ(barText(), "1 selected · 999 KB");
 
     press(Qt::Key_Escape);
