@@ -36,6 +36,9 @@ public:
         case Verb::suggestions: suggestions(); break;
         case Verb::duplicates: duplicates(); break;
         case Verb::junk: junk(); break;
+        case Verb::apps: apps(); break;
+        case Verb::startup: startup(); break;
+        case Verb::security: security(); break;
         case Verb::memory: memory(); break;
         case Verb::disk: disk(); break;
         default: break;
@@ -169,9 +172,69 @@ private:
         table.print(m_out);
     }
 
+    void apps()
+    {
+        if (!m_run.findApps())
+            return;
+        if (wants(OutputForm::json))
+            return printDocument(m_model, {DocumentField::installedApps}, m_out);
+        TextTable table({left, right, right, left});
+        for (const auto& app : m_model.installedApps()) {
+            if (wants(OutputForm::nulls))
+                printNullEnded(m_out, app.appURL);
+            else
+                table.addRow(
+                    {printablePath(app.name), std::to_string(app.leftovers.size()) + " files",
+                        fileByteCount(app.leftoverBytes()),
+                        printablePath(app.bundleID.value_or(app.appURL))});
+        }
+        table.print(m_out);
+    }
+
+    void startup()
+    {
+        if (!m_run.await(AppModel::Field::startupItems, [this] { m_model.loadStartupItems(); }))
+            return;
+        if (wants(OutputForm::json))
+            return printDocument(m_model, {DocumentField::startupItems}, m_out);
+        TextTable table({left, left, left, left});
+        for (const auto& item : m_model.startupItems()) {
+            if (wants(OutputForm::nulls))
+                printNullEnded(m_out, item.plistURL);
+            else
+                table.addRow({item.isSystem ? "System" : "User", printablePath(item.label),
+                    printablePath(item.programPath), printablePath(item.plistURL)});
+        }
+        table.print(m_out);
+    }
+
+    void security()
+    {
+        if (m_run.scan())
+            m_run.reviewSecurity();
+        if (m_run.isInterrupted())
+            return;
+        if (wants(OutputForm::json))
+            return printDocument(m_model,
+                {DocumentField::selectedRoot, DocumentField::scanPhase,
+                    DocumentField::securityPhase, DocumentField::storageSummary,
+                    DocumentField::history, DocumentField::findings},
+                m_out);
+        TextTable table({left, left, left});
+        for (const auto& finding : m_model.findings()) {
+            if (wants(OutputForm::nulls))
+                printNullEnded(m_out, finding.path);
+            else
+                table.addRow({std::string(rawValue(finding.level)), printablePath(finding.path),
+                    printablePath(finding.reason)});
+        }
+        table.print(m_out);
+    }
+
     void memory()
     {
-        m_model.refreshMemory();
+        if (!m_run.await(AppModel::Field::memory, [this] { m_model.refreshMemory(); }))
+            return;
         const auto& memory = m_model.memory();
         if (!memory)
             m_run.fail("The system does not tell how memory is used.");

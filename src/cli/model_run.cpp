@@ -8,6 +8,7 @@
 #include <QEventLoop>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace kestavon {
 
@@ -34,6 +35,12 @@ std::string workText(const FileWork& work)
         text += " (" + fileByteCount(work.copiedBytes) + " of " + fileByteCount(work.bytesToCopy)
             + ')';
     return text + "  " + std::string(lastComponent(work.path));
+}
+
+/// For what cannot be stopped and changes nothing.
+void endAtOnce()
+{
+    std::_Exit(interruptedExitCode);
 }
 
 bool isScanningAny(const std::vector<JunkGroup>& groups)
@@ -99,6 +106,10 @@ std::string ModelRun::progressText() const
     }
     const auto& groups = m_model.junkGroups();
     const auto scanned = std::ranges::count_if(groups, &JunkGroup::isScanned);
+    if (m_model.securityPhase().isScanning())
+        return m_model.securityPhase().text();
+    if (m_model.isLoadingApps())
+        return "Looking for applications…";
     if (isScanningAny(groups))
         return "Looking for junk: " + std::to_string(scanned) + " categories done";
     return {};
@@ -142,6 +153,31 @@ bool ModelRun::findJunk(const std::vector<JunkCategory>& categories)
         m_model.scanJunkCategory(category);
     runUntil([this] { return !isScanningAny(m_model.junkGroups()); },
         [this] { m_model.stopJunkScan(); });
+    return !m_isInterrupted;
+}
+
+bool ModelRun::reviewSecurity()
+{
+    m_model.startSecurityScan();
+    runUntil([this] { return !m_model.securityPhase().isScanning(); }, endAtOnce);
+    return !m_isInterrupted;
+}
+
+bool ModelRun::findApps()
+{
+    m_model.loadInstalledApps();
+    runUntil([this] { return !m_model.isLoadingApps(); }, endAtOnce);
+    return !m_isInterrupted;
+}
+
+bool ModelRun::await(AppModel::Field field, const std::function<void()>& start)
+{
+    bool isPublished = false;
+    const auto watch = QObject::connect(&m_model, &AppModel::fieldChanged,
+        [&](AppModel::Field changed) { isPublished = isPublished || changed == field; });
+    start();
+    runUntil([&] { return isPublished; }, endAtOnce);
+    QObject::disconnect(watch);
     return !m_isInterrupted;
 }
 

@@ -25,6 +25,13 @@ public:
     /// Looks for junk of these categories, or of all where there are none.
     bool findJunk(const std::vector<JunkCategory>& categories);
 
+    /// Reviews what was scanned, and the machine's own places.
+    bool reviewSecurity();
+    /// Lists the installed applications.
+    bool findApps();
+    /// Starts what publishes `field` in the end, and waits for that.
+    bool await(AppModel::Field field, const std::function<void()>& start);
+
     /// An operation on files: gets the function to call at its end.
     using Operation = std::function<void(AppModel::Finished)>;
     /// True when it ended without an error.

@@ -1,10 +1,14 @@
 #include "cli/command.h"
 #include "cli/json_records.h"
+#include "cli/printable.h"
 #include "cli/removal_run.h"
 #include "cli/report.h"
 #include "cli/typed_items.h"
 #include "platform/byte_count.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 
@@ -48,6 +52,7 @@ public:
             case Verb::clean: m_line.cleansJunk ? cleanJunk() : cleanFolder(); break;
             case Verb::remove: removePaths(); break;
             case Verb::merge: merge(); break;
+            case Verb::uninstall: uninstall(); break;
             default: break;
             }
         }
@@ -223,6 +228,68 @@ private:
         });
         m_removal.tellWhatStayed(spare.positions.size(),
             [&](std::size_t i) { return spare.records->path(spare.positions[i]); });
+        m_removal.printDeeds();
+    }
+
+    /// The application that was named; says so when it is none or several.
+    std::optional<InstalledApp> meantApp()
+    {
+        std::vector<InstalledApp> meant;
+        std::ranges::copy_if(
+            m_model.installedApps(), std::back_inserter(meant), [this](const InstalledApp& app) {
+                return app.name == m_line.name || app.bundleID == m_line.name
+                    || app.appURL == m_line.name;
+            });
+        if (meant.size() == 1)
+            return meant.front();
+        if (meant.empty())
+            m_removal.run().fail(
+                "No application is called " + m_line.name + "; kestavon apps lists them.");
+        else
+            m_removal.run().fail("Several applications are called " + m_line.name
+                + "; give an identifier or a path.");
+        return std::nullopt;
+    }
+
+    void uninstall()
+    {
+        if (!m_removal.run().findApps())
+            return;
+        const auto app = meantApp();
+        if (!app)
+            return;
+        if (m_line.appOnly && !app->canBeMoved)
+            return m_removal.run().fail(
+                app->name + " belongs to the system; only what it left in the home can be moved.");
+        std::vector<std::string> paths;
+        if (app->canBeMoved)
+            paths.push_back(app->appURL);
+        if (!m_line.appOnly) {
+            for (const auto& leftover : app->leftovers)
+                paths.push_back(leftover.url);
+        }
+        if (m_line.dryRun) {
+            if (m_removal.wants(OutputForm::json)) {
+                JsonWriter json(m_out);
+                json.beginObject();
+                json.key("installedApps");
+                writeJson(json, std::vector{*app});
+                json.endObject();
+                return json.finish();
+            }
+            for (const auto& path : paths)
+                m_out << "Would move to the Trash: " << printablePath(path) << '\n';
+            return;
+        }
+        if (paths.empty())
+            return m_removal.run().fail(
+                app->name + " belongs to the system and left nothing in the home.");
+        if (!m_removal.confirm(questions::uninstall(app->name, m_line.appOnly)))
+            return;
+        m_removal.run().perform([&](AppModel::Finished finished) {
+            m_model.uninstallApp(*app, m_line.appOnly, std::move(finished));
+        });
+        m_removal.tellWhatStayed(paths.size(), [&](std::size_t i) { return paths[i]; });
         m_removal.printDeeds();
     }
 

@@ -145,8 +145,57 @@ TEST_F(ListingCommand, JunkListsTheCategoriesThatWereNamed)
     EXPECT_THAT(out.str(), HasSubstr("4 bytes"));
 }
 
+TEST_F(ListingCommand, StartupListsWhatStartsByItself)
+{
+    home.writeFile("Library/LaunchAgents/two\nlines.plist",
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>Label</key><string>Clock</string>"
+        "<key>Program</key><string>/usr/bin/clock</string></dict></plist>");
+    ASSERT_EQ(run({"startup", "--json", "--layout", "mac"}), 0);
+    const auto items = document()["startupItems"];
+    const auto clock = std::find_if(
+        items.begin(), items.end(), [](auto& item) { return item["label"] == "Clock"; });
+    ASSERT_TRUE(clock != items.end());
+    EXPECT_EQ((*clock)["isSystem"], false);
+    EXPECT_EQ((*clock)["programPath"], "/usr/bin/clock");
+    EXPECT_EQ((*clock)["plistURL"], home / "Library/LaunchAgents/two\nlines.plist");
+    ASSERT_EQ(run({"startup"}), 0);
+    EXPECT_THAT(out.str(), HasSubstr("two\\nlines.plist"));
+}
+
+TEST_F(ListingCommand, SecurityReviewsTheFolder)
+{
+    home.writeFile("files/Library/LaunchAgents/a.plist");
+    home.writeFile("files/letter");
+    ASSERT_EQ(run({"security", "--json", "--layout", "mac", files()}), 0);
+    const auto json = document();
+    EXPECT_EQ(json["securityPhase"], "finished");
+    EXPECT_EQ(json["history"][0]["title"], "Security scan complete");
+    ASSERT_EQ(json["findings"].size(), 1U);
+    EXPECT_EQ(json["findings"][0]["path"], files() + "/Library/LaunchAgents/a.plist");
+    ASSERT_EQ(run({"security", "--null", "--layout", "mac", files()}), 0);
+    EXPECT_THAT(nullEnded(out.str()), ElementsAre(files() + "/Library/LaunchAgents/a.plist"));
+}
+
+TEST_F(ListingCommand, AppsListsWhatIsInstalledWithItsLeftovers)
+{
+    home.makeFolder("Library");
+    home.writeFile("Applications/Paint.app/Contents/Info.plist",
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
+        "<string>org.paint.Paint</string></dict></plist>");
+    home.writeFile("Library/Caches/org.paint.Paint/cached", "12345");
+    ASSERT_EQ(run({"apps", "--json"}), 0);
+    const auto apps = document()["installedApps"];
+    const auto paint
+        = std::ranges::find_if(apps, [](const auto& app) { return app["name"] == "Paint"; });
+    ASSERT_NE(paint, apps.end());
+    EXPECT_EQ((*paint)["bundleID"], "org.paint.Paint");
+    EXPECT_EQ((*paint)["leftovers"][0]["kind"], "Cache");
+    EXPECT_EQ((*paint)["leftovers"][0]["size"], 5);
+}
+
 TEST_F(ListingCommand, TellsOfTheMachine)
 {
+
     ASSERT_EQ(run({"memory", "--json"}), 0);
     EXPECT_GT(document()["memory"]["freeBytes"], 0);
     ASSERT_EQ(run({"disk", "--json", files()}), 0);

@@ -158,6 +158,31 @@ TEST_F(RemovalCommand, RemoveSaysWhatItRefusesAndWhyAndDoesTheRest)
     EXPECT_TRUE(isThere("files/x.xpc"));
 }
 
+TEST_F(RemovalCommand, UninstallMovesTheApplicationAndWhatItLeft)
+{
+    home.writeFile("Applications/Paint.app/Contents/Info.plist",
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
+        "<string>org.paint.Paint</string></dict></plist>");
+    home.writeFile("Library/Caches/org.paint.Paint/cached", "12345");
+    EXPECT_EQ(run({"uninstall", "Draw", "--yes"}), 1);
+    EXPECT_THAT(err.str(), HasSubstr("No application is called Draw"));
+    EXPECT_EQ(run({"uninstall", "Paint", "--dry-run"}), 0);
+    EXPECT_EQ(run({"uninstall", "Paint"}), 2);
+    EXPECT_TRUE(isThere("Applications/Paint.app"));
+    EXPECT_EQ(run({"uninstall", "org.paint.Paint", "--app-only", "--yes"}), 0);
+    EXPECT_FALSE(isThere("Applications/Paint.app"));
+    EXPECT_TRUE(isThere("Library/Caches/org.paint.Paint"));
+
+    home.writeFile("Applications/Paint.app/Contents/Info.plist",
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleIdentifier</key>"
+        "<string>org.paint.Paint</string></dict></plist>");
+    answers = {"y"};
+    EXPECT_EQ(run({"uninstall", "Paint"}), 0);
+    EXPECT_THAT(err.str(), StartsWith("Uninstall \"Paint\"?\n"));
+    EXPECT_THAT(out.str(), HasSubstr("Paint uninstalled: Moved to Trash + 1 leftover files"));
+    EXPECT_FALSE(isThere("Library/Caches/org.paint.Paint"));
+}
+
 TEST_F(RemovalCommand, MergeKeepsTheNewestCopy)
 {
     answers = {"y"};

@@ -85,6 +85,16 @@ Question deleteAll(std::size_t count)
     };
 }
 
+Question uninstall(const std::string& name, bool appOnly)
+{
+    return {
+        .title = "Uninstall \"" + name + "\"?",
+        .message = "The app and its leftover files will be moved to the Trash.",
+        .action = appOnly ? "Move App Only to Trash" : "Move App + All Leftovers to Trash",
+        .destructive = true,
+    };
+}
+
 Question deleteHeld(const std::string& name)
 {
     return {

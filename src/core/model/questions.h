@@ -28,6 +28,8 @@ Question mergeDuplicates(bool toTrash, std::size_t groups);
 Question cleanAllJunk(std::int64_t totalBytes);
 Question restoreAll(std::size_t count);
 Question deleteAll(std::size_t count);
+/// Before the application called `name` goes: with what it left in the home, or alone.
+Question uninstall(const std::string& name, bool appOnly);
 /// Before one held item, called `name`, is deleted.
 Question deleteHeld(const std::string& name);
 

@@ -1,6 +1,7 @@
 #include "ui/uninstaller/uninstaller_rules.h"
 
 #include "core/domain/record_list.h"
+#include "core/model/questions.h"
 #include "core/model/text_folding.h"
 #include "ui/widgets/display_text.h"
 #include "ui/widgets/file_name_text.h"
@@ -46,13 +47,10 @@ bool passesFilter(const InstalledApp& app, std::string_view filter)
 
 ConfirmationTexts uninstallQuestion(const InstalledApp& app)
 {
-    return {
-        .title = u"Uninstall \"%1\"?"_s.arg(fileNameText(app.name)),
-        .message = u"The app and its leftover files will be moved to the Trash."_s,
-        .action = u"Move App + All Leftovers to Trash"_s,
-        .destructive = true,
-        .alternative = app.canBeMoved ? u"Move App Only to Trash"_s : QString(),
-    };
+    auto texts = textsOf(questions::uninstall(fileNameText(app.name).toStdString(), false));
+    if (app.canBeMoved)
+        texts.alternative = displayText(questions::uninstall({}, true).action);
+    return texts;
 }
 
 } // namespace kestavon
