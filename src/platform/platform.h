@@ -8,6 +8,8 @@
 #include "platform/file_remover.h"
 #include "platform/host_layout.h"
 #include "platform/memory_counters.h"
+#include "platform/memory_relief.h"
+#include "platform/process_signals.h"
 #include "platform/protected_places.h"
 #include "platform/running_applications.h"
 #include "platform/settings.h"
@@ -35,6 +37,8 @@ struct Platform {
     std::shared_ptr<Settings> settings;
     std::shared_ptr<Workspace> workspace;
     std::shared_ptr<const RunningApplications> runningApplications;
+    std::shared_ptr<ProcessSignals> processSignals;
+    std::shared_ptr<MemoryRelief> memoryRelief;
 };
 
 /// This machine, laid out for `environment`; every part is there.

@@ -39,8 +39,10 @@ OrphanRule ruleFor(const HostLayout& layout, const RunningApplications& applicat
                 lowerCasedIfAny(bundleInfo(folder + '/' + name).identifier));
         }
     }
-    for (const auto& application : applications.running())
+    for (const auto& application : applications.running()) {
         rule.addRunning(lowerCasedIfAny(application.name), lowerCasedIfAny(application.identifier));
+        rule.addRunning(lowerCasedIfAny(application.program), {});
+    }
     return rule;
 }
 

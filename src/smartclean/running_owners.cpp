@@ -12,8 +12,10 @@ RunningOwners::RunningOwners(
 {
     for (const auto& application : applications) {
         const auto& shown = application.name ? application.name : application.identifier;
-        if (application.name && !application.name->empty())
-            m_byName.emplace(lowerCased(*application.name), *shown);
+        for (const auto& name : {application.name, application.program}) {
+            if (name && !name->empty())
+                m_byName.emplace(lowerCased(*name), *shown);
+        }
         if (application.identifier && !application.identifier->empty())
             m_byIdentifier.emplace(lowerCased(*application.identifier), *shown);
     }

@@ -1,7 +1,6 @@
 #include "platform/application_bundles.h"
 #include "platform/letter_case.h"
 #include "platform/linux/application_units.h"
-#include "platform/running_applications.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
@@ -75,27 +74,6 @@ TEST(ApplicationOfControlGroup, IsWhatItsUnitIsCalled)
              "/user.slice/user-1000.slice/user@1000.service/session.slice/pipewire.service",
              "/user.slice/user-1000.slice/user@1000.service/app.slice/app-.scope"})
         EXPECT_EQ(applicationOfControlGroup(group), std::nullopt) << group;
-}
-
-TEST(RunningApplications, AreToldOnceEachByTheirFirstProcess)
-{
-    const test::TemporaryFolder processes;
-    const auto add = [&](const std::string& id, const std::string& unit, const std::string& name) {
-        processes.writeFile(
-            id + "/cgroup", "1:name=systemd:/ignored\n0::/user.slice/app.slice/" + unit + "\n");
-        processes.writeFile(id + "/comm", name + "\n");
-    };
-    add("900", "app-org.example.Editor-1.scope", "helper");
-    add("30", "app-org.example.Editor-1.scope", "editor");
-    add("31", "app-org.example.Long-2.scope", "fifteen-letters");
-    add("32", "session-2.scope", "bash");
-    add("self", "app-org.example.Link-3.scope", "link");
-    processes.writeFile("33/comm", "no control group\n");
-    EXPECT_THAT(SystemRunningApplications(processes.path()).running(),
-        ElementsAre(RunningApplication{.identifier = "org.example.Editor", .name = "editor"},
-            RunningApplication{.identifier = "org.example.Long", .name = {}}));
-    EXPECT_TRUE(SystemRunningApplications(processes / "missing").running().empty());
-    SystemRunningApplications().running(); // whatever this machine says
 }
 
 } // namespace

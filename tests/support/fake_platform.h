@@ -3,6 +3,7 @@
 #include "platform/linux/application_places.h"
 #include "platform/platform.h"
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -32,10 +33,18 @@ public:
     mutable std::mutex hung; ///< nobody gets an answer while a test holds it
 };
 
+/// Set `value` while nobody asks.
 class FakeMemoryCounters final : public MemoryCounters {
 public:
-    std::optional<MemorySnapshot> snapshot() const override { return value; }
+    std::optional<MemorySnapshot> snapshot() const override
+    {
+        ++asked;
+        const std::lock_guard lock(hung);
+        return value;
+    }
     std::optional<MemorySnapshot> value;
+    mutable std::atomic<int> asked{0}; ///< how often
+    mutable std::mutex hung; ///< nobody gets an answer while a test holds it
 };
 
 class FakeFileManager final : public FileManager {
@@ -117,10 +126,53 @@ public:
     std::vector<TrashPlace> places{{"/home/alice/.Trash", "/home/alice/.Trash"}};
 };
 
+/// Set `applications` while nobody asks.
 class FakeRunningApplications final : public RunningApplications {
 public:
-    std::vector<RunningApplication> running() const override { return applications; }
+    std::vector<RunningApplication> running() const override
+    {
+        ++asked;
+        const std::lock_guard lock(hung);
+        return applications;
+    }
     std::vector<RunningApplication> applications;
+    mutable std::atomic<int> asked{0}; ///< how often
+    mutable std::mutex hung; ///< nobody gets an answer while a test holds it
+};
+
+/// Processes that write down who is told to end. One thread.
+class FakeProcessSignals final : public ProcessSignals {
+public:
+    std::optional<std::uint64_t> startOf(std::int32_t process) const override
+    {
+        const auto found = starts.find(process);
+        return found == starts.end() ? std::nullopt : std::optional(found->second);
+    }
+    bool terminate(std::int32_t process, std::uint64_t startedAt) override
+    {
+        if (startOf(process) != startedAt || refusing.contains(process))
+            return false;
+        terminated.push_back(process);
+        return true;
+    }
+    std::map<std::int32_t, std::uint64_t> starts; ///< of those that run
+    std::set<std::int32_t> refusing;
+    std::vector<std::int32_t> terminated;
+};
+
+/// Relief that takes as long as a test holds `hung`. Any thread.
+class FakeMemoryRelief final : public MemoryRelief {
+public:
+    void relieve() override
+    {
+        const std::lock_guard lock(hung);
+        ++times;
+        if (whenRelieved)
+            whenRelieved();
+    }
+    std::mutex hung;
+    std::atomic<int> times{0};
+    std::function<void()> whenRelieved; ///< off the main thread
 };
 
 /// A machine that exists only in memory, but for files that are moved or removed: those are real,
@@ -135,6 +187,8 @@ struct FakeMachine {
     std::shared_ptr<FakeTrash> trash = std::make_shared<FakeTrash>();
     std::shared_ptr<FakeRunningApplications> runningApplications
         = std::make_shared<FakeRunningApplications>();
+    std::shared_ptr<FakeProcessSignals> processSignals = std::make_shared<FakeProcessSignals>();
+    std::shared_ptr<FakeMemoryRelief> memoryRelief = std::make_shared<FakeMemoryRelief>();
     std::shared_ptr<FileMover> mover = std::make_shared<SystemFileMover>();
     std::shared_ptr<FileRemover> remover = std::make_shared<SystemFileRemover>();
     std::shared_ptr<FilePlaces> places = std::make_shared<SystemFilePlaces>();
@@ -174,6 +228,8 @@ struct FakeMachine {
                 platform.layout, ProtectedPlaces(ProtectedPlaces::Lists()), clock);
         platform.workspace = workspace;
         platform.runningApplications = runningApplications;
+        platform.processSignals = processSignals;
+        platform.memoryRelief = memoryRelief;
         return platform;
     }
 };

@@ -25,6 +25,7 @@ struct AppProcessInfo {
     bool isSystemProcess = false;
     std::optional<std::string>
         icon; ///< the icon's name in the desktop's theme, or its absolute path
+    std::uint64_t startedAt = 0; ///< clock ticks since boot; an id alone may come to mean another
 
     friend bool operator==(const AppProcessInfo&, const AppProcessInfo&) = default;
 };

@@ -36,6 +36,8 @@ AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
     , m_platform(std::move(platform))
     , m_findDuplicates(std::move(duplicateFinder))
     , m_scanJunk(junkScanner ? std::move(junkScanner) : junkScannerFor(m_platform))
+    , m_monitor(std::make_shared<const SystemMonitor>(
+          m_platform.memory, m_platform.runningApplications, m_platform.processSignals))
     , m_appUninstaller(std::make_shared<const AppUninstaller>(m_platform.layout))
     , m_securityScanner(
           std::make_shared<const SecurityScanner>(m_platform.layout.persistenceMarkers))
@@ -48,7 +50,7 @@ AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
               .clock = m_platform.clock}))
 {
     MainQueue::instance(); // made here, on the main thread, before any worker posts to it
-    refreshMemory();
+    readMemory();
     refreshDiskSpace();
     refreshFullDiskAccess();
     m_quarantineQueue.post([store = m_quarantineStore] { store->clearUnfinishedMoves(); });
@@ -109,11 +111,6 @@ void AppModel::setSelectedRoot(const std::string& folder)
 {
     publish(Field::selectedRoot, m_selectedRoot, normalisedPath(folder));
     refreshDiskSpace();
-}
-
-void AppModel::refreshMemory()
-{
-    publish(Field::memory, m_memory, m_platform.memory->snapshot());
 }
 
 bool AppModel::probeFullDiskAccess() const

@@ -27,9 +27,11 @@
 #include "safearea/quarantine_store.h"
 #include "smartclean/smart_scanner.h"
 #include "storage/file_scanning.h"
+#include "system/system_monitor.h"
 
 #include <QObject>
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -44,6 +46,12 @@ namespace kestavon {
 
 class AppUninstaller;
 class SecurityScanner;
+
+/// What was read from the machine, and how many readings had begun with it.
+template <class Value> struct Numbered {
+    std::uint64_t number = 0;
+    Value value;
+};
 
 /// Everything the screens show, and every operation behind their controls.
 ///
@@ -96,9 +104,9 @@ public:
     using JunkScanner = std::function<std::vector<CleanupCandidate>(
         JunkCategory category, const std::stop_token& stop)>;
 
-    /// Reads the disk totals and probes for access once, and ends in the background what a crash
-    /// left unfinished in the Safe Area and the Trash; nothing is loaded from disk. Where no junk
-    /// scanner is given, it makes the one for the platform.
+    /// Reads memory and the disk totals and probes for access once, and ends in the background what
+    /// a crash left unfinished in the Safe Area and the Trash; nothing is loaded from disk. Where
+    /// no junk scanner is given, it makes the one for the platform.
     AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
         DuplicateFinder duplicateFinder = findDuplicates, JunkScanner junkScanner = {});
     ~AppModel() override;
@@ -257,8 +265,22 @@ public:
     void removeStartupItem(const StartupItem& item, Finished finished = {});
     /// @}
 
+    /// @name Memory and processes
+    /// Read off the main thread. What is being read already is not read once more, and a reading
+    /// that comes late never replaces one that began after it.
+    /// @{
     /// Takes a fresh memory snapshot; none when the system does not tell.
     void refreshMemory();
+    /// Lists the running applications anew.
+    void refreshProcesses();
+    /// Asks a listed application to quit. False when it could not be told. At once; the list stays
+    /// as it is.
+    bool quitProcess(const AppProcessInfo& process);
+    /// Makes the system reclaim memory: about a second off the main thread, then `memory` and
+    /// `processes` are new, `ramFreedBytes` tells what it brought, and the history too. Nothing
+    /// while that is under way.
+    void optimizeMemory();
+    /// @}
 
     /// @name Removing and restoring
     /// Nothing here asks: the screens do, before. The files are worked on off the main thread; the
@@ -487,12 +509,20 @@ private:
     void recordEvents(const std::string& title, std::vector<std::string> details);
     static void report(const Finished& finished, const std::string& error);
     bool probeFullDiskAccess() const;
+    using NumberedMemory = Numbered<std::optional<MemorySnapshot>>;
+    using NumberedProcesses = Numbered<std::vector<AppProcessInfo>>;
+    void readMemory();
+    void publishMemory(NumberedMemory memory);
+    void publishProcesses(NumberedProcesses processes);
 
     // Fixed at construction.
     std::shared_ptr<FileScanning> m_scanner;
     Platform m_platform;
     DuplicateFinder m_findDuplicates;
     JunkScanner m_scanJunk;
+    std::shared_ptr<const SystemMonitor> m_monitor;
+    std::shared_ptr<std::atomic<std::uint64_t>> m_readingsBegun
+        = std::make_shared<std::atomic<std::uint64_t>>(0); // of memory and processes
     UpdaterController m_updaterController;
     std::shared_ptr<const AppUninstaller> m_appUninstaller;
     std::shared_ptr<const SecurityScanner> m_securityScanner;
@@ -552,6 +582,10 @@ private:
     std::uint64_t m_startupRun = 0; // counts the lists of startup items
     std::stop_source m_securityStop; // heard when the model goes
     std::uint64_t m_securityRun = 0; // counts the reviews that have ended
+    std::uint64_t m_shownMemory = 0; // the number of its reading
+    std::uint64_t m_shownProcesses = 0;
+    bool m_isReadingMemory = false;
+    bool m_isReadingProcesses = false;
 
     // Used on the queue below only.
     std::shared_ptr<QuarantineStore> m_quarantineStore;
@@ -565,6 +599,9 @@ private:
     SerialQueue m_securityQueue{SerialQueue::Urgency::utility}; // the security scanner's own thread
     SerialQueue m_quarantineQueue; // the Safe Area store's own thread
     SerialQueue m_removalQueue; // Trash and deletion
+    SerialQueue m_memoryQueue; // reads the counters
+    SerialQueue m_processQueue; // lists the applications that run
+    SerialQueue m_optimizerQueue; // makes the system reclaim memory
     SerialQueue m_desktopQueue; // asks the desktop to open things
     SerialQueue m_disposalQueue; // frees what takes long to free
 };

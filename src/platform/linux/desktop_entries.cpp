@@ -325,6 +325,7 @@ std::optional<DesktopEntry> parseDesktopEntry(
     entry.isApplication = textAt(*keys, "Type") == "Application";
     entry.isNotDisplayed = isTrueAt(*keys, "NoDisplay");
     entry.isHidden = isTrueAt(*keys, "Hidden");
+    entry.runsInTerminal = isTrueAt(*keys, "Terminal");
     entry.startsWithSession = textAt(*keys, "X-GNOME-Autostart-enabled") != "false";
     return entry;
 }

@@ -44,6 +44,7 @@ struct DesktopEntry {
     bool isApplication = false; ///< Type=Application
     bool isNotDisplayed = false; ///< NoDisplay: it is there, but in no menu
     bool isHidden = false; ///< Hidden: as if it, and all of its name below it, were not there
+    bool runsInTerminal = false; ///< Terminal: it has no window of its own
     bool startsWithSession = true; ///< unless X-GNOME-Autostart-enabled=false
 
     friend bool operator==(const DesktopEntry&, const DesktopEntry&) = default;

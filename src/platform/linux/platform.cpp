@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include "platform/linux/desktop_entries.h"
 #include "platform/settings_file.h"
 
 namespace kestavon {
@@ -12,6 +13,8 @@ Platform systemPlatform(const HostEnvironment& environment)
     auto settings = std::make_shared<FileSettings>(layout.settingsFolder + "/settings.json");
     auto clock = std::make_shared<SystemClock>();
     auto trash = makeSystemTrash(layout, *protectedPlaces, clock);
+    auto applications = std::make_shared<SystemRunningApplications>(
+        RunningApplicationsPlaces{.dataFolders = layout.dataFolders, .languages = userLanguages()});
     return {.layout = std::move(layout),
         .files = std::make_shared<SystemFileManager>(),
         .volumes = std::make_shared<SystemVolumes>(),
@@ -25,7 +28,9 @@ Platform systemPlatform(const HostEnvironment& environment)
         .protectedPlaces = protectedPlaces,
         .settings = std::move(settings),
         .workspace = std::make_shared<DesktopWorkspace>(),
-        .runningApplications = std::make_shared<SystemRunningApplications>()};
+        .runningApplications = std::move(applications),
+        .processSignals = std::make_shared<SystemProcessSignals>(),
+        .memoryRelief = std::make_shared<SystemMemoryRelief>()};
 }
 
 } // namespace kestavon

@@ -1,87 +1,448 @@
 #include "platform/running_applications.h"
 
+#include "platform/linux/application_index.h"
 #include "platform/linux/application_units.h"
-#include "platform/linux/small_file.h"
+#include "platform/linux/descriptor_io.h"
+#include "platform/linux/file_descriptor.h"
+#include "platform/linux/process_stat.h"
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <map>
+#include <mutex>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace kestavon {
 
 namespace {
 
-std::optional<int> processIdOf(const std::string& name)
+std::optional<std::int32_t> processIdOf(std::string_view name)
 {
-    int id = 0;
+    std::int32_t id = 0;
     const auto* const end = name.data() + name.size();
-    if (std::from_chars(name.data(), end, id).ptr != end)
+    if (name.empty() || name.front() < '0' || name.front() > '9'
+        || std::from_chars(name.data(), end, id).ptr != end)
         return std::nullopt;
     return id;
 }
 
-bool isOurs(const std::string& process)
+std::string_view baseName(std::string_view path)
 {
-    struct stat status { };
-    return ::stat(process.c_str(), &status) == 0 && status.st_uid == ::geteuid();
+    return path.substr(path.rfind('/') + 1);
 }
 
-/// Each line names a hierarchy, and after the second colon the group in it; see cgroups(7).
-std::optional<std::string> applicationOf(const std::string& process)
+/// Calls `look` with the parts of `text` until it returns true.
+template <class Look> void forEachPart(std::string_view text, char separator, Look look)
 {
-    const auto file = readSmallFile(process + "/cgroup");
-    for (std::string_view left = file.bytes; !left.empty();) {
-        const auto line = left.substr(0, left.find('\n'));
-        left.remove_prefix(std::min(line.size() + 1, left.size()));
-        const auto colon = line.find(':', std::min(line.find(':'), line.size() - 1) + 1);
-        if (colon == line.npos)
-            continue;
-        if (auto application = applicationOfControlGroup(line.substr(colon + 1)))
-            return application;
+    while (!text.empty()) {
+        const auto part = text.substr(0, text.find(separator));
+        if (look(part))
+            return;
+        text.remove_prefix(std::min(part.size() + 1, text.size()));
+    }
+}
+
+/// The text of a file below an open folder; empty when it cannot be read.
+std::string textAt(int folder, const char* name)
+{
+    constexpr std::size_t longest = 256 * 1024;
+    const FileDescriptor file(::openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status { };
+    // In another process's root lies what that process wants.
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    return readAll(file.get(), longest).value_or("");
+}
+
+/// What the link below an open folder says; empty when it cannot be read.
+std::string linkAt(int folder, const char* name)
+{
+    std::string target(4096, '\0');
+    const auto length = ::readlinkat(folder, name, target.data(), target.size());
+    target.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    return target;
+}
+
+/// What a process says of itself, as far as it can be read.
+struct ProcessFacts {
+    std::int32_t id = 0;
+    ::uid_t user = 0;
+    std::string name; ///< cut after 15 bytes
+    std::string controlGroups; ///< a line each
+    std::string flatpak; ///< the application's identifier
+    std::string environment; ///< "NAME=VALUE", each ended by a NUL
+    std::string program; ///< the path
+    std::string arguments; ///< each ended by a NUL
+
+    std::string_view variable(std::string_view wanted) const
+    {
+        std::string_view value;
+        forEachPart(environment, '\0', [&](std::string_view line) {
+            if (line.size() <= wanted.size() || !line.starts_with(wanted)
+                || line[wanted.size()] != '=')
+                return false;
+            value = line.substr(wanted.size() + 1);
+            return true;
+        });
+        return value;
+    }
+
+    std::string_view argument(int number) const
+    {
+        std::string_view found;
+        forEachPart(arguments, '\0', [&](std::string_view argument) {
+            found = argument;
+            return number-- == 0;
+        });
+        return number < 0 ? found : std::string_view();
+    }
+};
+
+/// The path of a program that may have been replaced while it runs.
+std::string programAt(int process)
+{
+    constexpr std::string_view replaced = " (deleted)";
+    auto path = linkAt(process, "exe");
+    if (path.ends_with(replaced))
+        path.resize(path.size() - replaced.size());
+    return path;
+}
+
+/// The identifier in a Flatpak's description of itself, see flatpak-metadata(5).
+std::string flatpakNamedIn(std::string_view text)
+{
+    constexpr std::string_view key = "name=";
+    std::string name;
+    bool isInGroup = false;
+    forEachPart(text, '\n', [&](std::string_view line) {
+        if (line.starts_with('['))
+            isInGroup = line == "[Application]";
+        else if (isInGroup && line.starts_with(key))
+            name = line.substr(key.size());
+        return !name.empty();
+    });
+    return name;
+}
+
+/// `ownMounts` is how the mounts that this process sees are called: a sandbox has others.
+std::optional<ProcessFacts> factsOf(
+    int processes, const char* id, const ProcessStat& stat, const std::string& ownMounts)
+{
+    const FileDescriptor process(
+        ::openat(processes, id, O_RDONLY | O_DIRECTORY | O_PATH | O_CLOEXEC));
+    struct stat status { };
+    if (!process || ::fstat(process.get(), &status) != 0)
+        return std::nullopt;
+    ProcessFacts facts;
+    facts.id = processIdOf(id).value_or(0);
+    facts.user = status.st_uid;
+    facts.name = stat.name;
+    facts.controlGroups = textAt(process.get(), "cgroup");
+    facts.arguments = textAt(process.get(), "cmdline");
+    if (facts.user != ::geteuid())
+        return facts;
+    facts.program = programAt(process.get());
+    facts.environment = textAt(process.get(), "environ");
+    const auto mounts = linkAt(process.get(), "ns/mnt");
+    if (!mounts.empty() && mounts != ownMounts)
+        facts.flatpak = flatpakNamedIn(textAt(process.get(), "root/.flatpak-info"));
+    return facts;
+}
+
+/// What the program is called; nothing when the system cut it short and nobody knows the rest.
+std::optional<std::string> programNameOf(const ProcessFacts& facts)
+{
+    constexpr std::size_t longest = 15;
+    if (!facts.name.empty() && facts.name.size() < longest)
+        return facts.name;
+    for (const auto path : {std::string_view(facts.program), facts.argument(1)}) {
+        const auto name = baseName(path);
+        if (!name.empty() && name.starts_with(facts.name))
+            return std::string(name);
     }
     return std::nullopt;
 }
 
-std::optional<std::string> nameOf(const std::string& process)
+/// The application that processes belong to.
+struct Membership {
+    std::string group; ///< tells it from others
+    RunningApplication application; ///< without its process
+};
+
+/// Recognises applications by what their processes say.
+class Recogniser {
+public:
+    explicit Recogniser(const ApplicationIndex& index)
+        : m_index(index)
+    {
+    }
+
+    std::optional<Membership> applicationOf(const ProcessFacts& facts) const
+    {
+        auto application = byUnit(facts);
+        for (const auto rule : {&Recogniser::byFlatpak, &Recogniser::byLaunch, &Recogniser::byImage,
+                 &Recogniser::byProgram}) {
+            if (!application)
+                application = (this->*rule)(facts);
+        }
+        if (!application)
+            return std::nullopt;
+        application->program = programNameOf(facts);
+        if (!application->name)
+            application->name = application->program;
+        application->isOthers = facts.user != ::geteuid();
+        application->isOfSession = isOfDesktopSession(facts.name)
+            || facts.controlGroups.find("/session.slice/") != facts.controlGroups.npos;
+        const auto& key = application->identifier ? *application->identifier : *application->name;
+        return Membership{.group = std::to_string(facts.user) + ' ' + key,
+            .application = std::move(*application)};
+    }
+
+private:
+    using Found = std::optional<RunningApplication>;
+
+    static RunningApplication described(const DesktopEntry& entry)
+    {
+        return {.identifier = entry.flatpak ? entry.flatpak : entry.identifier,
+            .name = entry.name,
+            .icon = entry.icon};
+    }
+
+    Found identified(std::string identifier) const
+    {
+        if (identifier.empty())
+            return std::nullopt;
+        const auto* const entry = m_index.withIdentifier(identifier);
+        auto application = entry ? described(*entry) : RunningApplication();
+        application.identifier = std::move(identifier);
+        return application;
+    }
+
+    /// Each line names a hierarchy, and after the second colon the group in it; see cgroups(7).
+    Found byUnit(const ProcessFacts& facts) const
+    {
+        Found application;
+        forEachPart(facts.controlGroups, '\n', [&](std::string_view line) {
+            const auto colon = line.find(':', std::min(line.find(':'), line.size() - 1) + 1);
+            if (colon == line.npos)
+                return false;
+            if (auto identifier = applicationOfControlGroup(line.substr(colon + 1)))
+                application = identified(std::move(*identifier));
+            return application.has_value();
+        });
+        return application;
+    }
+
+    Found byFlatpak(const ProcessFacts& facts) const { return identified(facts.flatpak); }
+
+    /// A child inherits the variables, but is not who they were set for.
+    Found byLaunch(const ProcessFacts& facts) const
+    {
+        const auto file = facts.variable("GIO_LAUNCHED_DESKTOP_FILE");
+        if (file.empty()
+            || processIdOf(facts.variable("GIO_LAUNCHED_DESKTOP_FILE_PID")) != facts.id)
+            return std::nullopt;
+        if (const auto* const entry = m_index.inFile(file))
+            return described(*entry);
+        constexpr std::string_view suffix = ".desktop";
+        auto name = baseName(file);
+        if (name.ends_with(suffix))
+            name.remove_suffix(suffix.size());
+        return identified(std::string(name));
+    }
+
+    /// What an image starts inherits its variables, but lies elsewhere.
+    Found byImage(const ProcessFacts& facts) const
+    {
+        const auto image = facts.variable("APPIMAGE");
+        const auto mounted = facts.variable("APPDIR");
+        if (image.empty() || mounted.size() < 2 || !facts.program.starts_with(mounted)
+            || !facts.program.substr(mounted.size()).starts_with('/'))
+            return std::nullopt;
+        if (const auto* const entry = m_index.startingProgram(baseName(image)))
+            return described(*entry);
+        constexpr std::string_view suffix = ".AppImage";
+        auto name = baseName(image);
+        if (name.ends_with(suffix))
+            name.remove_suffix(suffix.size());
+        return RunningApplication{.name = std::string(name)};
+    }
+
+    Found byProgram(const ProcessFacts& facts) const
+    {
+        const auto program = baseName(facts.program);
+        const auto started = baseName(facts.argument(0));
+        for (const auto name : {program, started}) {
+            if (const auto* const entry = m_index.startingProgram(name))
+                return described(*entry);
+        }
+        // A script lies where programs do.
+        const auto script = facts.argument(1);
+        if (script.starts_with('/') && isInterpreter(program.empty() ? started : program)) {
+            if (const auto* const entry = m_index.startingProgram(baseName(script)))
+                return described(*entry);
+        }
+        return std::nullopt;
+    }
+
+    const ApplicationIndex& m_index;
+};
+
+/// Clock ticks since boot, as processes are dated.
+std::uint64_t ticksSinceBoot(std::uint64_t ticksPerSecond)
 {
-    constexpr std::size_t longest = 15; // the system cuts longer ones there
-    auto name = readSmallFile(process + "/comm").bytes;
-    if (name.ends_with('\n'))
-        name.pop_back();
-    return name.empty() || name.size() >= longest ? std::nullopt : std::optional(std::move(name));
+    ::timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * ticksPerSecond;
 }
 
 } // namespace
 
-SystemRunningApplications::SystemRunningApplications(std::string processFolder)
-    : m_processFolder(std::move(processFolder))
+/// Keeps what it found out of each process for as long as that runs.
+class SystemRunningApplications::Observer {
+public:
+    explicit Observer(RunningApplicationsPlaces places)
+        : m_places(std::move(places))
+    {
+    }
+
+    std::vector<RunningApplication> running()
+    {
+        const std::lock_guard lock(m_mutex);
+        readEntriesThatChanged();
+        const FileDescriptor processes(
+            ::open(m_places.processFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!processes)
+            return {};
+        m_ownMounts = linkAt(processes.get(), "self/ns/mnt");
+        ++m_round;
+        std::map<std::string, RunningApplication> oldest; // by their groups
+        for (const auto& id : processesIn(processes.get()))
+            look(processes.get(), id, oldest);
+        std::erase_if(
+            m_processes, [this](const auto& known) { return known.second.round != m_round; });
+
+        std::vector<RunningApplication> applications;
+        for (auto& [group, application] : oldest)
+            applications.push_back(std::move(application));
+        std::ranges::stable_sort(applications, {}, age);
+        return applications;
+    }
+
+private:
+    /// One process, until its id is somebody else's.
+    struct Known {
+        std::uint64_t startedAt = 0;
+        std::string name;
+        std::optional<Membership> membership;
+        bool isSettled = false; ///< it will not be put into another unit any more
+        std::uint64_t round = 0; ///< in which it was last seen
+    };
+    /// When a folder of desktop entries was last changed, in nanoseconds since 1970.
+    using FolderDates = std::vector<std::pair<std::int64_t, ::ino_t>>;
+
+    static std::pair<std::uint64_t, std::int32_t> age(const RunningApplication& application)
+    {
+        return {application.startedAt, application.process};
+    }
+
+    static std::vector<std::string> processesIn(int folder)
+    {
+        std::vector<std::string> ids;
+        ::DIR* const listing = ::fdopendir(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
+        if (!listing)
+            return ids;
+        while (const auto* entry = ::readdir(listing)) {
+            if (processIdOf(entry->d_name))
+                ids.emplace_back(entry->d_name);
+        }
+        ::closedir(listing);
+        return ids;
+    }
+
+    void look(
+        int processes, const std::string& id, std::map<std::string, RunningApplication>& oldest)
+    {
+        const auto stat = readProcessStat(processes, (id + "/stat").c_str());
+        if (!stat || stat->state == 'Z' || stat->state == 'X')
+            return;
+        const auto number = processIdOf(id).value_or(0);
+        auto& known = m_processes[number];
+        known.round = m_round;
+        // A process that has just begun is not yet what it will be.
+        if (!known.isSettled || known.startedAt != stat->startedAt || known.name != stat->name) {
+            const auto facts = factsOf(processes, id.c_str(), *stat, m_ownMounts);
+            known.startedAt = stat->startedAt;
+            known.name = stat->name;
+            known.membership
+                = facts ? Recogniser(m_index).applicationOf(*facts) : std::optional<Membership>();
+            known.isSettled
+                = ticksSinceBoot(m_ticksPerSecond) > stat->startedAt + 10 * m_ticksPerSecond;
+        }
+        if (!known.membership)
+            return;
+        auto application = known.membership->application;
+        application.process = number;
+        application.startedAt = stat->startedAt;
+        application.memoryBytes = stat->residentPages * m_pageSize;
+        const auto [place, isNew] = oldest.try_emplace(known.membership->group, application);
+        if (!isNew && age(application) < age(place->second))
+            place->second = std::move(application);
+    }
+
+    /// What was found out by the old entries does not count any more.
+    void readEntriesThatChanged()
+    {
+        FolderDates dates;
+        std::vector<std::string> folders;
+        for (const auto& folder : m_places.dataFolders) {
+            folders.push_back(folder + "/applications");
+            struct stat status { };
+            const bool exists = ::stat(folders.back().c_str(), &status) == 0;
+            dates.emplace_back(exists
+                    ? std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec
+                    : 0,
+                exists ? status.st_ino : 0);
+        }
+        if (m_hasEntries && dates == m_folderDates)
+            return;
+        m_index = ApplicationIndex(readDesktopEntries(folders, m_places.languages));
+        m_folderDates = std::move(dates);
+        m_hasEntries = true;
+        m_processes.clear();
+    }
+
+    const RunningApplicationsPlaces m_places;
+    const std::uint64_t m_ticksPerSecond = static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
+    const std::uint64_t m_pageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+
+    std::mutex m_mutex; // guards all below
+    bool m_hasEntries = false;
+    FolderDates m_folderDates;
+    ApplicationIndex m_index;
+    std::string m_ownMounts;
+    std::unordered_map<std::int32_t, Known> m_processes;
+    std::uint64_t m_round = 0;
+};
+
+SystemRunningApplications::SystemRunningApplications(RunningApplicationsPlaces places)
+    : m_observer(std::make_unique<Observer>(std::move(places)))
 {
 }
 
+SystemRunningApplications::~SystemRunningApplications() = default;
+
 std::vector<RunningApplication> SystemRunningApplications::running() const
 {
-    std::map<std::string, int> firstProcesses;
-    std::error_code error;
-    std::filesystem::directory_iterator entries(m_processFolder, error);
-    for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-        const auto id = processIdOf(entries->path().filename().native());
-        const auto& process = entries->path().native();
-        if (!id || !isOurs(process))
-            continue;
-        if (auto application = applicationOf(process)) {
-            const auto known = firstProcesses.emplace(std::move(*application), *id).first;
-            known->second = std::min(known->second, *id);
-        }
-    }
-    std::vector<RunningApplication> applications;
-    for (const auto& [identifier, process] : firstProcesses)
-        applications.push_back({.identifier = identifier,
-            .name = nameOf(m_processFolder + '/' + std::to_string(process))});
-    return applications;
+    return m_observer->running();
 }
 
 } // namespace kestavon

@@ -76,6 +76,7 @@ double StatusState::memoryBar() const
 void StatusState::refresh()
 {
     m_model.refreshMemory();
+    m_model.refreshProcesses();
     m_model.refreshDiskSpace();
 }
 

@@ -45,11 +45,10 @@ StatusTray::StatusTray(UiStates& states)
     });
     m_menu.addSeparator();
     m_menu.addAction(QStringLiteral("Quit Kestavon"), qApp, &QCoreApplication::quit);
-    connect(&m_menu, &QMenu::aboutToShow, this, [this] {
-        m_states.status()->refresh();
-        refreshFigures();
-    });
+    connect(&m_menu, &QMenu::aboutToShow, states.status(), &StatusState::refresh);
     refreshFigures();
+    connect(states.status(), &StatusState::diskChanged, this, &StatusTray::refreshFigures);
+    connect(states.status(), &StatusState::memoryChanged, this, &StatusTray::refreshFigures);
     qApp->installEventFilter(this);
 
     m_icon.setToolTip(QStringLiteral("Kestavon"));
