@@ -14,7 +14,7 @@ public:
     virtual std::optional<MemorySnapshot> snapshot() const = 0;
 };
 
-/// Page counts of /proc/vmstat times the page size, see proc(5).
+/// Page counts of /proc/vmstat times the page size, see proc(5); free memory as sysinfo(2) has it.
 class SystemMemoryCounters final : public MemoryCounters {
 public:
     std::optional<MemorySnapshot> snapshot() const override;

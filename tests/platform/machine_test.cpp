@@ -1,4 +1,5 @@
 #include "platform/file_manager.h"
+#include "platform/memory_counters.h"
 #include "platform/platform.h"
 #include "platform/resident_memory.h"
 #include "platform/volume.h"
@@ -8,6 +9,9 @@
 
 #include <chrono>
 #include <cstring>
+#include <fstream>
+#include <map>
+#include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -201,6 +205,30 @@ TEST(SystemPlatform, KeepsItsSettingsInTheConfigurationFolder)
     EXPECT_TRUE(platform.memory->snapshot());
     const auto offset = platform.clock->now() - std::chrono::system_clock::now();
     EXPECT_LT(std::chrono::abs(offset), 10s);
+}
+
+TEST(MemoryCounters, AreWholePagesOfTheMemoryThatThereIs)
+{
+    const auto memory = SystemMemoryCounters().snapshot();
+    ASSERT_TRUE(memory);
+    std::map<std::string, std::uint64_t> told; // kB
+    std::ifstream file("/proc/meminfo");
+    std::string name;
+    std::string unit;
+    for (std::uint64_t value = 0; file >> name >> value; std::getline(file, unit))
+        told[name] = value;
+    const auto total = told["MemTotal:"] * 1024;
+    const auto pageSize = static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+    std::uint64_t sum = 0;
+    for (const auto part :
+        {memory->freeBytes, memory->activeBytes, memory->inactiveBytes, memory->wiredBytes}) {
+        EXPECT_EQ(part % pageSize, 0U);
+        sum += part;
+    }
+    EXPECT_LE(sum, total);
+    // Others take and return memory meanwhile.
+    EXPECT_NEAR(static_cast<double>(memory->freeBytes),
+        static_cast<double>(told["MemFree:"]) * 1024, static_cast<double>(total) / 5);
 }
 
 } // namespace

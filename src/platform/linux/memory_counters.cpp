@@ -4,6 +4,7 @@
 #include <string>
 #include <unordered_map>
 
+#include <sys/sysinfo.h>
 #include <unistd.h>
 
 namespace kestavon {
@@ -24,8 +25,14 @@ std::optional<MemorySnapshot> SystemMemoryCounters::snapshot() const
         const auto found = counters.find(counter);
         return found == counters.end() ? 0 : found->second;
     };
+    // Some virtual machines' vmstat leaves out free pages, more than half of all: sysinfo(2) has
+    // them.
+    struct ::sysinfo system { };
+    const auto freePages = ::sysinfo(&system) == 0
+        ? std::uint64_t{system.freeram} * system.mem_unit / pageSize
+        : pages("nr_free_pages");
     const auto kernelStackPages = pages("nr_kernel_stack") * 1024 / pageSize; // counted in KiB
-    return MemorySnapshot{.freeBytes = pages("nr_free_pages") * pageSize,
+    return MemorySnapshot{.freeBytes = freePages * pageSize,
         .activeBytes = (pages("nr_active_anon") + pages("nr_active_file")) * pageSize,
         .inactiveBytes = (pages("nr_inactive_anon") + pages("nr_inactive_file")) * pageSize,
         .wiredBytes = (pages("nr_unevictable") + pages("nr_slab_unreclaimable") + kernelStackPages
