@@ -16,6 +16,7 @@
 #include "storage/file_scanner.h"
 #include "system/app_uninstaller.h"
 #include "system/startup_items.h"
+#include "system/system_monitor.h"
 
 #include <algorithm>
 #include <array>
@@ -256,6 +257,27 @@ void printJunk(const Arguments& arguments)
     }
 }
 
+SystemMonitor systemMonitor()
+{
+    const auto platform = systemPlatform(currentHostEnvironment());
+    return {platform.memory, platform.runningApplications, platform.processSignals};
+}
+
+void printProcesses(const Arguments&)
+{
+    for (const auto& process : systemMonitor().runningProcesses()) {
+        field(std::to_string(process.processIdentifier));
+        field(process.processName);
+        field(std::to_string(process.memoryBytes));
+    }
+}
+
+void quit(const Arguments& arguments)
+{
+    if (!systemMonitor().quitProcess(std::stoi(arguments.paths.at(0))))
+        throw std::runtime_error("The process could not be told to end.");
+}
+
 void restore(const Arguments& arguments)
 {
     QuarantineItem item;
@@ -297,6 +319,9 @@ const std::map<std::string, Verb>& verbs()
         {"junk", printJunk},
         {"startup", printStartupItems},
         {"apps", printLeftovers},
+        {"procs", printProcesses},
+        {"quit", quit},
+        {"optimize", [](const Arguments&) { SystemMemoryRelief().relieve(); }},
         {"scan", printScan},
         {"summary", printSummary},
         {"scan-delete",
