@@ -5,6 +5,7 @@
 #include "platform/process_age.h"
 #include "program_model.h"
 #include "ui/accessible_shim.h"
+#include "ui/processes/app_icon_provider.h"
 #include "ui/shell/single_instance.h"
 #include "ui/shell/status_tray.h"
 #include "ui/style/desktop_appearance.h"
@@ -68,6 +69,8 @@ int runWindow(QApplication& application, const CommandLine& line)
     installAccessibleShim(engine);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
+    engine.addImageProvider(
+        QStringLiteral("appicon"), new AppIconProvider(model.platform().layout.dataFolders));
     engine.setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(&states)},
         {QStringLiteral("themeChoice"), QString::fromStdString(line.theme)},
         {QStringLiteral("reducedMotion"), desktopReducesMotion()},

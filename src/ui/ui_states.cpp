@@ -23,6 +23,8 @@ UiStates::UiStates(AppModel& model)
     , m_uninstaller(model)
     , m_startup(model)
     , m_security(model)
+    , m_performance(model)
+    , m_processes(model)
     , m_safeArea(model, *m_shell.folderPicker())
     , m_history(model)
 {

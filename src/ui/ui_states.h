@@ -6,6 +6,8 @@
 #include "ui/duplicates/duplicates_state.h"
 #include "ui/history/history_state.h"
 #include "ui/largefiles/large_files_state.h"
+#include "ui/performance/performance_state.h"
+#include "ui/processes/processes_state.h"
 #include "ui/safearea/safe_area_state.h"
 #include "ui/security/security_state.h"
 #include "ui/shell/onboarding_state.h"
@@ -54,6 +56,8 @@ class UiStates final : public QObject {
     Q_PROPERTY(kestavon::UninstallerState* uninstaller READ uninstaller CONSTANT)
     Q_PROPERTY(kestavon::StartupState* startup READ startup CONSTANT)
     Q_PROPERTY(kestavon::SecurityState* security READ security CONSTANT)
+    Q_PROPERTY(kestavon::PerformanceState* performance READ performance CONSTANT)
+    Q_PROPERTY(kestavon::ProcessesState* processes READ processes CONSTANT)
     Q_PROPERTY(kestavon::SafeAreaState* safeArea READ safeArea CONSTANT)
     Q_PROPERTY(kestavon::HistoryState* history READ history CONSTANT)
 public:
@@ -80,6 +84,8 @@ public:
     UninstallerState* uninstaller() { return &m_uninstaller; }
     StartupState* startup() { return &m_startup; }
     SecurityState* security() { return &m_security; }
+    PerformanceState* performance() { return &m_performance; }
+    ProcessesState* processes() { return &m_processes; }
     SafeAreaState* safeArea() { return &m_safeArea; }
     HistoryState* history() { return &m_history; }
     /// The live count that screens share.
@@ -108,6 +114,8 @@ private:
     UninstallerState m_uninstaller;
     StartupState m_startup;
     SecurityState m_security;
+    PerformanceState m_performance;
+    ProcessesState m_processes;
     SafeAreaState m_safeArea;
     HistoryState m_history;
 };

@@ -4,6 +4,8 @@ kestavon_test(screen_state_tests
         ui/cleaner/cleaner_rules_test.cpp
         ui/dashboard/dashboard_test.cpp
         ui/duplicates/duplicates_rules_test.cpp
+        ui/performance/performance_rules_test.cpp
+        ui/processes/processes_rules_test.cpp
         ui/safearea/safe_area_rules_test.cpp
         ui/security/security_rules_test.cpp
         ui/shell/undo_state_test.cpp

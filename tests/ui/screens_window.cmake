@@ -4,6 +4,8 @@ kestavon_test(screen_window_tests
         ui/dashboard/dashboard_window_test.cpp
         ui/duplicates/duplicates_window_test.cpp
         ui/history/history_window_test.cpp
+        ui/performance/performance_window_test.cpp
+        ui/processes/processes_window_test.cpp
         ui/safearea/safe_area_window_test.cpp
         ui/security/security_window_test.cpp
         ui/shell/work_window_test.cpp

@@ -3,6 +3,7 @@
 #include "platform/linux/junk_locations.h"
 #include "support/event_loop.h"
 #include "ui/accessible_shim.h"
+#include "ui/processes/app_icon_provider.h"
 #include "ui/style/symbol_provider.h"
 
 #include <QFontDatabase>
@@ -66,6 +67,8 @@ void TestWindow::open(const Options& options)
     installAccessibleShim(*engine);
     engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine->addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
+    engine->addImageProvider(
+        QStringLiteral("appicon"), new AppIconProvider(model->platform().layout.dataFolders));
     // Nothing fades or slides: what a click brings about is there when it returns.
     engine->setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(states.get())},
         {QStringLiteral("themeChoice"), options.theme}, {QStringLiteral("reducedMotion"), true}});
