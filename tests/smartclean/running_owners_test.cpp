@@ -6,7 +6,7 @@ namespace kestavon {
 namespace {
 
 const RunningOwners owners(
-    {{.identifier = "org.example.Editor", .name = "Écran"},
+    {{.identifier = "org.example.Editor", .name = "Écran", .program = "ecran-bin"},
         {.identifier = "net.Reader", .name = {}}, {.identifier = {}, .name = "firefox"},
         {.identifier = "", .name = ""}},
     "/Users/alice");
@@ -18,6 +18,7 @@ TEST(RunningOwners, AreFoundByNameAndIdentifierInAnyCase)
         {"/Users/alice/Library/Caches/ORG.EXAMPLE.Editor.Helper", "Écran"},
         {"/Users/alice/Library/Preferences/net.reader.plist", "net.Reader"},
         {"/Users/alice/Library/Logs/éCRAN", "Écran"},
+        {"/Users/alice/.cache/ecran-bin/x", "Écran"},
         {"/Users/alice/Library/Application Support/Firefox/Profiles/x", "firefox"},
         {"/Users/alice/Library/Caches/org.example.editors", ""},
         {"/Users/alice/Library/Caches/org.example", ""},
