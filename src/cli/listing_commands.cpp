@@ -39,6 +39,7 @@ public:
         case Verb::apps: apps(); break;
         case Verb::startup: startup(); break;
         case Verb::security: security(); break;
+        case Verb::processes: processes(); break;
         case Verb::memory: memory(); break;
         case Verb::disk: disk(); break;
         default: break;
@@ -227,6 +228,21 @@ private:
             else
                 table.addRow({std::string(rawValue(finding.level)), printablePath(finding.path),
                     printablePath(finding.reason)});
+        }
+        table.print(m_out);
+    }
+
+    void processes()
+    {
+        if (!m_run.await(AppModel::Field::processes, [this] { m_model.refreshProcesses(); }))
+            return;
+        if (wants(OutputForm::json))
+            return printDocument(m_model, {DocumentField::processes}, m_out);
+        TextTable table({right, right, left, left});
+        for (const auto& process : m_model.processes()) {
+            const auto bytes = static_cast<std::int64_t>(process.memoryBytes);
+            table.addRow({std::to_string(process.processIdentifier), memoryByteCount(bytes),
+                process.isSystemProcess ? "System" : "User", printablePath(process.processName)});
         }
         table.print(m_out);
     }

@@ -196,6 +196,8 @@ TEST_F(ListingCommand, AppsListsWhatIsInstalledWithItsLeftovers)
 TEST_F(ListingCommand, TellsOfTheMachine)
 {
 
+    ASSERT_EQ(run({"processes", "--json"}), 0);
+    EXPECT_TRUE(document()["processes"].is_array());
     ASSERT_EQ(run({"memory", "--json"}), 0);
     EXPECT_GT(document()["memory"]["freeBytes"], 0);
     ASSERT_EQ(run({"disk", "--json", files()}), 0);
