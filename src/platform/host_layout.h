@@ -167,8 +167,6 @@ struct HostLayout {
 
     /// Where jobs that start by themselves are defined, in the order of the search.
     std::vector<StartupFolder> startupFolders;
-    /// The desktops that this session says it is, such as "GNOME"; jobs may be for others only.
-    std::vector<std::string> currentDesktops;
     /// Files with one of these texts anywhere in their paths can make software start by itself. One
     /// that does not end with a slash is the end of such a path.
     std::vector<std::string> persistenceMarkers;
@@ -187,7 +185,6 @@ struct HostEnvironment {
     std::string xdgStateHome = {};
     std::string xdgDataDirs = {}; ///< XDG_DATA_DIRS; folders that are relative do not count
     std::string xdgConfigDirs = {}; ///< XDG_CONFIG_DIRS; the same
-    std::string xdgCurrentDesktop = {}; ///< XDG_CURRENT_DESKTOP
     std::string path = {}; ///< PATH; the same
     std::optional<HomeKind> kind = {}; ///< nothing: as the home looks
     /// XDG_CONFIG_HOME of a process that lives in a sandbox, and so does not see the user's own;

@@ -1,5 +1,6 @@
 #include "security/security_scanner.h"
 
+#include "core/domain/removal_guard.h"
 #include "duplicates/sha256_hex.h"
 
 #include <algorithm>
@@ -32,15 +33,15 @@ std::vector<SecurityFinding> SecurityScanner::scan(const RecordList& records,
             if (digest && signatures.contains(*digest))
                 add(ThreatLevel::confirmed, "Matched local SHA-256 signature database");
         }
-        if (isPersistenceFolder[records.folderOf(i)])
+        if (isPersistenceFolder[records.folderOf(i)] || isPersistenceFile(records, i))
             add(ThreatLevel::unknown, "Persistence location — review recommended");
     }
     std::ranges::stable_sort(findings, std::greater(), &SecurityFinding::level);
     return findings;
 }
 
-/// Marks the folders whose files have a marker in their paths. A marker ends with a slash, so the
-/// folder's path alone tells, and what a folder is, all that lie in it are.
+/// Marks the folders whose files have a marker in their paths. Such a marker ends with a slash, so
+/// the folder's path alone tells, and what a folder is, all that lie in it are.
 std::vector<bool> SecurityScanner::persistenceFoldersIn(const RecordList& records) const
 {
     std::vector<bool> isMarked(records.folderCount());
@@ -50,11 +51,21 @@ std::vector<bool> SecurityScanner::persistenceFoldersIn(const RecordList& record
     return isMarked;
 }
 
+/// Whether a marker that is no folder's is the end of the file's path. Few names are any marker's.
+bool SecurityScanner::isPersistenceFile(const RecordList& records, std::size_t record) const
+{
+    return std::ranges::any_of(m_persistenceMarkers, [&](const std::string& marker) {
+        return !marker.ends_with('/') && lastComponent(marker) == records.name(record)
+            && records.path(record).ends_with(marker);
+    });
+}
+
 bool SecurityScanner::holdsMarker(const std::string& folder) const
 {
     const auto path = folder + '/';
-    return std::ranges::any_of(m_persistenceMarkers,
-        [&path](const std::string& marker) { return path.find(marker) != path.npos; });
+    return std::ranges::any_of(m_persistenceMarkers, [&path](const std::string& marker) {
+        return marker.ends_with('/') && path.find(marker) != path.npos;
+    });
 }
 
 } // namespace kestavon

@@ -29,6 +29,7 @@ public:
 
 private:
     std::vector<bool> persistenceFoldersIn(const RecordList& records) const;
+    bool isPersistenceFile(const RecordList& records, std::size_t record) const;
     bool holdsMarker(const std::string& folder) const;
 
     std::vector<std::string> m_persistenceMarkers;

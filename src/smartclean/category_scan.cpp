@@ -5,6 +5,7 @@
 #include "core/domain/removal_guard.h"
 #include "platform/application_bundles.h"
 #include "platform/letter_case.h"
+#include "smartclean/left_behind.h"
 #include "walk/place_folders.h"
 
 #include <algorithm>
@@ -164,7 +165,7 @@ void CategoryScan::lookIn(const JunkLocation& location, const std::string& folde
     for (const auto& name : entries->names) {
         if (isCutShort())
             return;
-        if (isNamedBy(location.names, name) && mayBeJunk(location.rule, name))
+        if (isNamedBy(location.names, name) && mayBeJunk(location, name))
             lookAtEntry(location, folder, *entries, name);
     }
 }
@@ -208,6 +209,12 @@ void CategoryScan::lookAtEntry(const JunkLocation& location, const std::string& 
     const auto facts = lookAt(listed, name.c_str());
     if (!facts || !isMeant(location.kinds, *facts) || !isJunk(location.rule, *facts))
         return;
+    const bool isAbandonedKind = location.rule == JunkRule::abandonedEntries
+        || location.rule == JunkRule::abandonedContainers;
+    if (isAbandonedKind
+        && !isLeftBehind(
+            folder, name, location.rule == JunkRule::abandonedContainers, m_tools.clock->now()))
+        return;
     if (location.onlyRemovable) {
         const bool isAllowed = mayTakeOut(listed, name) && isOnTheSameDevice(listed, *facts);
         if (!isAllowed || (m_tools.protectedPlaces && !m_tools.protectedPlaces->mayRemove(path)))
@@ -231,15 +238,15 @@ void CategoryScan::lookAtEntry(const JunkLocation& location, const std::string& 
 }
 
 /// What an entry's name alone says.
-bool CategoryScan::mayBeJunk(JunkRule rule, const std::string& name)
+bool CategoryScan::mayBeJunk(const JunkLocation& location, const std::string& name)
 {
-    switch (rule) {
+    switch (location.rule) {
     case JunkRule::everyEntry:
     case JunkRule::trashedEntries:
     case JunkRule::oldEntries: return true;
     case JunkRule::orphanedEntries: return isOrphan(name);
     case JunkRule::abandonedEntries:
-    case JunkRule::abandonedContainers: return false;
+    case JunkRule::abandonedContainers: return isAbandoned(location, name);
     case JunkRule::orphanedPreferences: break;
     }
     return fileExtension(name) == "plist" && isOrphan(withoutExtension(name));
@@ -252,6 +259,23 @@ bool CategoryScan::isOrphan(std::string_view name)
     if (!m_orphanRule)
         m_orphanRule = ruleFor(*m_layout, *m_tools.runningApplications);
     return !m_orphanRule->isOwned(lowerCased(name));
+}
+
+bool CategoryScan::isAbandoned(const JunkLocation& location, const std::string& name)
+{
+    if (!m_programEvidence) {
+        std::vector<std::string> running;
+        for (const auto& application : m_tools.runningApplications->running()) {
+            for (const auto& known : {application.name, application.identifier}) {
+                if (known)
+                    running.push_back(*known);
+            }
+        }
+        m_programEvidence.emplace(*m_layout, running);
+    }
+    return location.rule == JunkRule::abandonedContainers
+        ? m_programEvidence->isAbandonedIdentifier(name)
+        : m_programEvidence->isAbandoned(name);
 }
 
 /// What else is to be known of it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "applications/program_evidence.h"
 #include "core/domain/cleanup_candidate.h"
 #include "platform/host_layout.h"
 #include "smartclean/orphan_rule.h"
@@ -37,12 +38,13 @@ private:
     void lookIn(const JunkLocation& location, const std::string& folder);
     void lookAtEntry(const JunkLocation& location, const std::string& folder,
         const NamedEntries& entries, const std::string& name);
-    bool mayBeJunk(JunkRule rule, const std::string& name);
+    bool mayBeJunk(const JunkLocation& location, const std::string& name);
     bool isLeftAlone(const JunkLocation& location, const std::string& path) const;
     bool yieldsTo(const JunkLocation& location, const JunkLocation& other) const;
     std::vector<std::string> foldersOf(const JunkLocation& location) const;
     bool isJunk(JunkRule rule, const EntryFacts& facts);
     bool isOrphan(std::string_view name);
+    bool isAbandoned(const JunkLocation& location, const std::string& name);
     std::vector<CleanupCandidate> measured();
 
     const std::shared_ptr<const HostLayout> m_layout;
@@ -51,6 +53,7 @@ private:
     const std::stop_token m_stop;
 
     std::optional<OrphanRule> m_orphanRule; // made when it is first needed
+    std::optional<ProgramEvidence> m_programEvidence; // the same
     std::optional<Timestamp> m_cutOff; // the same
     std::vector<Found> m_found;
     std::vector<FolderToMeasure> m_foldersToMeasure;

@@ -4,6 +4,7 @@
 #include "core/domain/removal_guard.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace kestavon {
@@ -29,6 +30,11 @@ bool hasProtectedPrefix(std::string_view path)
         [path](std::string_view prefix) { return isAtOrBelow(path, prefix); });
 }
 
+std::string_view folderOf(std::string_view path)
+{
+    return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+}
+
 /// The last `bytes` bytes, or more, of a folder's path with a slash behind it; all of it when it is
 /// shorter, but for the root's own part.
 std::string tailOfPath(const RecordList& records, std::uint32_t folder, std::size_t bytes)
@@ -46,9 +52,12 @@ struct CleanupSuggestions::FolderTraits {
     std::size_t pathBytes = 0; ///< with a slash behind the path
     bool isProtected = false;
     bool isInCache = false;
+    bool isInCachePlace = false;
+    bool isKept = false; ///< from being there, not from being called a cache or a download
     bool isInDownloads = false;
 
-    bool concernsTheRule() const { return !isProtected && (isInCache || isInDownloads); }
+    bool countsAsCache() const { return isInCache || (isInCachePlace && !isKept); }
+    bool concernsTheRule() const { return !isProtected && (countsAsCache() || isInDownloads); }
 };
 
 CleanupSuggestions::CleanupSuggestions(
@@ -59,12 +68,40 @@ CleanupSuggestions::CleanupSuggestions(
 {
     for (const auto& marker : layout.cacheMarkers)
         m_longestMarker = std::max(m_longestMarker, marker.size());
+    std::ranges::copy_if(
+        layout.keptPlaces, std::back_inserter(m_keptInCaches), [&layout](const PlacePattern& kept) {
+            return std::ranges::any_of(layout.cachePlaces, [&kept](const PlacePattern& cache) {
+                return isAtOrBelow(kept.folder, cache.folder)
+                    && (cache.below.empty() || kept.below.starts_with(".var/")
+                        || kept.below.starts_with("snap/"));
+            });
+        });
 }
 
 bool CleanupSuggestions::isInCache(std::string_view path) const
 {
     return std::ranges::any_of(m_layout.cacheMarkers,
         [path](const std::string& marker) { return path.find(marker) != path.npos; });
+}
+
+bool CleanupSuggestions::isInCachePlace(std::string_view path) const
+{
+    return std::ranges::any_of(
+        m_layout.cachePlaces, [path](const PlacePattern& place) { return isInPlace(path, place); });
+}
+
+bool CleanupSuggestions::isKept(std::string_view path) const
+{
+    return std::ranges::any_of(
+        m_keptInCaches, [path](const PlacePattern& place) { return isInPlace(path, place); });
+}
+
+/// Whether it is worth to look at the path of what is called `name`.
+bool CleanupSuggestions::mayBeKept(std::string_view name) const
+{
+    return std::ranges::any_of(m_keptInCaches, [name](const PlacePattern& place) {
+        return namePatternMatches(lastComponent(place), name);
+    });
 }
 
 bool CleanupSuggestions::isInDownloads(std::string_view path) const
@@ -89,7 +126,7 @@ std::optional<CleanupCandidate> CleanupSuggestions::cleanupCandidate(const FileR
             .reason = std::string(reason),
             .estimatedBytes = record.size};
     };
-    if (isInCache(record.path))
+    if (isInCache(record.path) || (isInCachePlace(folderOf(record.path)) && !isKept(record.path)))
         return suggest(cacheReason);
     if (isInDownloads(record.path) && isOld(record.modifiedAt))
         return suggest(downloadReason);
@@ -98,9 +135,12 @@ std::optional<CleanupCandidate> CleanupSuggestions::cleanupCandidate(const FileR
 
 CleanupSuggestions::FolderTraits CleanupSuggestions::traitsOf(std::string_view inside) const
 {
+    const auto folder = inside.substr(0, std::max<std::size_t>(inside.size(), 2) - 1);
     return {.pathBytes = inside.size(),
         .isProtected = hasProtectedPrefix(inside),
         .isInCache = isInCache(inside),
+        .isInCachePlace = isInCachePlace(folder),
+        .isKept = isKept(folder),
         .isInDownloads = isInDownloads(inside)};
 }
 
@@ -127,6 +167,12 @@ CleanupSuggestions::FolderTraits CleanupSuggestions::traitsBelow(
     }
     if (!traits.isInCache && m_longestMarker > 0)
         traits.isInCache = isInCache(tailOfPath(records, folder, m_longestMarker + name.size()));
+    const auto endsAPlace
+        = [name](const PlacePattern& place) { return lastComponent(place) == name; };
+    if (!traits.isInCachePlace && std::ranges::any_of(m_layout.cachePlaces, endsAPlace))
+        traits.isInCachePlace = isInCachePlace(records.folderPath(folder));
+    if (traits.isInCachePlace && !traits.isKept && mayBeKept(name))
+        traits.isKept = isKept(records.folderPath(folder));
     return traits;
 }
 
@@ -155,9 +201,11 @@ std::shared_ptr<const CandidateList> CleanupSuggestions::suggestFrom(
         if (!isSafeToRemove(records->name(i)))
             continue;
         const auto position = static_cast<std::uint32_t>(i);
-        if (folder.isInCache)
+        const bool isKeptFile = !folder.isInCache && folder.isInCachePlace
+            && mayBeKept(records->name(i)) && isKept(records->path(i));
+        if (folder.countsAsCache() && !isKeptFile)
             candidates->append(position, cacheReason);
-        else if (isOld(records->modifiedAt(i)))
+        else if (folder.isInDownloads && isOld(records->modifiedAt(i)))
             candidates->append(position, downloadReason);
     }
     return candidates;

@@ -10,6 +10,7 @@
 #include <optional>
 #include <stop_token>
 #include <string_view>
+#include <vector>
 
 namespace kestavon {
 
@@ -38,6 +39,9 @@ private:
         const FolderTraits& parent, const RecordList& records, std::uint32_t folder) const;
     bool mayBeNamedByTheRule(std::size_t pathBytes) const;
     bool isInCache(std::string_view path) const;
+    bool isInCachePlace(std::string_view path) const;
+    bool isKept(std::string_view path) const;
+    bool mayBeKept(std::string_view name) const;
     bool isInDownloads(std::string_view path) const;
     bool isOld(const std::optional<Timestamp>& modifiedAt) const;
 
@@ -45,6 +49,7 @@ private:
     const Calendar& m_calendar;
     Timestamp m_now;
     std::size_t m_longestMarker = 0; ///< bytes of the longest text that marks a cache
+    std::vector<PlacePattern> m_keptInCaches; ///< of `keptPlaces` those that can lie in a cache
 };
 
 } // namespace kestavon

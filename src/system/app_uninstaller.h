@@ -17,17 +17,16 @@ public:
 
     /// The applications with their leftovers, those that leave most first, and otherwise in the
     /// order of the folders and of the names' bytes. Everything has a new id. A leftover's size is
-    /// that of all files in it, in bytes, packages left out, and never 0. Each folder is listed,
-    /// and each leftover summed up, once, to whomever it belongs. What cannot be read is left out
-    /// without a word. Soon after a stop is requested what was found so far comes back.
+    /// that of all files in it, in bytes, packages left out, and never 0. What a package manager
+    /// put there cannot be moved, only its leftovers can. Each folder is listed, and each leftover
+    /// summed up, once, to whomever it belongs. What cannot be read is left out without a word.
+    /// Soon after a stop is requested what was found so far comes back.
     std::vector<InstalledApp> scanInstalledApps(const std::stop_token& stop = {}) const;
 
 private:
-    std::vector<InstalledApp> installedApps(const std::stop_token& stop) const;
-    void findLeftovers(std::vector<InstalledApp>& apps, const std::stop_token& stop) const;
+    std::vector<InstalledApp> bundledApps(const std::stop_token& stop) const;
 
-    std::vector<std::string> m_applicationFolders;
-    std::vector<LeftoverLocation> m_leftoverLocations;
+    HostLayout m_layout;
 };
 
 } // namespace kestavon

@@ -8,9 +8,10 @@
 
 namespace kestavon {
 
-/// The jobs that the property lists in these folders define, with new ids, the user's own first and
-/// otherwise in the order of the folders and of the names' bytes. What cannot be read, or is no
-/// property list with a dictionary, is left out without a word. Not on the main thread.
+/// The jobs that the files in these folders define, with new ids, the user's own first and
+/// otherwise in the order of the folders and of the names' bytes. What does not start - because it
+/// is hidden, switched off, or its program is missing - and what cannot be read is left out without
+/// a word. Not on the main thread.
 std::vector<StartupItem> listStartupItems(std::span<const StartupFolder> folders);
 
 } // namespace kestavon

@@ -146,6 +146,43 @@ TEST(HostLayout, LooksForJunkInTheHomeButForTwoFoldersOfTheSystem)
     EXPECT_THAT(native.applicationFolders, IsEmpty());
 }
 
+TEST(HostLayout, ALinuxHomeHasNoPlacesOfAMacAndAMacNoneOfLinux)
+{
+    const TemporaryFolder folder;
+    folder.makeFolder("mac/Library");
+    const auto mac = layoutOf(folder / "mac");
+    EXPECT_THAT(mac.applicationSources, IsEmpty());
+    EXPECT_THAT(mac.keptPlaces, IsEmpty());
+    EXPECT_THAT(mac.cachePlaces, IsEmpty());
+    EXPECT_THAT(
+        mac.persistenceMarkers, ElementsAre("/Library/LaunchAgents/", "/Library/LaunchDaemons/"));
+    for (const auto& location : mac.junkLocations)
+        EXPECT_FALSE(location.yields || location.onlyRemovable || !location.below.empty());
+    const auto native = layoutOf(folder / "native");
+    EXPECT_THAT(native.uninstallFolders, IsEmpty());
+    for (const auto& location : native.leftoverLocations)
+        EXPECT_FALSE(location.folder.find("/Library") != std::string::npos);
+}
+
+TEST(HostLayout, NamesThePlacesOfOtherBaseDirectories)
+{
+    const TemporaryFolder home;
+    const auto layout = makeHostLayout({.home = home.path(),
+        .xdgCacheHome = home.path(),
+        .xdgConfigHome = "/settings",
+        .xdgConfigDirs = "relative:/one/:/two",
+        .path = "bin:/opt/tools"});
+    EXPECT_EQ(layout.programRecords.programFolders.front(), "/opt/tools");
+    std::vector<std::string> startup;
+    for (const auto& place : layout.startupFolders)
+        startup.push_back(place.folder);
+    EXPECT_THAT(startup,
+        ElementsAre("/settings/autostart", "/settings/systemd/user", "/one/autostart",
+            "/two/autostart", "/etc/systemd/user", "/etc/systemd/system"));
+    for (const auto& leftover : layout.leftoverLocations)
+        EXPECT_TRUE(leftover.folder != home.path() || leftover.rule == LeftoverRule::dottedName);
+}
+
 TEST(HostLayout, AddsTheDownloadFolderThatTheUserNamed)
 {
     const struct {

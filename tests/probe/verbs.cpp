@@ -241,15 +241,47 @@ void printLeftovers(const Arguments&)
     }
 }
 
-void printJunk(const Arguments& arguments)
+SmartScanner scannerOfThisMachine()
 {
     const auto platform = systemPlatform(currentHostEnvironment());
-    const SmartScanner scanner(platform.layout,
+    return {platform.layout,
         {.clock = platform.clock,
             .calendar = platform.calendar,
             .runningApplications = platform.runningApplications,
             .protectedPlaces = platform.protectedPlaces,
-            .trash = platform.trash});
+            .trash = platform.trash}};
+}
+
+/// Moves the junk of every category to the Safe Area.
+void cleanAll(const Arguments&)
+{
+    const auto scanner = scannerOfThisMachine();
+    std::vector<CleanupCandidate> candidates;
+    for (const auto& category : allCases<JunkCategory>()) {
+        for (auto& item : scanner.scanCategory(category.value))
+            candidates.push_back(std::move(item));
+    }
+    const Machine machine;
+    auto store = machine.store();
+    printItems(valueOf(store.quarantine(candidates, {})));
+}
+
+/// Puts everything in the Safe Area back, the outer folders before what they held.
+void restoreHeld(const Arguments&)
+{
+    const Machine machine;
+    auto store = machine.store();
+    auto items = store.heldItems();
+    std::ranges::sort(
+        items, {}, [](const QuarantineItem& item) { return item.originalPath.size(); });
+    for (const auto& item : items)
+        valueOf(store.restore(item));
+    printItems(items);
+}
+
+void printJunk(const Arguments& arguments)
+{
+    const auto scanner = scannerOfThisMachine();
     for (const auto& item : scanner.scanCategory(categoryNamed(arguments.paths.at(0)))) {
         field(item.reason);
         field(std::to_string(item.estimatedBytes));
@@ -317,6 +349,8 @@ const std::map<std::string, Verb>& verbs()
             [](const Arguments& arguments) { merge(arguments, ActionKind::permanent); }},
         {"merge-trash", [](const Arguments& arguments) { merge(arguments, ActionKind::trash); }},
         {"junk", printJunk},
+        {"clean-all", cleanAll},
+        {"restore-held", restoreHeld},
         {"startup", printStartupItems},
         {"apps", printLeftovers},
         {"procs", printProcesses},

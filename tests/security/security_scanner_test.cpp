@@ -55,6 +55,27 @@ TEST(SecurityScanner, FindsWhatLiesInAPersistenceFolderOfAnyDisk)
     EXPECT_THAT(review("/", {}), IsEmpty());
 }
 
+TEST(SecurityScanner, KnowsWhereALinuxDesktopStartsSoftware)
+{
+    const auto layout = makeHostLayout({.home = "/home/a", .xdgConfigHome = "/settings/a"});
+    std::vector<FileRecord> records;
+    std::vector<std::string> expected;
+    for (const std::string path : {"/etc/cron.d/job", "/etc/crontab", "/etc/ld.so.preload",
+             "/etc/systemd/system/x.wants/y.service", "/home/a/.config/autostart/x.desktop",
+             "/home/b/.config/systemd/user/x.service", "/settings/a/autostart/x.desktop",
+             "/settings/a/systemd/user/x.service", "/var/spool/cron/crontabs/a"}) {
+        records.push_back({.path = path});
+        expected.push_back(path);
+    }
+    for (const std::string path : {"/etc/crontab.d/x", "/etc/ld.so.preload/x", "/x/crontab",
+             "/home/a/.config/autostart.old/x", "/home/a/.bashrc", "/settings/b/autostart/x",
+             "/usr/lib/systemd/system/x.service"})
+        records.push_back({.path = path});
+    const auto findings
+        = SecurityScanner(layout.persistenceMarkers).scan(*RecordList::fromRecords("/", records));
+    EXPECT_EQ(pathsOf(findings), expected);
+}
+
 TEST(SecurityScanner, TheScannedFolderMayLieInAPersistenceFolderItself)
 {
     const std::string agents = "/Users/a/Library/LaunchAgents";

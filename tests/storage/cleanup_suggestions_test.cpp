@@ -61,6 +61,54 @@ TEST_F(CleanupSuggestionsTest, DecidesByFolderThenAge)
             << row.path << " at " << row.ageInDays.value_or(-999) << " days";
 }
 
+TEST(CleanupSuggestionsOfALinuxHome, KnowItsCachesAndWhatStaysInThem)
+{
+    const auto layout = makeHostLayout({.home = "/home/alice", .xdgCacheHome = "/scratch/caches"});
+    const SystemCalendar calendar;
+    const CleanupSuggestions suggestions(layout, calendar, Timestamp());
+    const struct {
+        std::string path;
+        bool isSuggested;
+    } rows[] = {
+        {"/scratch/caches/app/x", true}, {"/scratch/caches/x", true}, {"/scratch/caches", false},
+        {"/scratch/caches2/x", false}, {"/home/alice/.cache/app/x", false},
+        {"/scratch/caches/icon-cache.kcache", false},
+        {"/scratch/caches/rclone/vfs/remote/x", false},
+        {"/scratch/caches/JetBrains/Idea/LocalHistory/x", false},
+        {"/scratch/caches/JetBrains/Idea/caches/x", true}, {"/scratch/caches/ksycoca5_en", false},
+        {"/home/alice/.var/app/org.example.App/cache/x", true},
+        {"/home/alice/.var/app/org.example.App/data/cache/x", false},
+        {"/home/alice/.var/app/cache/x", false}, {"/home/alice/snap/app/common/.cache/x", true},
+        {"/home/alice/snap/app/current/.cache/x", false},
+        {"/home/bob/.var/app/org.example.App/cache/x", false},
+        {"/home/alice/backup/Library/Caches/rclone/x", true}, // a Mac's
+    };
+    std::vector<FileRecord> records;
+    for (const auto& [path, isSuggested] : rows) {
+        const FileRecord record{.id = Uuid::random(), .path = path, .size = 1};
+        EXPECT_EQ(suggestions.cleanupCandidate(record).has_value(), isSuggested) << path;
+        records.push_back(record);
+    }
+    // And a list gives what each record gives, wherever the scan began.
+    for (const std::string root : {"/", "/home", "/home/alice", "/scratch/caches",
+             "/home/alice/.var/app/org.example.App/cache", "/scratch/caches/rclone"}) {
+        std::vector<std::string> expected;
+        std::vector<FileRecord> below;
+        for (const auto& [path, isSuggested] : rows) {
+            if (!path.starts_with(root == "/" ? root : root + '/'))
+                continue;
+            below.push_back({.id = Uuid::random(), .path = path, .size = 1});
+            if (isSuggested)
+                expected.push_back(path);
+        }
+        const auto list = suggestions.suggestFrom(RecordList::fromRecords(root, below));
+        std::vector<std::string> found;
+        for (std::size_t i = 0; i < list->size(); ++i)
+            found.push_back((*list)[i].record.path);
+        EXPECT_EQ(found, expected) << root;
+    }
+}
+
 TEST_F(CleanupSuggestionsTest, SuggestsEmptyFilesButNeverFolders)
 {
     EXPECT_EQ(reasonFor(fileOf("/home/alice/Library/Caches/empty", 0, 0)), "Application cache");

@@ -131,12 +131,59 @@ TEST_F(UninstallerOfAMac, AStopBringsBackWhatWasFound)
     EXPECT_THAT(scan(source.get_token()), IsEmpty());
 }
 
-TEST(UninstallerOfANativeHome, HasNoPlacesOfAMac)
+TEST(UninstallerOfALinuxHome, FindsWhatAnApplicationLeavesFolderByFolder)
 {
-    const test::TemporaryTree tree;
-    const auto layout = makeHostLayout({.home = tree.path()});
-    EXPECT_THAT(layout.uninstallFolders, IsEmpty());
-    EXPECT_THAT(AppUninstaller(layout).scanInstalledApps(), IsEmpty());
+    const test::TemporaryTree disk;
+    const auto install = [&disk](const std::string& folder, const std::string& id,
+                             const std::string& name, const std::string& exec) {
+        disk.writeFile(folder + "/applications/" + id + ".desktop",
+            "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + exec + "\n");
+    };
+    install("usr/share", "org.example.Painter", "Painter", "painter-gtk %U");
+    install("usr/share", "org.example.Player", "Tune Player", "tunes");
+    install("home/a/.local/share", "own", "Own Tool", "/home/a/own");
+    for (const auto* file : {".config/painterrc", ".config/Painter/x", ".config/painter.conf",
+             ".cache/painter/x", ".local/share/org.example.Painter/x", ".local/state/painter-2/x",
+             ".var/app/org.example.Painter/data/x", ".config/autostart/org.example.painter.desktop",
+             ".painter/x", ".painter-old/x", ".config/paint/x", ".local/share/tunes/x",
+             ".local/share/painter-tunes/x", ".local/share/org.example/x", ".cache/empty/x"})
+        disk.file(std::string("home/a/") + file, 5);
+    disk.folder("home/a/.config/painter-empty");
+    const auto apps
+        = AppUninstaller(makeHostLayout({.home = disk / "home/a", .systemRoot = disk.path()}))
+              .scanInstalledApps();
+    std::vector<std::string> texts;
+    for (const auto& app : apps) {
+        texts.push_back(app.name + (app.canBeMoved ? "" : ", managed"));
+        for (const auto& leftover : app.leftovers)
+            texts.push_back(leftover.url.substr((disk / "home/a/").size()) + " "
+                + std::string(rawValue(leftover.kind)));
+    }
+    EXPECT_THAT(texts,
+        ElementsAre("Painter, managed", ".config/painter.conf Preferences",
+            ".config/painterrc Preferences", ".config/Painter App Support", ".cache/painter Cache",
+            ".local/share/org.example.Painter App Support",
+            ".local/share/painter-tunes App Support", ".local/state/painter-2 Other",
+            ".var/app/org.example.Painter Container",
+            ".config/autostart/org.example.painter.desktop Other", ".painter App Support",
+            "Tune Player, managed", ".local/share/tunes App Support", "Own Tool"));
+}
+
+TEST(UninstallerOfALinuxHome, WhatSeveralApplicationsClaimIsListedWithNone)
+{
+    const test::TemporaryTree disk;
+    for (const std::string name : {"one", "two"})
+        disk.writeFile("usr/share/applications/org." + name + ".Sketch.desktop",
+            "[Desktop Entry]\nType=Application\nName=Sketch\nExec=" + name + "\n");
+    disk.file("home/a/.config/sketch/x", 5);
+    disk.file("home/a/.config/org.one.Sketch/x", 5);
+    const auto apps
+        = AppUninstaller(makeHostLayout({.home = disk / "home/a", .systemRoot = disk.path()}))
+              .scanInstalledApps();
+    ASSERT_EQ(apps.size(), 2U);
+    EXPECT_EQ(apps[0].bundleID, "org.one.Sketch");
+    EXPECT_EQ(apps[0].leftovers.size(), 1U);
+    EXPECT_THAT(apps[1].leftovers, IsEmpty());
 }
 
 } // namespace

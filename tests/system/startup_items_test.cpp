@@ -1,4 +1,5 @@
 #include "support/binary_list.h"
+#include "support/environment_variable.h"
 #include "support/temporary_tree.h"
 #include "system/startup_items.h"
 
@@ -100,6 +101,76 @@ TEST(StartupItems, AMacsHomeHasItsOwnAndTheDisksFolders)
         ElementsAre(disk / "Users/a/Library/LaunchAgents",
             disk / "Library/LaunchAgents" + " (system)",
             disk / "Library/LaunchDaemons" + " (system)"));
+}
+
+/// A machine with a home, and the startup items that it has in a session of this desktop.
+class StartupOfALinuxHome : public testing::Test {
+protected:
+    void entry(const std::string& path, const std::string& lines) const
+    {
+        disk.writeFile(path, "[Desktop Entry]\nType=Application\n" + lines);
+    }
+    std::vector<std::string> items() const
+    {
+        const auto layout = makeHostLayout({.home = disk / "home/a",
+            .systemRoot = disk.path(),
+            .xdgConfigDirs = disk / "vendor" + ":" + (disk / "etc/xdg")});
+        std::vector<std::string> texts;
+        for (const auto& item : listStartupItems(layout.startupFolders))
+            texts.push_back(
+                item.label + ": " + item.programPath + (item.isSystem ? " (system)" : ""));
+        return texts;
+    }
+
+    test::TemporaryTree disk;
+    test::ScopedVariable desktop{"XDG_CURRENT_DESKTOP", "KDE"};
+    test::ScopedVariable language{"LANGUAGE", "de"};
+    test::ScopedVariable locale{"LC_ALL", "de_DE.UTF-8"};
+};
+
+TEST_F(StartupOfALinuxHome, IsWhatTheSessionWouldStart)
+{
+    const std::string own = "home/a/.config/autostart/";
+    entry(own + "a.desktop", "Name=Cloud\nName[de]=Wolke\nExec=env X=1 /opt/cloud --quiet\n");
+    entry(own + "b.desktop", "Exec=flatpak run org.example.App\n");
+    entry(own + "c.desktop", "Name=Off\nExec=c\nHidden=true\n");
+    entry(own + "d.desktop", "Name=Off too\nExec=d\nX-GNOME-Autostart-enabled=false\n");
+    entry(own + "e.desktop", "Name=Not there\nExec=e\nTryExec=/nonexistent/e\n");
+    entry(own + "shadow.desktop", "Name=Mine\nExec=mine\n");
+    disk.writeFile(own + "notes.txt", "[Desktop Entry]\nType=Application\nExec=x\n");
+    entry("vendor/autostart/shadow.desktop", "Name=Theirs\nExec=theirs\n");
+    entry("vendor/autostart/c.desktop", "Name=On for others\nExec=c\n");
+    entry("etc/xdg/autostart/g.desktop", "Name=Index\nExec=index\nOnlyShowIn=GNOME;Unity;\n");
+    entry("etc/xdg/autostart/k.desktop", "Name=Wallet\nExec=wallet\nOnlyShowIn=KDE;\n");
+    entry("etc/xdg/autostart/n.desktop", "Name=Applet\nExec=applet\nNotShowIn=KDE;\n");
+    EXPECT_THAT(items(),
+        ElementsAre("Wolke: /opt/cloud", "b: org.example.App", "Mine: mine",
+            "Index (GNOME, Unity only): index (system)", "Wallet: wallet (system)",
+            "Applet (not in KDE): applet (system)"));
+}
+
+TEST_F(StartupOfALinuxHome, IncludesUnitsThatLinksEnable)
+{
+    const std::string units = "home/a/.config/systemd/user/";
+    disk.writeFile(units + "backup.timer", "[Timer]\nOnCalendar=daily\n");
+    disk.writeFile(units + "backup.service",
+        "[Unit]\nExecStart=/no\n[Service]\nType=oneshot\nExecStart=-@/usr/bin/backup backup "
+        "--all\n");
+    disk.writeFile(units + "quoted.service", "[Service]\nExecStart = \"/opt/a b/run\" -x\n");
+    for (const auto* folder :
+        {"timers.target.wants", "default.target.wants", "default.target.requires"})
+        disk.folder(units + folder);
+    disk.folder("etc/systemd/system/multi-user.target.wants");
+    disk.link(units + "timers.target.wants/backup.timer", disk / (units + "backup.timer"));
+    disk.link(units + "default.target.wants/quoted.service", disk / (units + "quoted.service"));
+    disk.link(units + "default.target.requires/gone.service", "/nonexistent/gone.service");
+    disk.link(units + "default.target.wants/basic.target", "/nonexistent/basic.target");
+    disk.writeFile(units + "default.target.wants/file.service", "[Service]\nExecStart=/x\n");
+    disk.writeFile("lib/sshd.service", "[Service]\nExecStart=/usr/sbin/sshd -D\n");
+    disk.link("etc/systemd/system/multi-user.target.wants/sshd.service", disk / "lib/sshd.service");
+    EXPECT_THAT(items(),
+        ElementsAre("quoted.service: /opt/a b/run", "backup.timer: /usr/bin/backup",
+            "gone.service: ", "sshd.service: /usr/sbin/sshd (system)"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/linux/application_places.h"
 #include "platform/linux/junk_locations.h"
 #include "platform/linux/kept_places.h"
+#include "platform/linux/path_lists.h"
 #include "platform/linux/small_file.h"
 #include "platform/linux/user_folders.h"
 
@@ -11,7 +12,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <sstream>
 #include <string_view>
 
 #include <pwd.h>
@@ -79,11 +79,8 @@ std::vector<std::string> dataFoldersOf(const HostLayout& layout, const std::stri
             folders.push_back(folder);
     };
     add(layout.dataHome);
-    std::istringstream list(named);
-    for (std::string folder; std::getline(list, folder, ':');) {
-        if (folder.starts_with('/'))
-            add(normalisedPath(folder));
-    }
+    for (const auto& folder : foldersInList(named))
+        add(folder);
     if (folders.size() == 1) {
         add(of("/usr/local/share"));
         add(of("/usr/share"));
@@ -174,6 +171,8 @@ HostEnvironment currentHostEnvironment()
     environment.xdgDataHome = baseFolderVariable("DATA_HOME");
     environment.xdgStateHome = baseFolderVariable("STATE_HOME");
     environment.xdgDataDirs = environmentValue("XDG_DATA_DIRS");
+    environment.xdgConfigDirs = environmentValue("XDG_CONFIG_DIRS");
+    environment.path = environmentValue("PATH");
     if (isSandboxed)
         environment.sandboxConfigHome
             = baseFolder(environmentValue("XDG_CONFIG_HOME"), environment.home, ".config");
@@ -219,8 +218,8 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
     layout.junkLocations = junkLocationsOf(layout);
     layout.cachePlaces = cachePlacesOf(layout);
     layout.applicationFolders = applicationFoldersOf(layout);
-    addApplicationPlaces(layout);
-    addStartupPlaces(layout);
+    addApplicationPlaces(layout, environment.path);
+    addStartupPlaces(layout, environment.xdgConfigDirs);
     return layout;
 }
 
