@@ -194,6 +194,8 @@ TEST(NativeJunk, ABaseDirectoryThatHoldsOtherThingsProvesNothing)
         home.environment.xdgDataHome = given(data);
         EXPECT_EQ(home.scan(appCaches), caches) << cache;
         EXPECT_THAT(home.scan(orphanedApps), IsEmpty()) << cache;
+        home.file("~/.config/ccache/ccache.conf");
+        EXPECT_THAT(home.scan(devTools), IsEmpty()) << cache;
     }
 }
 

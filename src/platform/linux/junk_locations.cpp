@@ -299,7 +299,9 @@ void addLocations(
 {
     const auto beginsAnywhere = row.names.empty() && hasWildcard(row.folder.substr(0, 1));
     const auto listsAll = row.names.empty() && row.folder.empty();
-    if ((beginsAnywhere || listsAll) && !isOfItsOwn(row.base, layout))
+    // "ccache" among settings are its settings: only a folder of caches makes a name a cache's.
+    const bool needsItsOwn = beginsAnywhere || listsAll || row.base == Base::cacheHome;
+    if (needsItsOwn && !isOfItsOwn(row.base, layout))
         return;
     for (const auto& path : expanded(row.folder)) {
         auto place = placeOf(folderOf(row.base, layout), path);
