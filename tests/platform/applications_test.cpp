@@ -72,7 +72,8 @@ TEST(ApplicationOfControlGroup, IsWhatItsUnitIsCalled)
         EXPECT_EQ(applicationOfControlGroup(slice + unit), identifier) << unit;
     for (const auto* group : {"/", "", "/init.scope", "/user.slice/user-1000.slice/session-2.scope",
              "/user.slice/user-1000.slice/user@1000.service/session.slice/pipewire.service",
-             "/user.slice/user-1000.slice/user@1000.service/app.slice/app-.scope"})
+             "/user.slice/user-1000.slice/user@1000.service/app.slice/app-.scope",
+             "/system.slice/snap.cups.cupsd.service"})
         EXPECT_EQ(applicationOfControlGroup(group), std::nullopt) << group;
 }
 

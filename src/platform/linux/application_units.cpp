@@ -79,7 +79,7 @@ std::optional<std::string> applicationOfControlGroup(std::string_view cgroup)
             = component.substr(0, component.size() - (isScope ? scope.size() : service.size()));
         if (name.starts_with("app-"))
             return applicationOfDesktopUnit(name, isScope);
-        if (name.starts_with("snap."))
+        if (name.starts_with("snap.") && isScope) // its services are daemons
             return identifier(split(name, '.')[1]);
     }
     return std::nullopt;
