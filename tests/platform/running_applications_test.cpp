@@ -114,6 +114,25 @@ TEST_F(RunningApplicationsTest, AreToldOnceEachByTheirOldestProcess)
     SystemRunningApplications().running(); // whatever this machine says
 }
 
+TEST_F(RunningApplicationsTest, AreToldByThemselvesAndNotByWhatStartedThem)
+{
+    const auto* const boxed = "app-flatpak-org.example.Boxed-5.scope";
+    addProcess(510, {.name = "bwrap", .unit = boxed, .startedAt = 1, .pages = 1});
+    addProcess(511, {.name = "xdg-dbus-proxy", .unit = boxed, .startedAt = 2});
+    addProcess(512, {.name = "bwrap", .unit = boxed, .startedAt = 3});
+    EXPECT_THAT(seen(), ElementsAre("org.example.Boxed 510")) << "there is no other yet";
+    addProcess(514, {.name = "boxed", .unit = boxed, .startedAt = 4, .pages = 500});
+    addProcess(513, {.name = "renderer", .unit = boxed, .startedAt = 5});
+    const auto* const started = "app-org.example.Editor-6.scope";
+    for (const auto* name : {"sh", "bash", "dash", "flatpak", "oosplash"})
+        addProcess(600 + static_cast<int>(name[0]), {.name = name, .unit = started});
+    addProcess(900, {.name = "shell", .unit = started, .startedAt = 2000});
+    EXPECT_THAT(seen(), ElementsAre("org.example.Boxed 514", "org.example.Editor 900"));
+    EXPECT_EQ(
+        running().front().memoryBytes, 500 * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE)));
+    EXPECT_EQ(running().front().program, "boxed");
+}
+
 TEST_F(RunningApplicationsTest, AreRecognisedWhereNoUnitTellsThem)
 {
     addEntry("firefox-esr", "Exec=/usr/lib/firefox-esr/firefox-esr %u\n");
@@ -162,14 +181,25 @@ TEST_F(RunningApplicationsTest, AreRecognisedByWhatTheyWereLaunchedFrom)
 
 TEST_F(RunningApplicationsTest, AreRecognisedByTheirSandbox)
 {
-    addProcess(500, {.name = "bwrap", .exe = "/usr/bin/bwrap"});
-    std::filesystem::remove(folder / "proc/500/ns/mnt");
-    std::filesystem::create_symlink("mnt:[2]", folder / "proc/500/ns/mnt");
-    folder.writeFile("proc/500/root/.flatpak-info",
-        "[Instance]\nname=wrong\n[Application]\nname=org.example.Boxed\nruntime=x\n");
+    const auto inSandbox = [this](int id, const Said& said) {
+        addProcess(id, said);
+        const auto process = folder / ("proc/" + std::to_string(id));
+        std::filesystem::remove(process + "/ns/mnt");
+        std::filesystem::create_symlink("mnt:[2]", process + "/ns/mnt");
+        std::filesystem::create_directory(process + "/root");
+        return process + "/root/.flatpak-info";
+    };
+    const auto* const info
+        = "[Instance]\nname=wrong\n[Application]\nname=org.example.Boxed\nruntime=x\n";
+    for (const auto& [id, name] : {std::pair(500, "bwrap"), std::pair(502, "boxed")}) {
+        inSandbox(id, {.name = name, .startedAt = id});
+        folder.writeFile("proc/" + std::to_string(id) + "/root/.flatpak-info", info);
+    }
     addProcess(501, {.name = "host"});
     folder.writeFile("proc/501/root/.flatpak-info", "[Application]\nname=org.example.Ours\n");
-    EXPECT_THAT(seen(), ElementsAre("org.example.Boxed 500"));
+    folder.writeFile("elsewhere", "[Application]\nname=org.example.Linked\n");
+    std::filesystem::create_symlink(folder / "elsewhere", inSandbox(503, {.name = "linked"}));
+    EXPECT_THAT(seen(), ElementsAre("org.example.Boxed 502"));
 }
 
 TEST_F(RunningApplicationsTest, AreLookedAtAgainWhenTheyBecomeSomethingElse)

@@ -7,6 +7,7 @@
 #include "platform/linux/process_stat.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <map>
 #include <mutex>
@@ -54,7 +55,8 @@ template <class Look> void forEachPart(std::string_view text, char separator, Lo
 std::string textAt(int folder, const char* name)
 {
     constexpr std::size_t longest = 256 * 1024;
-    const FileDescriptor file(::openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    const FileDescriptor file(
+        ::openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
     struct stat status { };
     // In another process's root lies what that process wants.
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
@@ -155,6 +157,15 @@ std::optional<ProcessFacts> factsOf(
     if (!mounts.empty() && mounts != ownMounts)
         facts.flatpak = flatpakNamedIn(textAt(process.get(), "root/.flatpak-info"));
     return facts;
+}
+
+/// Whether a program of this name only starts an application or serves its sandbox. To ask it to
+/// quit ends nothing: bwrap's outer process waits for the inner one, which hears no such signal.
+bool standsAroundAnApplication(std::string_view name)
+{
+    constexpr std::array<std::string_view, 7> programs{
+        "bwrap", "xdg-dbus-proxy", "flatpak", "oosplash", "sh", "bash", "dash"};
+    return std::ranges::find(programs, name) != programs.end();
 }
 
 /// What the program is called; nothing when the system cut it short and nobody knows the rest.
@@ -324,15 +335,15 @@ public:
             return {};
         m_ownMounts = linkAt(processes.get(), "self/ns/mnt");
         ++m_round;
-        std::map<std::string, RunningApplication> oldest; // by their groups
+        Groups groups;
         for (const auto& id : processesIn(processes.get()))
-            look(processes.get(), id, oldest);
+            look(processes.get(), id, groups);
         std::erase_if(
             m_processes, [this](const auto& known) { return known.second.round != m_round; });
 
         std::vector<RunningApplication> applications;
-        for (auto& [group, application] : oldest)
-            applications.push_back(std::move(application));
+        for (auto& [group, foremost] : groups)
+            applications.push_back(std::move(foremost.application));
         std::ranges::stable_sort(applications, {}, age);
         return applications;
     }
@@ -348,6 +359,20 @@ private:
     };
     /// When a folder of desktop entries was last changed, in nanoseconds since 1970.
     using FolderDates = std::vector<std::pair<std::int64_t, ::ino_t>>;
+
+    /// The process that stands for its group.
+    struct Foremost {
+        bool standsAround = false;
+        RunningApplication application;
+    };
+    using Groups = std::map<std::string, Foremost>;
+
+    /// The oldest process goes first, but for those around the application itself.
+    static bool goesBefore(const Foremost& one, const Foremost& other)
+    {
+        return std::pair(one.standsAround, age(one.application))
+            < std::pair(other.standsAround, age(other.application));
+    }
 
     static std::pair<std::uint64_t, std::int32_t> age(const RunningApplication& application)
     {
@@ -368,8 +393,7 @@ private:
         return ids;
     }
 
-    void look(
-        int processes, const std::string& id, std::map<std::string, RunningApplication>& oldest)
+    void look(int processes, const std::string& id, Groups& groups)
     {
         const auto stat = readProcessStat(processes, (id + "/stat").c_str());
         if (!stat || stat->state == 'Z' || stat->state == 'X')
@@ -389,13 +413,14 @@ private:
         }
         if (!known.membership)
             return;
-        auto application = known.membership->application;
-        application.process = number;
-        application.startedAt = stat->startedAt;
-        application.memoryBytes = stat->residentPages * m_pageSize;
-        const auto [place, isNew] = oldest.try_emplace(known.membership->group, application);
-        if (!isNew && age(application) < age(place->second))
-            place->second = std::move(application);
+        Foremost found{.standsAround = standsAroundAnApplication(stat->name),
+            .application = known.membership->application};
+        found.application.process = number;
+        found.application.startedAt = stat->startedAt;
+        found.application.memoryBytes = stat->residentPages * m_pageSize;
+        const auto [place, isNew] = groups.try_emplace(known.membership->group, found);
+        if (!isNew && goesBefore(found, place->second))
+            place->second = std::move(found);
     }
 
     /// What was found out by the old entries does not count any more.
