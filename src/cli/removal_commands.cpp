@@ -284,7 +284,8 @@ private:
         if (paths.empty())
             return m_removal.run().fail(
                 app->name + " belongs to the system and left nothing in the home.");
-        if (!m_removal.confirm(questions::uninstall(app->name, m_line.appOnly)))
+        if (!m_removal.confirm(app->canBeMoved ? questions::uninstall(app->name, m_line.appOnly)
+                                               : questions::removeLeftovers(app->name)))
             return;
         m_removal.run().perform([&](AppModel::Finished finished) {
             m_model.uninstallApp(*app, m_line.appOnly, std::move(finished));

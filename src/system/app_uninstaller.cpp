@@ -26,7 +26,7 @@ struct Leftover {
     std::string path;
     LeftoverFile::LeftoverKind kind;
     std::int64_t size = 0; ///< bytes
-    std::optional<std::size_t> folderToMeasure; ///< whose sum its size is
+    std::optional<std::size_t> folderToMeasure; ///< whose sum its size is; none for a file
     std::vector<std::size_t> owners; ///< by their places in the list of applications
 };
 
@@ -194,7 +194,8 @@ std::vector<InstalledApp> AppUninstaller::scanInstalledApps(const std::stop_toke
             apps[owner].leftovers.push_back({.id = Uuid::random(),
                 .url = leftover.path,
                 .size = leftover.size,
-                .kind = leftover.kind});
+                .kind = leftover.kind,
+                .isDirectory = leftover.folderToMeasure.has_value()});
         }
     }
     std::ranges::stable_sort(apps, std::greater(), &InstalledApp::leftoverBytes);
@@ -215,11 +216,13 @@ std::vector<InstalledApp> AppUninstaller::bundledApps(const std::stop_token& sto
                 continue;
             auto path = folder + '/' + name;
             auto identifier = bundleInfo(path).identifier;
+            const auto facts = lookAt(entries->folder->get(), name.c_str());
             apps.push_back({.id = Uuid::random(),
                 .name = std::string(withoutExtension(name)),
                 .bundleID = std::move(identifier),
                 .appURL = std::move(path),
-                .leftovers = {}});
+                .leftovers = {},
+                .isDirectory = facts && facts->isDirectory});
         }
     }
     return apps;

@@ -21,9 +21,10 @@ struct LeftoverFile {
     std::string url; ///< absolute path
     std::int64_t size = 0; ///< bytes
     LeftoverKind kind = LeftoverKind::other;
+    bool isDirectory = false; ///< as it was found: a folder, and no link to one
 
     friend bool operator==(const LeftoverFile&, const LeftoverFile&) = default;
-    std::size_t hashValue() const { return hashFields(id, url, size, kind); }
+    std::size_t hashValue() const { return hashFields(id, url, size, kind, isDirectory); }
 };
 
 template <> struct NamedCases<LeftoverFile::LeftoverKind> {
@@ -49,6 +50,10 @@ struct InstalledApp {
     /// False where only its leftovers can be moved: the application itself is the system's, or lies
     /// in the Trash already.
     bool canBeMoved = true;
+    bool isDirectory = false; ///< what lies at `appURL`, as it was found; no link to one
+    std::string icon = {}; ///< absolute path of the file that its own icon is in; empty: none
+
+    friend bool operator==(const InstalledApp&, const InstalledApp&) = default;
 
     /// The sizes of all leftovers together, in bytes; stops at the largest 64-bit number.
     std::int64_t leftoverBytes() const

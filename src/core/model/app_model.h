@@ -238,7 +238,9 @@ public:
     /// Looks among `records` for what makes software start by itself. It cannot be stopped; of
     /// several, the one that ends last decides what `findings` holds.
     void startSecurityScan();
-    /// Moves the finding's file to the Trash; an error says why it stays, and nothing changes.
+    /// Moves the finding's file to the Trash; an error says why it stays, and nothing changes. A
+    /// folder in its place stays, and links above it, below the root of what was reviewed, are not
+    /// followed.
     /// What the machine needs is protected, but not by its name as other items are.
     void removeFinding(const SecurityFinding& finding, Finished finished = {});
     /// @}
@@ -251,8 +253,9 @@ public:
     /// empty until then. It waits for applications that are being removed.
     void loadInstalledApps();
     /// Moves the application and then, unless `appOnly`, its leftovers in order. What cannot be
-    /// moved stays at its place without a word, and leaves the list all the same. When it is
-    /// stopped, leftovers whose turn did not come stay listed. An application that cannot be moved
+    /// moved stays at its place without a word, and leaves the list all the same; a folder that has
+    /// taken the place of a file cannot. When it is stopped, leftovers whose turn did not come stay
+    /// listed. An application that cannot be moved
     /// stays listed; its leftovers go as `removeLeftovers` does, and `appOnly` does nothing.
     void uninstallApp(InstalledApp app, bool appOnly, Finished finished = {});
     /// Moves the application's leftovers; the application stays listed, without those that had
@@ -260,8 +263,8 @@ public:
     void removeLeftovers(InstalledApp app, Finished finished = {});
     /// Lists anew what starts by itself; the old list stays until then.
     void loadStartupItems();
-    /// Moves the file that defines the item; an error says why it stays, and nothing changes.
-    /// Nothing happens to one of the system's.
+    /// Moves the file that defines the item, and no folder in its place; an error says why it
+    /// stays, and nothing changes. Nothing happens to one of the system's.
     void removeStartupItem(const StartupItem& item, Finished finished = {});
     /// @}
 
@@ -436,6 +439,8 @@ private:
     /// Marks the items as busy until they are released; several operations may want the same one.
     BusyItems keepBusy(const std::vector<QuarantineItem>& items);
     void release(const BusyItems& items);
+    /// Offers to take the move back in the place of an earlier one. When nothing moved, that one
+    /// stays; when something was deleted for good, there is none.
     void offerUndo(UndoableMove move);
     /// Offers to take back a removal of `cut` from the records, which only the Trash allows.
     void offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
@@ -490,14 +495,19 @@ private:
         std::size_t position; ///< in the list
         std::uint64_t listing; ///< which list that was
     };
+    /// How far an application was to go, and did.
+    enum class AppFate { stays, wasTried, isInTrash };
     /// Takes the leftovers out that are not among `rest`, and without any rest the application too
-    /// if it went.
+    /// unless it was to stay.
     std::shared_ptr<const AppCut> dropApp(
-        const Uuid& id, bool withApp, std::vector<LeftoverFile> rest);
+        const Uuid& id, AppFate fate, std::vector<LeftoverFile> rest);
     void relistApp(const std::shared_ptr<const AppCut>& cut, const Missing& missing, Relisted then);
-    /// Moves one item to the Trash; `moved` is called when that was done, and else `finished`.
-    void trashOneItem(const std::string& path, Finished finished,
+    /// Moves one file to the Trash, and no folder in its place; see `TrashOptions::noLinksBelow`.
+    /// `moved` is called when that was done, and else `finished`.
+    void trashOneFile(const std::string& path, const std::string& noLinksBelow, Finished finished,
         std::function<void(const TrashedItem& item)> moved);
+    /// Where the way to a finding's file must not lead through links.
+    std::string walkedFolderOf(const SecurityFinding& finding) const;
     /// Takes the entries with the id of `item` out of `list`, which is replaced when `run` changes,
     /// and offers to take the move of `trashed` back. Gives whether there were any.
     template <class T>
@@ -582,6 +592,7 @@ private:
     std::uint64_t m_startupRun = 0; // counts the lists of startup items
     std::stop_source m_securityStop; // heard when the model goes
     std::uint64_t m_securityRun = 0; // counts the reviews that have ended
+    std::string m_reviewedRoot; // of the records that `m_findings` were made from
     std::uint64_t m_shownMemory = 0; // the number of its reading
     std::uint64_t m_shownProcesses = 0;
     bool m_isReadingMemory = false;

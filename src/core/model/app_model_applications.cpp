@@ -5,6 +5,7 @@
 #include "system/app_uninstaller.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 #include <utility>
 
@@ -12,30 +13,36 @@ namespace kestavon {
 
 namespace {
 
-/// Moves the items to the Trash, in order. The rule by which names are protected elsewhere does not
-/// stand before it, only the Trash's own refusals.
+/// Moves the items to the Trash, in order; what was no folder when it was found, only if it is
+/// none. The rule by which names are protected elsewhere does not stand before it, only the Trash's
+/// own refusals.
 RemovalReport trashInOrder(const Platform& platform, const std::vector<RemovalRequest>& items,
     const std::shared_ptr<WorkMeter>& work)
 {
     work->begin(items.size());
-    std::vector<std::string> paths;
-    paths.reserve(items.size());
-    for (const auto& item : items)
-        paths.push_back(item.path);
-    const auto trash = removalFor(platform, ActionKind::trash, {}, false, watchOf(work));
-    const auto results = trash(paths);
     RemovalReport report;
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        if (!results[i]) {
-            if (results[i].error().kind == FileError::Kind::cancelled && work->isStopped())
-                break;
-        } else {
-            const RemovalTally tally{.count = 1, .bytes = items[i].bytes};
-            report.tally += tally;
-            report.trashed.push_back(
-                {.originalPath = paths[i], .trashedPath = *results[i], .tally = tally});
+    while (report.tried < items.size()) {
+        const auto begin = items.begin() + static_cast<std::ptrdiff_t>(report.tried);
+        const bool areFolders = begin->isDirectory;
+        const auto end
+            = std::ranges::find(begin, items.end(), !areFolders, &RemovalRequest::isDirectory);
+        std::vector<std::string> paths;
+        std::ranges::transform(begin, end, std::back_inserter(paths), &RemovalRequest::path);
+        const auto trash = removalFor(platform, ActionKind::trash, {}, !areFolders, watchOf(work));
+        const auto results = trash(paths);
+        for (std::size_t i = 0; i < results.size(); ++i) {
+            if (!results[i]) {
+                if (results[i].error().kind == FileError::Kind::cancelled && work->isStopped())
+                    return report;
+            } else {
+                const RemovalTally tally{
+                    .count = 1, .bytes = begin[static_cast<std::ptrdiff_t>(i)].bytes};
+                report.tally += tally;
+                report.trashed.push_back(
+                    {.originalPath = paths[i], .trashedPath = *results[i], .tally = tally});
+            }
+            ++report.tried;
         }
-        ++report.tried;
     }
     return report;
 }
@@ -98,10 +105,12 @@ void AppModel::trashApp(InstalledApp app, bool withApp, bool withLeftovers, Fini
 {
     std::vector<RemovalRequest> items;
     if (withApp)
-        items.push_back({.path = app.appURL});
+        items.push_back({.path = app.appURL, .isDirectory = app.isDirectory});
     if (withLeftovers) {
         for (const auto& leftover : app.leftovers)
-            items.push_back({.path = leftover.url, .bytes = leftover.size});
+            items.push_back({.path = leftover.url,
+                .bytes = leftover.size,
+                .isDirectory = leftover.isDirectory});
     }
     const auto work = m_works.start(deedOf(ActionKind::trash));
     const auto count = items.size();
@@ -124,7 +133,11 @@ void AppModel::trashApp(InstalledApp app, bool withApp, bool withLeftovers, Fini
             const auto rest = withLeftovers && removed.tried < count
                 ? leftovers.subspan(tried)
                 : std::span<const LeftoverFile>();
-            const auto cut = dropApp(app.id, withApp, {rest.begin(), rest.end()});
+            const auto fate = !withApp ? AppFate::stays
+                : !removed.trashed.empty() && removed.trashed.front().originalPath == app.appURL
+                ? AppFate::isInTrash
+                : AppFate::wasTried;
+            const auto cut = dropApp(app.id, fate, {rest.begin(), rest.end()});
             if (withApp) {
                 recordEvent(app.name + " uninstalled",
                     "Moved to Trash"
@@ -158,7 +171,7 @@ void AppModel::endAppRemoval()
 }
 
 std::shared_ptr<const AppModel::AppCut> AppModel::dropApp(
-    const Uuid& id, bool withApp, std::vector<LeftoverFile> rest)
+    const Uuid& id, AppFate fate, std::vector<LeftoverFile> rest)
 {
     const auto app = std::ranges::find(m_installedApps, id, &InstalledApp::id);
     if (app == m_installedApps.end())
@@ -167,12 +180,12 @@ std::shared_ptr<const AppModel::AppCut> AppModel::dropApp(
         .position = static_cast<std::size_t>(app - m_installedApps.begin()),
         .listing = m_appListingRun});
     publishChange(Field::installedApps, [&] {
-        if (withApp && rest.empty()) {
+        if (fate != AppFate::stays && rest.empty()) {
             std::erase_if(m_installedApps, [&id](const auto& listed) { return listed.id == id; });
             return;
         }
         app->leftovers = std::move(rest);
-        app->canBeMoved = app->canBeMoved && !withApp;
+        app->canBeMoved = app->canBeMoved && fate != AppFate::isInTrash;
     });
     return cut;
 }

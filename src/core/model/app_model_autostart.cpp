@@ -42,7 +42,7 @@ void AppModel::removeStartupItem(const StartupItem& item, Finished finished)
 {
     if (item.isSystem)
         return report(finished, {});
-    trashOneItem(item.plistURL, finished, [this, item, finished](const TrashedItem& trashed) {
+    trashOneFile(item.plistURL, {}, finished, [this, item, finished](const TrashedItem& trashed) {
         const bool wasListed = dropListed(
             Field::startupItems, m_startupItems, m_startupRun, item, trashed, item.label);
         recordEvent("Startup item removed", item.label);
@@ -61,12 +61,13 @@ void AppModel::startSecurityScan()
               return scanner->scan(*records, {}, stop);
           };
     runInBackground(m_securityQueue, this, std::move(review),
-        [this](Outcome<std::vector<SecurityFinding>> outcome) {
+        [this, root = m_records->root()](Outcome<std::vector<SecurityFinding>> outcome) {
             if (!outcome.value) {
                 publish(Field::securityPhase, m_securityPhase, ScanPhase::failed(outcome.error));
                 return;
             }
             ++m_securityRun;
+            m_reviewedRoot = root;
             const auto count = outcome.value->size();
             publish(Field::findings, m_findings, std::move(*outcome.value));
             publish(Field::securityPhase, m_securityPhase, ScanPhase::finished());
@@ -76,23 +77,35 @@ void AppModel::startSecurityScan()
 
 void AppModel::removeFinding(const SecurityFinding& finding, Finished finished)
 {
-    trashOneItem(finding.path, finished, [this, finding, finished](const TrashedItem& trashed) {
-        const std::string name(lastComponent(finding.path));
-        dropListed(Field::findings, m_findings, m_securityRun, finding, trashed, name);
-        recordEvent("Threat removed", name);
-        report(finished, {});
-    });
+    trashOneFile(finding.path, walkedFolderOf(finding), finished,
+        [this, finding, finished](const TrashedItem& trashed) {
+            const std::string name(lastComponent(finding.path));
+            dropListed(Field::findings, m_findings, m_securityRun, finding, trashed, name);
+            recordEvent("Threat removed", name);
+            report(finished, {});
+        });
 }
 
-void AppModel::trashOneItem(
-    const std::string& path, Finished finished, std::function<void(const TrashedItem& item)> moved)
+std::string AppModel::walkedFolderOf(const SecurityFinding& finding) const
+{
+    // Where an earlier review began is not known any more: not one link is trusted then.
+    const auto listed = std::ranges::find(m_findings, finding.id, &SecurityFinding::id);
+    return listed != m_findings.end() ? m_reviewedRoot : "/";
+}
+
+void AppModel::trashOneFile(const std::string& path, const std::string& noLinksBelow,
+    Finished finished, std::function<void(const TrashedItem& item)> moved)
 {
     const auto work = m_works.start(deedOf(ActionKind::trash));
-    auto move = [trash = m_platform.trash, path, work] {
+    auto move = [trash = m_platform.trash, path, noLinksBelow, work] {
         work->begin(1);
         work->beginItem(path);
         const auto watch = watchOf(work);
-        return trash->trashItem(path, {.stop = watch.stop, .progress = watch.copied});
+        return trash->trashItem(path,
+            {.noLinksBelow = noLinksBelow,
+                .refusesFolders = true,
+                .stop = watch.stop,
+                .progress = watch.copied});
     };
     runInBackground(m_removalQueue, this, std::move(move),
         [this, path, work, finished = std::move(finished), moved = std::move(moved)](

@@ -138,7 +138,7 @@ void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> i
                 move.count = static_cast<std::int64_t>(movedCount);
                 move.held = *held;
                 addToQuarantine(std::move(*held));
-            } else if (action == ActionKind::trash) {
+            } else {
                 move.count = removed.tally.count;
                 move.trashed = std::move(removed.trashed);
             }

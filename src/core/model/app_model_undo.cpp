@@ -72,19 +72,23 @@ bool AppModel::isBack(const std::string& path, const PathSet& missing, const Fil
 
 void AppModel::offerUndo(UndoableMove move)
 {
-    std::optional<UndoOffer> offer;
-    if (move.count > 0)
-        offer = UndoOffer{.action = move.action, .count = move.count};
-    disposeInBackground(std::exchange(m_undoableMove, offer ? std::move(move) : UndoableMove()));
-    publish(Field::undoOffer, m_undoOffer, offer);
+    if (move.count == 0) // nothing has moved, and what did before can still be taken back
+        return disposeInBackground(std::move(move));
+    if (move.action == ActionKind::permanent)
+        return withdrawUndo();
+    const UndoOffer offer{.action = move.action, .count = move.count};
+    disposeInBackground(std::exchange(m_undoableMove, std::move(move)));
+    publish<std::optional<UndoOffer>>(Field::undoOffer, m_undoOffer, offer);
 }
 
 void AppModel::offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
     const std::shared_ptr<const RecordPick>& cut, Describe describe)
 {
-    UndoableMove move{.action = action, .describe = std::move(describe), .isOfStorageScan = true};
+    UndoableMove move{.action = action,
+        .count = removed.tally.count,
+        .describe = std::move(describe),
+        .isOfStorageScan = true};
     if (action == ActionKind::trash) {
-        move.count = removed.tally.count;
         move.trashed = removed.trashed;
         move.relist = [this, cut](const Missing& missing, Relisted then) {
             cut ? relistRecords(cut, missing, std::move(then)) : then(false);

@@ -95,6 +95,16 @@ Question uninstall(const std::string& name, bool appOnly)
     };
 }
 
+Question removeLeftovers(const std::string& name)
+{
+    return {
+        .title = "Remove leftovers of \"" + name + "\"?",
+        .message = "Its leftover files will be moved to the Trash. The app itself is not touched.",
+        .action = "Move All Leftovers to Trash",
+        .destructive = true,
+    };
+}
+
 Question deleteHeld(const std::string& name)
 {
     return {

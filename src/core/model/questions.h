@@ -30,6 +30,8 @@ Question restoreAll(std::size_t count);
 Question deleteAll(std::size_t count);
 /// Before the application called `name` goes: with what it left in the home, or alone.
 Question uninstall(const std::string& name, bool appOnly);
+/// Before what an application has left goes, and nothing else.
+Question removeLeftovers(const std::string& name);
 /// Before one held item, called `name`, is deleted.
 Question deleteHeld(const std::string& name);
 

@@ -96,6 +96,7 @@ TEST(Records, AreEqualOnlyWhenEveryFieldIs)
             [](auto& file) { file.url = "/b"; },
             [](auto& file) { file.size = 2; },
             [](auto& file) { file.kind = LeftoverFile::LeftoverKind::cache; },
+            [](auto& file) { file.isDirectory = true; },
         });
 }
 

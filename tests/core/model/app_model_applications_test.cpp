@@ -153,7 +153,29 @@ TEST_F(AppModelApplications, RemovesLeftoversAndKeepsTheApplicationWhereItStands
 
     await([&](auto done) { model->removeLeftovers(app("Editor"), done); });
     EXPECT_EQ(lastEventText(), "Editor leftovers removed: 0 files (Zero KB)");
-    EXPECT_EQ(model->undoOffer(), std::nullopt);
+    EXPECT_EQ(undo(), (UndoReport{.restored = 3})) << "of the removal that moved something";
+    EXPECT_THAT(listed(), ElementsAre("Editor 3", "Viewer 1"));
+}
+
+TEST_F(AppModelApplications, AFolderInTheOldPlaceOfAFileStays)
+{
+    folder.writeFile("Applications/Flat.app", "x");
+    load();
+    const auto flat = app("Flat");
+    const auto editor = app("Editor");
+    for (const std::string name :
+        {"Applications/Flat.app", "Users/alice/Library/Preferences/com.example.Editor.plist"}) {
+        std::filesystem::remove(folder / name);
+        folder.writeFile(name + "/letters", "nobody has seen them");
+    }
+    uninstall(flat, false);
+    EXPECT_TRUE(exists("Applications/Flat.app/letters"));
+    EXPECT_THAT(listed(), ElementsAre("Editor 3", "Viewer 1"));
+
+    uninstall(editor, false);
+    EXPECT_TRUE(isInHome("Library/Preferences/com.example.Editor.plist/letters"));
+    EXPECT_FALSE(isInHome("Library/Logs/Editor"));
+    EXPECT_EQ(model->undoOffer(), (UndoOffer{ActionKind::trash, 3}));
 }
 
 TEST_F(AppModelApplications, MovesWhatOtherRemovalsLeaveAlone)
@@ -251,6 +273,21 @@ TEST_F(AppModelSlowUninstall, KeepsListedWhatWasLeftWhenItIsStopped)
     uninstall(app("Editor"), false);
     EXPECT_EQ(lastEventText(), "Editor leftovers removed: 2 files (50 bytes)");
     EXPECT_THAT(machine.trash->trashed, SizeIs(4));
+}
+
+TEST_F(AppModelSlowUninstall, AnApplicationThatWouldNotMoveCanBeTriedAgain)
+{
+    slow = "Caches/com.example.Editor";
+    load();
+    machine.trash->refusals[app("Editor").appURL] = FileError::Kind::permission;
+    uninstallAndStop();
+    EXPECT_THAT(listed(), ElementsAre("Editor 2", "Viewer 1"));
+    EXPECT_TRUE(app("Editor").canBeMoved);
+
+    machine.trash->refusals.clear();
+    uninstall(app("Editor"), false);
+    EXPECT_EQ(machine.trash->trashed.at(1), folder / "Applications/Editor.app");
+    EXPECT_THAT(listed(), ElementsAre("Viewer 1"));
 }
 
 TEST_F(AppModelSlowUninstall, OneThatIsStoppedAtTheApplicationChangesNothing)

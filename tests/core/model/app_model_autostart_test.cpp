@@ -119,6 +119,22 @@ TEST_F(AppModelAutostart, SaysWhyAnItemStays)
     EXPECT_THAT(remove(0), HasSubstr("a.plist"));
     EXPECT_THAT(labels(), SizeIs(3));
     EXPECT_THAT(model->history(), IsEmpty());
+
+    folder.writeFile("Users/alice/Library/LaunchAgents/a.plist/letters", "nobody has seen them");
+    EXPECT_THAT(remove(0), HasSubstr("a.plist"));
+    EXPECT_TRUE(exists("Users/alice/Library/LaunchAgents/a.plist/letters"));
+    EXPECT_THAT(labels(), SizeIs(3));
+}
+
+TEST_F(AppModelAutostart, RemovesAnItemFromAFolderThatIsALink)
+{
+    define("Users/alice/dotfiles/a.plist", "org.example.a");
+    std::filesystem::create_directory_symlink(
+        folder / "Users/alice/dotfiles", folder / "Users/alice/Library/LaunchAgents");
+    model = std::make_unique<AppModel>(scanner, machine.platform());
+    reload();
+    EXPECT_EQ(remove(0), "");
+    EXPECT_FALSE(exists("Users/alice/dotfiles/a.plist"));
 }
 
 TEST_F(AppModelAutostart, AListThatWasMadeMeanwhileDoesNotShowWhatHasGone)
@@ -181,6 +197,29 @@ TEST_F(AppModelAutostart, RemovesAFindingWhateverItIsCalled)
     EXPECT_THAT(findings(), SizeIs(2));
     EXPECT_EQ(undo(), (UndoReport{.restored = 1, .listed = false}));
     EXPECT_THAT(findings(), SizeIs(2));
+}
+
+TEST_F(AppModelAutostart, AFindingIsNotLookedForElsewhere)
+{
+    scan({"Users/alice/Library/LaunchAgents/a.plist", "Users/alice/Library/LaunchAgents/b.plist"});
+    review();
+    const auto first = model->findings()[0];
+    std::filesystem::remove(first.path);
+    folder.writeFile("Users/alice/Library/LaunchAgents/a.plist/letters", "nobody has seen them");
+    EXPECT_THAT(remove(first), HasSubstr("a.plist"));
+    EXPECT_TRUE(exists("Users/alice/Library/LaunchAgents/a.plist/letters"));
+
+    const auto second = model->findings()[1];
+    std::filesystem::rename(folder / "Users/alice/Library/LaunchAgents", folder / "kept");
+    std::filesystem::create_directory_symlink(
+        folder / "kept", folder / "Users/alice/Library/LaunchAgents");
+    EXPECT_NE(remove(second), "");
+    EXPECT_THAT(findings(), SizeIs(2));
+    scan({"notes"});
+    review(); // another one, which knows nothing of it
+    EXPECT_NE(remove(second), "");
+    EXPECT_TRUE(exists("kept/b.plist"));
+    EXPECT_EQ(model->undoOffer(), std::nullopt);
 }
 
 TEST_F(AppModelAutostart, AMoveThatIsStoppedIsNoFailure)

@@ -131,6 +131,17 @@ TEST_P(AppModelUndo, WhatCouldNotBeMovedIsNotOffered)
     EXPECT_EQ(model->undoOffer(), std::nullopt);
 }
 
+TEST_P(AppModelUndo, ARemovalOfNothingLeavesTheOfferAlone)
+{
+    scan({"a", "b.appex", "c.appex"});
+    trash({0});
+    trash({0});
+    await([&](auto done) { model->deleteRecordsPermanently(pick({0}), done); });
+    EXPECT_THAT(names(), IsEmpty());
+    EXPECT_EQ(undo().restored, 1);
+    EXPECT_THAT(names(), ElementsAre("a"));
+}
+
 TEST_P(AppModelUndo, MergedCopiesComeBack)
 {
     scan({"a", "b", "c"});
