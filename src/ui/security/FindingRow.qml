@@ -16,6 +16,7 @@ VirtualListRow {
             reason: security.reasonText(row),
             pathText: security.pathText(row),
             path: security.filePath(row),
+            id: security.idText(row),
             level: security.levelText(row),
             symbol: security.levelSymbol(row),
             color: security.levelColor(row),
@@ -106,11 +107,12 @@ VirtualListRow {
             label: "Remove"
             kind: AppButton.Kind.RedBordered
             small: true
+            subject: line.shown.id
             enabled: !line.shown.busy
             focusPolicy: line.current || activeFocus ? Qt.StrongFocus : Qt.NoFocus
             Accessible.description: line.shown.pathText
             onClicked: {
-                if (line.settled)
+                if (line.settled && !outdated)
                     line.security.askRemove(line.row);
             }
         }

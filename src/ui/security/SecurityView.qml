@@ -42,6 +42,7 @@ SectionScreen {
             onClicked: screen.security.scan()
         }
         Row {
+            id: progress
             x: 28
             height: run.height
             visible: screen.security.scanning
@@ -56,11 +57,12 @@ SectionScreen {
                 Accessible.role: Accessible.StatusBar
             }
         }
+        // What the last review has found stands there while the next one runs, too.
         Row {
-            anchors.left: run.right
+            anchors.left: screen.security.scanning ? progress.right : run.right
             anchors.leftMargin: 14
             height: run.height
-            visible: !screen.security.scanning
+            visible: words.text !== ""
             spacing: 7
             SymbolIcon {
                 anchors.verticalCenter: parent.verticalCenter
@@ -70,9 +72,11 @@ SectionScreen {
                 color: Theme.graphic(screen.security.summarySymbolColor)
             }
             AppText {
+                id: words
                 objectName: "securitySummary"
                 anchors.verticalCenter: parent.verticalCenter
-                text: screen.security.summary !== "" ? screen.security.summary : screen.security.phaseText
+                text: screen.security.summary !== "" ? screen.security.summary
+                    : screen.security.scanning ? "" : screen.security.phaseText
                 weight: 600
                 color: screen.security.summaryTextColor === "" ? Theme.text
                     : Theme.ink(screen.security.summaryTextColor)

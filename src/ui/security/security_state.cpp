@@ -6,6 +6,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 namespace kestavon {
 
 SecurityState::SecurityState(AppModel& model)
@@ -20,7 +22,7 @@ void SecurityState::follow(AppModel::Field field)
     switch (field) {
     case AppModel::Field::records: Q_EMIT recordsChanged(); break;
     case AppModel::Field::findings:
-        m_confirmation.cancel();
+        cancelOutdatedQuestion();
         Q_EMIT rowsChanged();
         refreshRows();
         [[fallthrough]];
@@ -30,6 +32,12 @@ void SecurityState::follow(AppModel::Field field)
         break;
     default: break;
     }
+}
+
+void SecurityState::cancelOutdatedQuestion()
+{
+    if (m_asked && std::ranges::find(m_model.findings(), *m_asked) == m_model.findings().end())
+        m_confirmation.cancel();
 }
 
 void SecurityState::refreshRows()
@@ -78,6 +86,12 @@ QString SecurityState::pathText(int row) const
     return finding ? fileNameText(finding->path) : QString();
 }
 
+QString SecurityState::idText(int row) const
+{
+    const auto* finding = at(row);
+    return finding ? displayText(finding->id.text()) : QString();
+}
+
 FilePath SecurityState::filePath(int row) const
 {
     const auto* finding = at(row);
@@ -117,8 +131,9 @@ bool SecurityState::isBusy(int row) const
 void SecurityState::askRemove(int row)
 {
     const auto* finding = at(row);
-    if (!finding || !mayRemove(row) || isBusy(row))
+    if (!finding || !mayRemove(row) || isBusy(row) || m_confirmation.asking())
         return;
+    m_asked = *finding;
     m_confirmation.ask(
         removeFindingQuestion(*finding), [this, finding = *finding] { remove(finding); });
 }

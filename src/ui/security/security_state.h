@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 
+#include <optional>
 #include <unordered_set>
 
 namespace kestavon {
@@ -44,6 +45,8 @@ public:
     int revision() const { return m_revision; }
     Q_INVOKABLE QString reasonText(int row) const;
     Q_INVOKABLE QString pathText(int row) const;
+    /// Tells the row's finding from every other.
+    Q_INVOKABLE QString idText(int row) const;
     Q_INVOKABLE kestavon::FilePath filePath(int row) const;
     /// The level's name, symbol and colour.
     Q_INVOKABLE QString levelText(int row) const;
@@ -56,7 +59,7 @@ public:
 
     Q_INVOKABLE void scan() { m_model.startSecurityScan(); }
     /// Asks whether the row's file goes to the Trash; nothing while it is on its way there. The
-    /// question is withdrawn when the findings change meanwhile.
+    /// question is withdrawn when the finding goes meanwhile.
     Q_INVOKABLE void askRemove(int row);
 
 Q_SIGNALS:
@@ -71,12 +74,14 @@ private:
     const SecurityFinding* at(int row) const;
     void remove(const SecurityFinding& finding);
     void follow(AppModel::Field field);
+    void cancelOutdatedQuestion();
     void refreshRows();
 
     AppModel& m_model;
     SecuritySummary m_summary;
     std::unordered_set<Uuid> m_busy; // findings that are being removed
     Confirmation m_confirmation;
+    std::optional<SecurityFinding> m_asked; // what the question is about
     int m_revision = 0;
 };
 

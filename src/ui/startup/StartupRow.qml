@@ -17,6 +17,7 @@ VirtualListRow {
             title: rows.titleText(row),
             detail: rows.detailText(row),
             path: rows.filePath(row),
+            id: rows.idText(row),
             pathText: rows.pathText(row),
             isProtected: rows.isProtected(row),
             busy: rows.isBusy(row),
@@ -96,11 +97,12 @@ VirtualListRow {
             label: "Remove"
             kind: AppButton.Kind.RedBordered
             small: true
+            subject: line.shown.id
             enabled: !line.shown.busy
             focusPolicy: line.current || activeFocus ? Qt.StrongFocus : Qt.NoFocus
             Accessible.description: line.shown.title
             onClicked: {
-                if (line.settled)
+                if (line.settled && !outdated)
                     line.remove();
             }
         }

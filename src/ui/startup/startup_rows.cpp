@@ -65,6 +65,12 @@ QString StartupRows::detailText(int row) const
                                     : u"Installed by you or third-party apps — safe to remove"_s;
 }
 
+QString StartupRows::idText(int row) const
+{
+    const auto* item = itemAt(row);
+    return item ? displayText(item->id.text()) : QString();
+}
+
 FilePath StartupRows::filePath(int row) const
 {
     const auto* item = itemAt(row);

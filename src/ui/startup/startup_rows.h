@@ -44,6 +44,8 @@ public:
     /// The program that the item runs, or what the section holds.
     Q_INVOKABLE QString detailText(int row) const;
     /// The file that defines the item.
+    /// Tells the row's item from every other.
+    Q_INVOKABLE QString idText(int row) const;
     Q_INVOKABLE kestavon::FilePath filePath(int row) const;
     Q_INVOKABLE QString pathText(int row) const;
     Q_INVOKABLE bool isProtected(int row) const;

@@ -16,6 +16,11 @@ T.AbstractButton {
     property bool busy: false
     property int symbolSize: small ? 14 : 16
     property int gap: small ? 5 : 7
+    /// What a click is about, where another may take its place while the button is held.
+    property string subject
+    /// In a click: it ends a press that was about something else.
+    property bool outdated: false
+    property string heldSubject
     /// Shown after a moment's hovering, also while the button is disabled.
     property string hint
     property color inkColor: solid ? Theme.onSolid : red ? Theme.ink("red") : Theme.text
@@ -47,6 +52,14 @@ T.AbstractButton {
     opacity: enabled ? 1 : 0.45
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
+    onPressed: heldSubject = subject
+    onCanceled: heldSubject = ""
+    // Heard before those who use the button hear it. A click by key or by a screen reader may come
+    // without a press.
+    onClicked: {
+        outdated = heldSubject !== "" && heldSubject !== subject;
+        heldSubject = "";
+    }
     // Return and Enter are ours, so that a press is a press whatever the key.
     Keys.onReturnPressed: event => event.isAutoRepeat || clicked()
     Keys.onEnterPressed: event => event.isAutoRepeat || clicked()

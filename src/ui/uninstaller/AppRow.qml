@@ -22,6 +22,9 @@ VirtualListRow {
             color: rows.sizeColor(row),
             files: rows.filesText(row),
             path: rows.filePath(row),
+            id: rows.idText(row),
+            shared: rows.sharedText(row),
+            canGo: rows.canUninstall(row),
             hasLeftovers: rows.hasLeftovers(row),
             open: rows.isOpen(row),
             busy: rows.isBusy(row)
@@ -38,7 +41,7 @@ VirtualListRow {
 
     path: shown.path
     label: (shown.isApp ? [shown.name, shown.detail, shown.size, shown.files]
-        : [shown.detail, shown.name, shown.size]).join(", ")
+        : [shown.detail, shown.name, shown.shared, shown.size]).filter(text => text !== "").join(", ")
     divided: false
     height: shown.isApp ? rows.appHeight : rows.leftoverHeight
 
@@ -73,11 +76,25 @@ VirtualListRow {
         x: line.cells[0].x + (line.shown.isApp ? 40 : 140)
         y: line.shown.isApp ? 8 : Math.round((parent.height - height) / 2)
         width: Math.min(implicitWidth, line.shown.isApp ? line.cells[0].width - 40
-            : size.x - x - 20)
+            : size.x - x - 20 - (shared.active ? shared.width + 12 : 0))
         text: line.shown.name
         role: line.shown.isApp ? AppText.Role.Body : AppText.Role.Caption
         weight: line.shown.isApp ? 500 : 400
         Accessible.ignored: true
+    }
+    Loader {
+        id: shared
+        anchors.left: name.right
+        anchors.leftMargin: 12
+        anchors.verticalCenter: name.verticalCenter
+        active: line.shown.shared !== ""
+        sourceComponent: ElidedText {
+            width: Math.min(implicitWidth, 220)
+            text: line.shown.shared
+            role: AppText.Role.Caption
+            color: Theme.ink("orange")
+            Accessible.ignored: true
+        }
     }
     ElidedText {
         x: line.cells[0].x + 40
@@ -151,11 +168,12 @@ VirtualListRow {
             visible: line.shown.hasLeftovers
             label: "Remove Leftovers"
             small: true
+            subject: line.shown.id
             enabled: !line.shown.busy
             focusPolicy: line.policyOf(leftovers)
             Accessible.description: line.shown.name
             onClicked: {
-                if (line.settled)
+                if (line.settled && !outdated)
                     line.removeLeftovers();
             }
         }
@@ -165,11 +183,13 @@ VirtualListRow {
             label: "Uninstall All"
             kind: AppButton.Kind.RedBordered
             small: true
-            enabled: !line.shown.busy
+            subject: line.shown.id
+            hint: line.shown.canGo ? "" : "Only its leftovers could be moved, and there are none"
+            enabled: !line.shown.busy && line.shown.canGo
             focusPolicy: line.policyOf(all)
-            Accessible.description: line.shown.name
+            Accessible.description: hint === "" ? line.shown.name : line.shown.name + ". " + hint
             onClicked: {
-                if (line.settled)
+                if (line.settled && !outdated)
                     line.uninstall();
             }
         }

@@ -4,7 +4,10 @@
 #include "ui/widgets/display_text.h"
 #include "ui/widgets/file_name_text.h"
 
+#include <QStringList>
+
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace kestavon {
@@ -13,6 +16,7 @@ AppRows::AppRows(Source source, Busy busy)
     : m_source(std::move(source))
     , m_busy(std::move(busy))
 {
+    findShared();
     arrange();
 }
 
@@ -74,6 +78,28 @@ FilePath AppRows::filePath(int row) const
     return {app ? app->appURL : std::string()};
 }
 
+QString AppRows::idText(int row) const
+{
+    if (const auto* leftover = leftoverAt(row))
+        return displayText(leftover->id.text());
+    const auto* app = appOf(row);
+    return app ? displayText(app->id.text()) : QString();
+}
+
+QString AppRows::sharedText(int row) const
+{
+    const auto* leftover = leftoverAt(row);
+    const auto owners = leftover ? m_shared.find(leftover->url) : m_shared.end();
+    if (owners == m_shared.end())
+        return {};
+    QStringList others;
+    for (const auto owner : owners->second) {
+        if (owner != at(row)->app)
+            others += fileNameText(m_source()[owner].name);
+    }
+    return sharedLeftoverText(others);
+}
+
 QString AppRows::filesText(int row) const
 {
     const auto* app = appOf(row);
@@ -96,6 +122,12 @@ bool AppRows::isBusy(int row) const
 {
     const auto* app = appOf(row);
     return app && m_busy(app->id);
+}
+
+bool AppRows::canUninstall(int row) const
+{
+    const auto* app = appOf(row);
+    return app && (app->canBeMoved || !app->leftovers.empty());
 }
 
 int AppRows::setOpen(int row, bool open)
@@ -147,6 +179,7 @@ void AppRows::reload()
             open.insert(app.id);
     }
     m_open = std::move(open);
+    findShared();
     arrange();
     refresh();
 }
@@ -155,6 +188,24 @@ void AppRows::refresh()
 {
     ++m_revision;
     Q_EMIT changed();
+}
+
+void AppRows::findShared()
+{
+    m_shared.clear();
+    std::unordered_map<std::string_view, std::size_t> firstOwners;
+    const auto& apps = m_source();
+    for (std::size_t i = 0; i < apps.size(); ++i) {
+        for (const auto& leftover : apps[i].leftovers) {
+            const auto [first, isNew] = firstOwners.emplace(leftover.url, i);
+            if (isNew)
+                continue;
+            auto& owners = m_shared[leftover.url];
+            if (owners.empty())
+                owners.push_back(first->second);
+            owners.push_back(i);
+        }
+    }
 }
 
 void AppRows::arrange()

@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -45,6 +46,10 @@ public:
     /// The name of that text's colour.
     Q_INVOKABLE QString sizeColor(int row) const;
     Q_INVOKABLE kestavon::FilePath filePath(int row) const;
+    /// Tells what the row shows from everything else.
+    Q_INVOKABLE QString idText(int row) const;
+    /// Of a leftover that other applications have too, which; else empty.
+    Q_INVOKABLE QString sharedText(int row) const;
 
     /// @name Applications only
     /// @{
@@ -52,6 +57,8 @@ public:
     Q_INVOKABLE bool hasLeftovers(int row) const;
     Q_INVOKABLE bool isOpen(int row) const;
     Q_INVOKABLE bool isBusy(int row) const;
+    /// Whether anything of it can be moved.
+    Q_INVOKABLE bool canUninstall(int row) const;
     /// @}
 
     /// Shows or hides what the row's application has left. Gives the application's row.
@@ -82,11 +89,14 @@ private:
     const Row* at(int row) const;
     const LeftoverFile* leftoverAt(int row) const;
     void arrange();
+    void findShared();
 
     Source m_source;
     Busy m_busy;
     std::string m_filter;
     std::unordered_set<Uuid> m_open;
+    /// The owners of what has several, by its path; their places in the source.
+    std::unordered_map<std::string, std::vector<std::size_t>> m_shared;
     std::vector<Row> m_rows;
     double m_length = 0;
     int m_revision = 0;

@@ -40,6 +40,16 @@ QString leftoverFilesText(std::size_t count)
     return u"%1 files"_s.arg(count);
 }
 
+QString sharedLeftoverText(const QStringList& others)
+{
+    switch (others.size()) {
+    case 0: return {};
+    case 1: return u"also of %1"_s.arg(others[0]);
+    case 2: return u"also of %1 and %2"_s.arg(others[0], others[1]);
+    default: return u"also of %1 and %2 more"_s.arg(others[0], QString::number(others.size() - 1));
+    }
+}
+
 bool passesFilter(const InstalledApp& app, std::string_view filter)
 {
     return containsFolded(app.name, filter);
@@ -47,9 +57,11 @@ bool passesFilter(const InstalledApp& app, std::string_view filter)
 
 ConfirmationTexts uninstallQuestion(const InstalledApp& app)
 {
-    auto texts = textsOf(questions::uninstall(fileNameText(app.name).toStdString(), false));
-    if (app.canBeMoved)
-        texts.alternative = displayText(questions::uninstall({}, true).action);
+    const auto name = fileNameText(app.name).toStdString();
+    if (!app.canBeMoved)
+        return textsOf(questions::removeLeftovers(name));
+    auto texts = textsOf(questions::uninstall(name, false));
+    texts.alternative = displayText(questions::uninstall({}, true).action);
     return texts;
 }
 

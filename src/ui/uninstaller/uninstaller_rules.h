@@ -4,6 +4,7 @@
 #include "ui/widgets/confirmation.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 #include <string_view>
@@ -23,10 +24,14 @@ std::string_view leftoverSizeColor(std::int64_t bytes);
 /// "18 files"
 QString leftoverFilesText(std::size_t count);
 
+/// "also of Editor and Viewer": who else has a leftover; empty when nobody has.
+QString sharedLeftoverText(const QStringList& others);
+
 /// Whether the application is listed under this filter: its name contains it, whatever the case.
 bool passesFilter(const InstalledApp& app, std::string_view filter);
 
-/// The question before the application goes: with all that is left, or alone, as far as it can.
+/// The question before the application goes, with all that is left or alone; before what is left
+/// goes, where the application itself cannot be moved.
 ConfirmationTexts uninstallQuestion(const InstalledApp& app);
 
 } // namespace kestavon

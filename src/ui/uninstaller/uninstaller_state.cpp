@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <algorithm>
+
 namespace kestavon {
 
 UninstallerState::UninstallerState(AppModel& model)
@@ -42,8 +44,9 @@ void UninstallerState::removeLeftovers(int row)
 void UninstallerState::askUninstall(int row)
 {
     const auto* app = m_rows.appOf(row);
-    if (!app || m_busy.contains(app->id))
+    if (!app || !m_rows.canUninstall(row) || m_busy.contains(app->id) || m_confirmation.asking())
         return;
+    m_asked = *app;
     m_confirmation.ask(
         uninstallQuestion(*app), [this, app = *app] { uninstall(app, false); },
         [this, app = *app] { uninstall(app, true); });
@@ -70,10 +73,17 @@ AppModel::Finished UninstallerState::busyUntilFinished(const Uuid& app)
 
 void UninstallerState::follow()
 {
-    m_confirmation.cancel();
     m_subtitle = uninstallerSubtitle(m_model.installedApps(), loading());
-    m_rows.reload();
+    m_rows.reload(); // first of all: no row may stand for what is not listed any more
+    if (isQuestionOutdated())
+        m_confirmation.cancel();
     Q_EMIT appsChanged();
+}
+
+bool UninstallerState::isQuestionOutdated() const
+{
+    const auto& apps = m_model.installedApps();
+    return loading() || (m_asked && std::ranges::find(apps, *m_asked) == apps.end());
 }
 
 } // namespace kestavon

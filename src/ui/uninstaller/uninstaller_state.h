@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QString>
 
+#include <optional>
 #include <unordered_map>
 
 namespace kestavon {
@@ -41,8 +42,9 @@ public:
     /// Moves what the row's application has left, without asking; nothing while the application is
     /// already being removed.
     Q_INVOKABLE void removeLeftovers(int row);
-    /// Asks whether the row's application goes alone or with all that it has left. The question is
-    /// withdrawn when the list changes meanwhile.
+    /// Asks whether the row's application goes alone or with all that it has left; nothing when
+    /// nothing of it can be moved. The question is withdrawn when the application changes or goes
+    /// meanwhile, or a listing begins.
     Q_INVOKABLE void askUninstall(int row);
     /// The screen is gone: its filter is forgotten.
     Q_INVOKABLE void reset() { setFilter({}); }
@@ -56,11 +58,13 @@ private:
     void uninstall(const InstalledApp& app, bool appOnly);
     AppModel::Finished busyUntilFinished(const Uuid& app);
     void follow();
+    bool isQuestionOutdated() const;
 
     AppModel& m_model;
     std::unordered_map<Uuid, int> m_busy; // applications that are being removed, and how often
     AppRows m_rows;
     Confirmation m_confirmation;
+    std::optional<InstalledApp> m_asked; // what the question is about
     QString m_subtitle;
     QString m_filter;
 };

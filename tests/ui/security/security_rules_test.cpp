@@ -29,6 +29,7 @@ TEST(SecuritySummary, CountsFromHighRiskOnAndElseSpeaksAfterAReviewOnly)
         {{finding(suspicious)}, idle, "", ""},
         {{finding(confirmed), finding(highRisk), finding(safe)}, finished, "2 high-risk", "red"},
         {{finding(highRisk)}, idle, "1 high-risk", "red"},
+        {{finding(highRisk)}, ScanPhase::scanning("x"), "1 high-risk", "red"},
     };
     for (const auto& row : cases) {
         const auto summary = securitySummary(row.findings, row.phase);

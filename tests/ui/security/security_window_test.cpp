@@ -102,6 +102,19 @@ TEST_F(SecurityWindow, RemovesAFindingAfterAsking)
     EXPECT_FALSE(shown("Remove \"b.plist\"?"));
 }
 
+TEST_F(SecurityWindow, AQuestionStaysWhileItsFindingDoes)
+{
+    review({agent, "Users/alice/Library/LaunchAgents/b.plist"});
+    clickItem("remove 0");
+    waitFor("Remove \"a.plist\"?");
+    model->removeFinding(model->findings()[1]);
+    ASSERT_TRUE(processEventsUntil([&] { return model->findings().size() == 1; }));
+    processEvents();
+    EXPECT_TRUE(shown("Remove \"a.plist\"?"));
+    model->removeFinding(model->findings()[0]);
+    waitUntilGone("Remove \"a.plist\"?");
+}
+
 TEST_F(SecurityWindow, SaysWhyAFindingStays)
 {
     review({agent});

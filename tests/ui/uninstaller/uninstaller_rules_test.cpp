@@ -53,7 +53,11 @@ TEST(UninstallerRules, AsksWithAWayForTheApplicationAlone)
     EXPECT_EQ(question.alternative, "Move App Only to Trash");
     EXPECT_TRUE(question.destructive);
     editor.canBeMoved = false;
-    EXPECT_EQ(uninstallQuestion(editor).alternative, "");
+    const auto other = uninstallQuestion(editor);
+    EXPECT_EQ(other.title, "Remove leftovers of \"Code ␤Editor\"?");
+    EXPECT_EQ(other.action, "Move All Leftovers to Trash");
+    EXPECT_EQ(other.alternative, "");
+    EXPECT_FALSE(other.message.contains("The app and"));
 }
 
 /// Rows over a list that the test changes.
@@ -88,6 +92,35 @@ TEST_F(AppRowsTest, ShowsWhatAnOpenedApplicationHasLeft)
 
     EXPECT_EQ(rows.setOpen(2, false), 0) << "from one of its lines back to the application";
     EXPECT_THAT(shown(), ElementsAre("Editor", "Viewer", "Éditions", "- /home/left 1"));
+}
+
+TEST_F(AppRowsTest, SaysOfALeftoverWhoElseHasIt)
+{
+    apps[1].leftovers = apps[0].leftovers;
+    apps[2].leftovers.push_back(apps[0].leftovers[1]);
+    apps.push_back(apps[2]);
+    apps[3].name = "Fourth";
+    rows.reload();
+    rows.toggle(0);
+    EXPECT_EQ(rows.sharedText(0), "");
+    EXPECT_EQ(rows.sharedText(1), "also of Viewer");
+    EXPECT_EQ(rows.sharedText(2), "also of Viewer and 2 more");
+    apps.resize(2);
+    rows.reload();
+    rows.toggle(3);
+    EXPECT_EQ(rows.sharedText(4), "also of Editor");
+    apps.erase(apps.begin());
+    rows.reload();
+    EXPECT_EQ(rows.sharedText(1), "");
+}
+
+TEST_F(AppRowsTest, WithNothingToMoveThereIsNothingToPress)
+{
+    apps[0].canBeMoved = false;
+    EXPECT_TRUE(rows.canUninstall(0));
+    EXPECT_TRUE(rows.canUninstall(1));
+    apps[1].canBeMoved = false;
+    EXPECT_FALSE(rows.canUninstall(1));
 }
 
 TEST_F(AppRowsTest, LinesUpRowsOfTwoHeights)

@@ -147,6 +147,35 @@ TEST_F(UninstallerWindow, ADoubleClickIsAboutOneApplication)
     EXPECT_TRUE(isLeft("Caches/Code Editor/a"));
 }
 
+TEST_F(UninstallerWindow, AButtonThatIsHeldWhileTheListChangesDoesNothing)
+{
+    scanApps();
+    const auto place = middleOf(need("leftovers 0")).toPoint();
+    QTest::mousePress(window, Qt::LeftButton, {}, place);
+    model->uninstallApp(model->installedApps()[0], false);
+    ASSERT_TRUE(waitForEvent("Photo Desk uninstalled"));
+    letSettle();
+    QTest::mouseRelease(window, Qt::LeftButton, {}, place);
+    QTest::qWait(50);
+    EXPECT_TRUE(isLeft("Caches/Code Editor/a"));
+    clickItem("leftovers 0");
+    EXPECT_TRUE(waitForEvent("Code Editor leftovers removed"));
+}
+
+TEST_F(UninstallerWindow, AQuestionStaysWhileWhatItIsAboutDoes)
+{
+    scanApps();
+    clickItem("uninstall 1");
+    waitFor("Uninstall \"Code Editor\"?");
+    model->uninstallApp(model->installedApps()[0], false);
+    ASSERT_TRUE(waitForEvent("Photo Desk uninstalled"));
+    processEvents();
+    EXPECT_TRUE(shown("Uninstall \"Code Editor\"?"));
+    model->removeLeftovers(model->installedApps()[0]);
+    ASSERT_TRUE(waitForEvent("Code Editor leftovers removed"));
+    waitUntilGone("Uninstall \"Code Editor\"?");
+}
+
 TEST_F(UninstallerWindow, FindsByNameAndShowsWhatIsLeft)
 {
     scanApps();
