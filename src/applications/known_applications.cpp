@@ -28,6 +28,7 @@ struct Sign {
     bool isShown = false;
     bool isProgramItself = false; ///< the path is the application's and no file about it
     std::vector<std::string> terms = {};
+    std::optional<std::string> icon = {};
 };
 
 std::string programOf(const DesktopCommand& command)
@@ -44,7 +45,8 @@ Sign signOf(const DesktopEntry& entry, bool isManaged)
         .path = entry.path,
         .program = {},
         .isManaged = isManaged,
-        .isShown = !entry.isNotDisplayed};
+        .isShown = !entry.isNotDisplayed,
+        .icon = entry.icon};
     addTermsOfIdentifier(entry.identifier, sign.terms);
     addTermsOf(sign.name, sign.terms);
     if (entry.windowClass)
@@ -158,7 +160,8 @@ KnownApplication applicationOf(std::span<const Sign* const> signs)
         .identifier = first->identifier.empty() ? std::nullopt : std::optional(first->identifier),
         .path = first->path,
         .isManaged = false,
-        .isShown = first->isShown};
+        .isShown = first->isShown,
+        .icon = first->icon};
     for (const auto* sign : signs) {
         application.isManaged = application.isManaged || sign->isManaged;
         if (sign->isProgramItself)

@@ -19,6 +19,7 @@ struct KnownApplication {
     bool isManaged = false; ///< a package manager put it there, and it alone can take it away
     bool isShown = false; ///< the desktop's menus show it
     std::vector<std::string> terms = {}; ///< see `addTermsOf`
+    std::optional<std::string> icon = {}; ///< see `DesktopEntry::icon`
 };
 
 /// The applications that the layout's sources tell of, in their order; what several files tell of

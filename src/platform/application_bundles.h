@@ -9,6 +9,8 @@ namespace kestavon {
 struct BundleInfo {
     std::optional<std::string> identifier = {}; ///< such as "com.example.Editor"; never empty
     std::optional<std::string> name = {}; ///< as it is shown; never empty
+    /// Absolute path where its icon should lie, a file of pictures (.icns); nobody has looked.
+    std::optional<std::string> icon = {};
 
     friend bool operator==(const BundleInfo&, const BundleInfo&) = default;
 };

@@ -181,7 +181,8 @@ std::vector<InstalledApp> AppUninstaller::scanInstalledApps(const std::stop_toke
                 .bundleID = known[i].identifier,
                 .appURL = known[i].path,
                 .leftovers = {},
-                .canBeMoved = !known[i].isManaged});
+                .canBeMoved = !known[i].isManaged,
+                .icon = known[i].icon});
     }
 
     LeftoverSearch search(owners);
@@ -215,14 +216,15 @@ std::vector<InstalledApp> AppUninstaller::bundledApps(const std::stop_token& sto
             if (name.starts_with('.') || fileExtension(name) != "app")
                 continue;
             auto path = folder + '/' + name;
-            auto identifier = bundleInfo(path).identifier;
-            const auto facts = lookAt(entries->folder->get(), name.c_str());
+            auto info = bundleInfo(path);
+            const auto facts = lookAtSize(entries->folder->get(), name.c_str());
             apps.push_back({.id = Uuid::random(),
                 .name = std::string(withoutExtension(name)),
-                .bundleID = std::move(identifier),
+                .bundleID = std::move(info.identifier),
                 .appURL = std::move(path),
                 .leftovers = {},
-                .isDirectory = facts && facts->isDirectory});
+                .isDirectory = facts && facts->isDirectory,
+                .icon = std::move(info.icon)});
         }
     }
     return apps;

@@ -80,6 +80,7 @@ TEST(KnownApplications, HaveTheNamesUnderWhichTheyKeepData)
         EXPECT_THAT(firefox, Contains(term));
     const auto& gedit = applications[1].terms;
     EXPECT_THAT(gedit, ElementsAre("org.gnome.gedit", "gnome.gedit", "gedit"));
+    EXPECT_EQ(applications[1].icon, "accessories-text-editor");
 }
 
 } // namespace

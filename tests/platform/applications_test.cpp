@@ -31,6 +31,13 @@ TEST(BundleInfo, IsReadFromTheListInsideOrAtTheTop)
              "<key>CFBundleDisplayName</key><string>Long Name</string>"));
     EXPECT_EQ(
         bundleInfo(folder / "Named.app"), (BundleInfo{.identifier = {}, .name = "Long Name"}));
+    for (const std::string name : {"App Icon", "App Icon.icns", "../Icon"}) {
+        folder.writeFile("Drawn.app/Contents/Info.plist",
+            list("<key>CFBundleIconFile</key><string>" + name + "</string>"));
+        const auto icon = folder / "Drawn.app/Contents/Resources/App Icon.icns";
+        EXPECT_EQ(bundleInfo(folder / "Drawn.app").icon,
+            name.starts_with('.') ? std::nullopt : std::optional(icon));
+    }
 }
 
 TEST(BundleInfo, IsAbsentWhereTheListIsBrokenOrSaysSomethingElse)

@@ -51,7 +51,8 @@ struct InstalledApp {
     /// in the Trash already.
     bool canBeMoved = true;
     bool isDirectory = false; ///< what lies at `appURL`, as it was found; no link to one
-    std::string icon = {}; ///< absolute path of the file that its own icon is in; empty: none
+    std::optional<std::string> icon
+        = {}; ///< the icon's name in the desktop's theme, or its file's absolute path
 
     friend bool operator==(const InstalledApp&, const InstalledApp&) = default;
 

@@ -1,8 +1,10 @@
 #include "ui/processes/app_icon_provider.h"
 
+#include "platform/icns_file.h"
 #include "ui/processes/processes_rules.h"
 #include "ui/style/symbol_provider.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QIcon>
 #include <QImageReader>
@@ -41,6 +43,18 @@ QImage drawn(QSvgRenderer& drawing, int pixels)
     return image;
 }
 
+QImage scaled(QImageReader& reader, int pixels)
+{
+    constexpr int largestEdge = 4096; // a few bytes can say that they are gigabytes
+    const auto size = reader.size();
+    if (std::max(size.width(), size.height()) > largestEdge)
+        return {};
+    const auto image = reader.read();
+    return image.isNull()
+        ? image
+        : image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
 QImage readImage(const std::string& path, int pixels)
 {
     const auto name = QFile::decodeName(QByteArray::fromStdString(path));
@@ -50,10 +64,19 @@ QImage readImage(const std::string& path, int pixels)
     }
     QImageReader reader(name);
     reader.setDecideFormatFromContent(true);
-    auto image = reader.read();
-    return image.isNull()
-        ? image
-        : image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return scaled(reader, pixels);
+}
+
+/// The picture of an icon file that bundles have.
+QImage readBundleIcon(const std::string& path, int pixels)
+{
+    constexpr int smallestGood = 56; // a smaller one is dull where it is not shown at its own size
+    auto bytes = QByteArray::fromStdString(pngInIcnsFile(path, std::max(pixels, smallestGood)));
+    if (bytes.isEmpty())
+        return {};
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, "png");
+    return scaled(reader, pixels);
 }
 
 } // namespace
@@ -120,8 +143,12 @@ QImage AppIconProvider::requestImage(const QString& id, QSize* size, const QSize
     const int pixels
         = std::clamp(std::max(requestedSize.width(), requestedSize.height()), 1, largest);
     const auto color = QColor(u'#' + id.section(u'/', 0, 0));
-    const auto file = fileOf(iconOfKey(id.section(u'/', 1)), pixels);
-    auto image = file.empty() ? QImage() : readImage(file, pixels);
+    const auto icon = iconOfKey(id.section(u'/', 1));
+    QImage image;
+    if (icon.starts_with('/') && icon.ends_with(".icns"))
+        image = readBundleIcon(icon, pixels);
+    else if (const auto file = fileOf(icon, pixels); !file.empty())
+        image = readImage(file, pixels);
     if (image.isNull())
         image = SymbolProvider::draw(QStringLiteral("app.fill"), color, pixels);
     if (size)

@@ -9,8 +9,8 @@
 namespace kestavon {
 
 /// Draws applications' icons for `image://appicon/RRGGBB/KEY`: the icon that `iconKey` made the key
-/// of, from a file or the desktop's icon themes; the symbol of an application in that colour where
-/// there is none that can be read. Off the main thread.
+/// of, from a file (a Mac's .icns too) or the desktop's icon themes; the symbol of an application
+/// in that colour where there is none that can be read. Off the main thread.
 class AppIconProvider final : public QQuickImageProvider {
 public:
     /// `dataFolders` hold icons in "icons" and "pixmaps", the first goes first.

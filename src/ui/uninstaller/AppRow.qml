@@ -17,6 +17,7 @@ VirtualListRow {
         return {
             isApp: rows.isApp(row),
             name: rows.nameText(row),
+            icon: rows.iconText(row),
             detail: rows.detailText(row),
             size: rows.sizeText(row),
             color: rows.sizeColor(row),
@@ -64,12 +65,22 @@ VirtualListRow {
         x: line.cells[0].x
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: -0.5
-        visible: line.shown.isApp
+        visible: line.shown.isApp && line.shown.icon === ""
         symbol: "app.fill"
         tone: Theme.text3
         size: 28
         symbolSize: 16
         radius: 7
+    }
+    Loader {
+        x: line.cells[0].x
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: -0.5
+        active: line.shown.isApp && line.shown.icon !== ""
+        sourceComponent: AppIcon {
+            icon: line.shown.icon
+            size: 28
+        }
     }
     ElidedText {
         id: name

@@ -1,5 +1,6 @@
 #include "ui/uninstaller/app_rows.h"
 
+#include "ui/processes/processes_rules.h"
 #include "ui/uninstaller/uninstaller_rules.h"
 #include "ui/widgets/display_text.h"
 #include "ui/widgets/file_name_text.h"
@@ -76,6 +77,12 @@ FilePath AppRows::filePath(int row) const
         return {leftover->url};
     const auto* app = appOf(row);
     return {app ? app->appURL : std::string()};
+}
+
+QString AppRows::iconText(int row) const
+{
+    const auto* app = appOf(row);
+    return app ? iconKey(app->icon) : QString();
 }
 
 QString AppRows::idText(int row) const

@@ -53,6 +53,8 @@ public:
 
     /// @name Applications only
     /// @{
+    /// As AppIcon takes it; empty for none.
+    Q_INVOKABLE QString iconText(int row) const;
     Q_INVOKABLE QString filesText(int row) const;
     Q_INVOKABLE bool hasLeftovers(int row) const;
     Q_INVOKABLE bool isOpen(int row) const;

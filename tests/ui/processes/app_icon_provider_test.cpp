@@ -2,10 +2,12 @@
 #include "ui/processes/app_icon_provider.h"
 #include "ui/processes/processes_rules.h"
 
+#include <QBuffer>
 #include <QImage>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace kestavon {
 namespace {
@@ -19,6 +21,36 @@ protected:
         QImage image(pixels, pixels, QImage::Format_ARGB32);
         image.fill(color);
         ASSERT_TRUE(image.save(QString::fromStdString(folder / file), "PNG"));
+    }
+    /// An entry of a bundle's icon file.
+    static std::string entry(const std::string& type, const std::string& bytes)
+    {
+        return type + bigEndian(8 + bytes.size()) + bytes;
+    }
+    static std::string bundleIcon(const std::string& entries)
+    {
+        return "icns" + bigEndian(8 + entries.size()) + entries;
+    }
+    static std::string bigEndian(std::size_t number)
+    {
+        std::string bytes;
+        for (const int shift : {24, 16, 8, 0})
+            bytes += static_cast<char>(number >> shift);
+        return bytes;
+    }
+    static std::string png(const QColor& color, int pixels)
+    {
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        QImage image(pixels, pixels, QImage::Format_ARGB32);
+        image.fill(color);
+        EXPECT_TRUE(image.save(&buffer, "PNG"));
+        return bytes.toStdString();
+    }
+    QColor shownBundleIcon(const std::string& bytes)
+    {
+        return shown(folder.writeFile("Editor.app/Contents/Resources/Editor.icns", bytes));
     }
     /// What stands in the middle of the icon.
     QColor shown(const std::string& icon)
@@ -45,6 +77,52 @@ TEST_F(AppIcons, AreFoundByNameAndByPath)
     EXPECT_EQ(shown(folder / "elsewhere/odd name%2F.png"), Qt::cyan);
     write("user/icons/hicolor/48x48/apps/editor.png", Qt::yellow);
     EXPECT_EQ(shown("editor"), Qt::yellow) << "the user's own goes first";
+}
+
+TEST_F(AppIcons, OfABundleAreTheLeastThatIsLargeEnough)
+{
+    const auto small = entry("icp5", png(Qt::black, 32));
+    const auto right = entry("ic12", png(Qt::red, 64));
+    const auto large = entry("ic07", png(Qt::blue, 128));
+    const auto other = entry("icp6", "a picture of another format");
+    EXPECT_EQ(shownBundleIcon(bundleIcon(other + large + small + right)), Qt::red);
+    EXPECT_EQ(shownBundleIcon(bundleIcon(small + other + large)), Qt::blue);
+    EXPECT_EQ(shownBundleIcon(bundleIcon(other + small)), Qt::black) << "there is no larger one";
+    EXPECT_EQ(shownBundleIcon(bundleIcon(entry("name", png(Qt::red, 64)) + large)), Qt::blue);
+}
+
+TEST_F(AppIcons, OfABrokenBundleAreASymbol)
+{
+    const auto missing = shown("missing");
+    const auto picture = png(Qt::red, 64);
+    const auto whole = bundleIcon(entry("ic12", picture));
+    ASSERT_EQ(shownBundleIcon(whole), Qt::red);
+    for (std::size_t length = 0; length < whole.size(); length += length < 24 ? 1 : 17)
+        EXPECT_EQ(shownBundleIcon(whole.substr(0, length)), missing) << length;
+
+    auto gigantic = picture; // the width, as a PNG says it behind its first 16 bytes
+    gigantic.replace(16, 4, "\x7f\xff\xff\xff");
+    const std::string broken[]{
+        "icns",
+        "icnt" + whole.substr(4),
+        "icns" + bigEndian(0) + entry("ic12", picture),
+        "icns" + bigEndian(8) + entry("ic12", picture),
+        bundleIcon("ic12" + bigEndian(0) + picture),
+        bundleIcon("ic12" + bigEndian(7) + picture),
+        bundleIcon("ic12" + bigEndian(0xffffffff) + picture),
+        bundleIcon(entry("ic12", "")),
+        bundleIcon(entry("ic12", picture.substr(0, 8))),
+        bundleIcon(entry("ic12", gigantic)),
+        whole + std::string(8'000'000, 'x'),
+    };
+    for (const auto& bytes : broken)
+        EXPECT_EQ(shownBundleIcon(bytes), missing) << bytes.substr(0, 40);
+
+    const auto file = folder.writeFile("whole.icns", whole);
+    ASSERT_EQ(::symlink(file.c_str(), (folder / "link.icns").c_str()), 0);
+    ASSERT_EQ(::mkfifo((folder / "pipe.icns").c_str(), 0600), 0);
+    for (const auto* name : {"link.icns", "pipe.icns", "none.icns"})
+        EXPECT_EQ(shown(folder / name), missing) << name;
 }
 
 TEST_F(AppIcons, AreASymbolWhereNothingCanBeRead)
