@@ -9,7 +9,7 @@ SectionScreen {
 
     Timer {
         objectName: "refreshing"
-        running: true
+        running: screen.onScreen
         repeat: true
         triggeredOnStart: true
         interval: 1000

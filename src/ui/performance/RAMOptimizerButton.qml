@@ -24,6 +24,7 @@ AppButton {
 
     Timer {
         id: result
+        objectName: "resultTimer"
         interval: button.resultTime
         onTriggered: button.showResult = false
     }
