@@ -16,7 +16,7 @@ SectionScreen {
     Component.onCompleted: processes.begin()
     Timer {
         objectName: "refreshing"
-        running: true
+        running: screen.onScreen
         repeat: true
         triggeredOnStart: true
         interval: 3000
@@ -114,9 +114,18 @@ SectionScreen {
     AppText {
         anchors.horizontalCenter: rows.horizontalCenter
         y: rows.y + 40
-        visible: screen.processes.filter !== "" && screen.processes.rowCount === 0
+        visible: !screen.processes.empty && screen.processes.filter !== ""
+            && screen.processes.rowCount === 0
         text: "No matches"
         color: Theme.text2
+    }
+    EmptyState {
+        objectName: "noProcesses"
+        anchors.fill: rows
+        visible: screen.processes.empty
+        symbol: "terminal"
+        title: "No running applications"
+        message: "Applications appear here as soon as they are started."
     }
     ConfirmationDialogs {
         confirmation: screen.processes.confirmation

@@ -11,6 +11,22 @@
 
 namespace kestavon {
 
+namespace {
+
+/// A name that a sentence can hold: programs may call themselves anything, at any length.
+QString shortened(const QString& name)
+{
+    constexpr qsizetype most = 80;
+    if (name.size() <= most)
+        return name;
+    auto start = name.first(most - 1);
+    if (start.back().isHighSurrogate()) // half a character
+        start.chop(1);
+    return start + u'…';
+}
+
+} // namespace
+
 QString memoryFigure(std::uint64_t bytes)
 {
     constexpr auto most = std::uint64_t{std::numeric_limits<std::int64_t>::max()};
@@ -33,7 +49,7 @@ std::vector<AppProcessInfo> processesNamed(
 
 ConfirmationTexts forceQuitQuestion(const QString& name)
 {
-    return {.title = u"Force quit \"%1\"?"_s.arg(name),
+    return {.title = u"Force quit \"%1\"?"_s.arg(shortened(name)),
         .message = u"The app will be asked to quit. Unsaved data may be lost."_s,
         .action = u"Force Quit"_s,
         .destructive = true};
@@ -41,7 +57,7 @@ ConfirmationTexts forceQuitQuestion(const QString& name)
 
 QString quitFailure(const QString& name)
 {
-    return u"Could not quit %1 — permission denied."_s.arg(name);
+    return u"Could not quit %1 — permission denied."_s.arg(shortened(name));
 }
 
 QString iconKey(const std::optional<std::string>& icon)

@@ -22,6 +22,7 @@ bool isLargeProcess(const AppProcessInfo& process);
 std::vector<AppProcessInfo> processesNamed(
     const std::vector<AppProcessInfo>& processes, std::string_view text);
 
+/// The question and the failure cut a name that is longer than a sentence bears.
 ConfirmationTexts forceQuitQuestion(const QString& name);
 QString quitFailure(const QString& name);
 

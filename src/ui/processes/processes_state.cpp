@@ -12,6 +12,7 @@ ProcessesState::ProcessesState(AppModel& model)
     connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
         if (field != AppModel::Field::processes)
             return;
+        m_hasLooked = true;
         Q_EMIT countChanged();
         updateRows();
     });

@@ -16,6 +16,8 @@ class ProcessesState final : public QObject {
     Q_OBJECT
     /// How many run, whatever is searched for: "23 apps".
     Q_PROPERTY(QString countText READ countText NOTIFY countChanged)
+    /// It was looked, and nothing runs.
+    Q_PROPERTY(bool empty READ empty NOTIFY countChanged)
     /// Only those whose names contain it are in the rows.
     Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
     Q_PROPERTY(int rowCount READ rowCount NOTIFY rowsChanged)
@@ -28,6 +30,7 @@ public:
     explicit ProcessesState(AppModel& model);
 
     QString countText() const;
+    bool empty() const { return m_hasLooked && m_model.processes().empty(); }
     const QString& filter() const { return m_filter; }
     void setFilter(const QString& filter);
     int rowCount() const { return static_cast<int>(m_rows.size()); }
@@ -66,6 +69,7 @@ private:
     QString m_filter;
     std::vector<AppProcessInfo> m_rows;
     int m_revision = 0;
+    bool m_hasLooked = false;
     bool m_held = false;
 };
 

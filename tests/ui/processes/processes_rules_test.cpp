@@ -55,6 +55,18 @@ TEST(ProcessesRules, AskAndTellByName)
     EXPECT_EQ(quitFailure("Code Editor"), "Could not quit Code Editor — permission denied.");
 }
 
+TEST(ProcessesRules, CutNamesThatNoSentenceBears)
+{
+    const QString fits(80, u'n');
+    EXPECT_EQ(forceQuitQuestion(fits).title, "Force quit \"" + fits + "\"?");
+    const auto cut = QString(79, u'n') + u'…';
+    EXPECT_EQ(forceQuitQuestion(QString(4096, u'n')).title, "Force quit \"" + cut + "\"?");
+    EXPECT_EQ(quitFailure(QString(81, u'n')), "Could not quit " + cut + " — permission denied.");
+    const auto halved = QString(78, u'n') + QString::fromUcs4(U"\U0001F600") + QString(9, u'n');
+    EXPECT_EQ(forceQuitQuestion(halved).title, "Force quit \"" + QString(78, u'n') + u'…' + "\"?")
+        << "no half a character";
+}
+
 TEST(ProcessesRules, NameIconsByteForByte)
 {
     for (const std::string icon : {"org.example.Editor", "/a b/%2F\xFF.png", "#?"})
@@ -104,6 +116,16 @@ TEST_F(ProcessesStateTest, KeepsTheRowsWhileOneIsPressed)
     EXPECT_EQ(state.nameText(0), "A") << "until the click has come";
     test::processEvents();
     EXPECT_THAT(names(), ElementsAre("B", "C", "A"));
+}
+
+TEST_F(ProcessesStateTest, IsEmptyOnlyOnceItWasLooked)
+{
+    EXPECT_FALSE(state.empty()) << "nobody knows yet";
+    list({});
+    EXPECT_TRUE(state.empty());
+    list({app("Editor", 300, 9)});
+    state.setFilter("x");
+    EXPECT_FALSE(state.empty()) << "what runs is only not shown";
 }
 
 TEST_F(ProcessesStateTest, CountsAllWhileASearchNarrowsTheList)

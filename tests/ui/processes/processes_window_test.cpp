@@ -46,6 +46,18 @@ TEST_F(ProcessesWindow, ListsWhatRunsByMemoryAndProtectsTheSystem)
     EXPECT_EQ(item("forceQuit 2"), nullptr);
 }
 
+TEST_F(ProcessesWindow, SaysThatNothingRuns)
+{
+    EXPECT_EQ(item("noProcesses"), nullptr);
+    machine.runningApplications->applications.clear();
+    states->processes()->refresh();
+    waitFor("No running applications");
+    EXPECT_TRUE(shown("0 apps ·"));
+    press(Qt::Key_F, Qt::ControlModifier);
+    type("x");
+    EXPECT_FALSE(shown("No matches")) << "one face at a time";
+}
+
 TEST_F(ProcessesWindow, SearchesByNameAndCountsAll)
 {
     press(Qt::Key_F, Qt::ControlModifier);
@@ -135,6 +147,10 @@ TEST_F(ProcessesWindow, ReadsAgainForAsLongAsItIsShown)
     EXPECT_EQ(loop->property("interval").toInt(), 3000);
     EXPECT_TRUE(loop->property("running").toBool());
     EXPECT_TRUE(loop->property("repeat").toBool());
+    window->hide();
+    EXPECT_FALSE(loop->property("running").toBool()) << "it may stay so for days";
+    window->show();
+    EXPECT_TRUE(loop->property("running").toBool());
     model->setSection(AppSection::history);
     processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
