@@ -13,7 +13,9 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 #include <string_view>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -21,14 +23,15 @@ namespace kestavon {
 
 namespace {
 
-/// No icon is larger, in bytes; other files may be named too.
-constexpr ::off_t largestFile = 4 * 1024 * 1024;
-
 bool isReadable(const std::string& path)
 {
+    // No icon is larger, in bytes; other files may be named too. A drawing can say much more with
+    // each of its bytes than a picture.
+    constexpr ::off_t largestPicture = 4 * 1024 * 1024;
+    constexpr ::off_t largestDrawing = 512 * 1024;
     struct stat status { };
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)
-        && status.st_size <= largestFile;
+        && status.st_size <= (path.ends_with(".svg") ? largestDrawing : largestPicture);
 }
 
 QImage drawn(QSvgRenderer& drawing, int pixels)
@@ -58,12 +61,15 @@ QImage scaled(QImageReader& reader, int pixels)
 QImage readImage(const std::string& path, int pixels)
 {
     const auto name = QFile::decodeName(QByteArray::fromStdString(path));
-    if (path.ends_with(".svg") || path.ends_with(".svgz")) {
+    if (path.ends_with(".svg")) {
         QSvgRenderer drawing(name);
         return drawing.isValid() ? drawn(drawing, pixels) : QImage();
     }
     QImageReader reader(name);
     reader.setDecideFormatFromContent(true);
+    // Packed, or a drawing by another name: nobody knows how much it is.
+    if (reader.format().startsWith("svg"))
+        return {};
     return scaled(reader, pixels);
 }
 
@@ -79,12 +85,79 @@ QImage readBundleIcon(const std::string& path, int pixels)
     return scaled(reader, pixels);
 }
 
+class AppIconResponse;
+
+/// Brings an image to the response that waits for it, unless that has gone. Any thread.
+class Delivery {
+public:
+    explicit Delivery(AppIconResponse& response)
+        : m_response(&response)
+    {
+    }
+
+    bool isWanted()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_response;
+    }
+    void cancel()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_response = nullptr;
+    }
+    void bring(QImage image);
+
+private:
+    std::mutex m_mutex;
+    AppIconResponse* m_response; // guarded by m_mutex
+};
+
+/// Belongs to Qt, which frees it when it has finished.
+class AppIconResponse final : public QQuickImageResponse {
+public:
+    ~AppIconResponse() override { m_delivery->cancel(); }
+
+    const std::shared_ptr<Delivery>& delivery() const { return m_delivery; }
+    void finish(QImage image)
+    {
+        if (std::exchange(m_isFinished, true))
+            return;
+        m_image = std::move(image);
+        Q_EMIT finished();
+    }
+
+    QQuickTextureFactory* textureFactory() const override
+    {
+        return QQuickTextureFactory::textureFactoryForImage(m_image);
+    }
+    /// It must finish, though nobody looks at it any more.
+    void cancel() override
+    {
+        m_delivery->cancel();
+        QMetaObject::invokeMethod(
+            this, [this] { finish({}); }, Qt::QueuedConnection);
+    }
+
+private:
+    const std::shared_ptr<Delivery> m_delivery = std::make_shared<Delivery>(*this);
+    QImage m_image;
+    bool m_isFinished = false;
+};
+
+void Delivery::bring(QImage image)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_response)
+        return;
+    QMetaObject::invokeMethod(
+        m_response, [response = m_response, image = std::move(image)] { response->finish(image); },
+        Qt::QueuedConnection);
+}
+
 } // namespace
 
-AppIconProvider::AppIconProvider(const std::vector<std::string>& dataFolders)
-    : QQuickImageProvider(
-        QQmlImageProviderBase::Image, QQmlImageProviderBase::ForceAsynchronousImageLoading)
-    , m_dataFolders(dataFolders)
+AppIconFiles::AppIconFiles(const std::vector<std::string>& dataFolders)
+    : m_dataFolders(dataFolders)
 {
     for (const auto& theme : {QIcon::themeName().toStdString(), std::string("hicolor"),
              std::string("Adwaita"), std::string("breeze")}) {
@@ -93,15 +166,16 @@ AppIconProvider::AppIconProvider(const std::vector<std::string>& dataFolders)
     }
 }
 
-std::string AppIconProvider::fileOf(const std::string& icon, int pixels) const
+std::string AppIconFiles::fileOf(const std::string& icon, int pixels) const
 {
     if (icon.starts_with('/'))
         return isReadable(icon) ? icon : std::string();
     if (icon.empty() || icon.find('/') != icon.npos)
         return {};
-    // Drawings of the least size that is large enough, then larger ones, then the rest.
+    // The least size that is large enough, drawings, larger ones, and then the largest of the rest.
     std::vector<int> sizes{16, 22, 24, 32, 48, 64, 96, 128, 256, 512};
-    std::ranges::stable_partition(sizes, [pixels](int size) { return size >= pixels; });
+    std::ranges::reverse(
+        std::ranges::stable_partition(sizes, [pixels](int size) { return size >= pixels; }));
     std::vector<std::string> places;
     for (const auto size : sizes) {
         const auto edge = std::to_string(size);
@@ -137,23 +211,43 @@ std::string AppIconProvider::fileOf(const std::string& icon, int pixels) const
     return {};
 }
 
-QImage AppIconProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize)
+QImage AppIconFiles::draw(const std::string& icon, const QColor& color, int pixels) const
+{
+    QImage image;
+    if (icon.starts_with('/') && icon.ends_with(".icns"))
+        image = readBundleIcon(icon, pixels);
+    else if (const auto file = fileOf(icon, pixels); !file.empty())
+        image = readImage(file, pixels);
+    return image.isNull() ? SymbolProvider::draw(QStringLiteral("app.fill"), color, pixels) : image;
+}
+
+AppIconProvider::AppIconProvider(const std::vector<std::string>& dataFolders)
+    : AppIconProvider(
+        [files = AppIconFiles(dataFolders)](const std::string& icon, const QColor& color,
+            int pixels) { return files.draw(icon, color, pixels); })
+{
+}
+
+AppIconProvider::AppIconProvider(Draw draw)
+    : m_draw(std::make_shared<const Draw>(std::move(draw)))
+{
+}
+
+QQuickImageResponse* AppIconProvider::requestImageResponse(
+    const QString& id, const QSize& requestedSize)
 {
     constexpr int largest = 512;
     const int pixels
         = std::clamp(std::max(requestedSize.width(), requestedSize.height()), 1, largest);
     const auto color = QColor(u'#' + id.section(u'/', 0, 0));
     const auto icon = iconOfKey(id.section(u'/', 1));
-    QImage image;
-    if (icon.starts_with('/') && icon.ends_with(".icns"))
-        image = readBundleIcon(icon, pixels);
-    else if (const auto file = fileOf(icon, pixels); !file.empty())
-        image = readImage(file, pixels);
-    if (image.isNull())
-        image = SymbolProvider::draw(QStringLiteral("app.fill"), color, pixels);
-    if (size)
-        *size = image.size();
-    return image;
+    auto* const response = new AppIconResponse; // Qt's from here on
+    auto& queue = icon.starts_with('/') ? m_pathQueue : m_themeQueue;
+    queue.post([draw = m_draw, delivery = response->delivery(), icon, color, pixels] {
+        if (delivery->isWanted())
+            delivery->bring((*draw)(icon, color, pixels));
+    });
+    return response;
 }
 
 } // namespace kestavon

@@ -1,9 +1,14 @@
+#include "support/event_loop.h"
 #include "support/temporary_folder.h"
 #include "ui/processes/app_icon_provider.h"
 #include "ui/processes/processes_rules.h"
 
 #include <QBuffer>
 #include <QImage>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -55,10 +60,9 @@ protected:
     /// What stands in the middle of the icon.
     QColor shown(const std::string& icon)
     {
-        AppIconProvider provider({folder / "user", folder / "system"});
-        QSize size;
-        const auto image = provider.requestImage("00ff00/" + iconKey(icon), &size, {24, 24});
-        EXPECT_EQ(size, QSize(24, 24)) << icon;
+        const AppIconFiles files({folder / "user", folder / "system"});
+        const auto image = files.draw(icon, Qt::green, 24);
+        EXPECT_EQ(image.size(), QSize(24, 24)) << icon;
         return image.pixelColor(12, 12);
     }
 
@@ -72,6 +76,9 @@ TEST_F(AppIcons, AreFoundByNameAndByPath)
     write("system/pixmaps/viewer.png", Qt::blue);
     write("elsewhere/odd name%2F.png", Qt::cyan);
     EXPECT_EQ(shown("editor"), Qt::red) << "one that is large enough";
+    write("system/icons/hicolor/16x16/apps/small.png", Qt::black, 16);
+    write("system/icons/hicolor/22x22/apps/small.png", Qt::white, 22);
+    EXPECT_EQ(shown("small"), Qt::white) << "the largest, as none is large enough";
     EXPECT_EQ(shown("viewer"), Qt::blue);
     EXPECT_EQ(shown("viewer.png"), Qt::blue);
     EXPECT_EQ(shown(folder / "elsewhere/odd name%2F.png"), Qt::cyan);
@@ -132,9 +139,74 @@ TEST_F(AppIcons, AreASymbolWhereNothingCanBeRead)
     folder.writeFile("text.png", "no picture");
     folder.writeFile("huge.png", std::string(5 * 1024 * 1024, 'x'));
     folder.writeFile("broken.svg", "<svg");
+    const std::string drawing = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 9 9\">"
+                                "<rect width=\"9\" height=\"9\" fill=\"red\"/></svg>";
+    folder.writeFile("drawing.svg", drawing);
+    ASSERT_EQ(shown(folder / "drawing.svg"), Qt::red);
+    folder.writeFile("drawing.svgz", drawing);
+    folder.writeFile("drawing.png", drawing);
+    folder.writeFile("huge.svg", drawing + std::string(1024 * 1024, '\n'));
     for (const auto& icon : {std::string(), folder / "pipe.png", folder / "text.png",
-             folder / "huge.png", folder / "broken.svg", folder.path(), std::string("../x")})
+             folder / "huge.png", folder / "broken.svg", folder / "drawing.svgz",
+             folder / "drawing.png", folder / "huge.svg", folder.path(), std::string("../x")})
         EXPECT_EQ(shown(icon), missing) << icon;
+}
+
+/// What was asked of a provider. Qt, which would free it, does not know of it.
+class AskedIcon {
+public:
+    AskedIcon(AppIconProvider& provider, const std::string& icon)
+        : response(provider.requestImageResponse("00ff00/" + iconKey(icon), {24, 24}))
+    {
+        QObject::connect(
+            response.get(), &QQuickImageResponse::finished, response.get(), [this] { ++finished; });
+    }
+    bool finishes() const
+    {
+        return test::processEventsUntil([this] { return finished > 0; });
+    }
+    QImage image() const
+    {
+        const std::unique_ptr<QQuickTextureFactory> factory(response->textureFactory());
+        return factory->image();
+    }
+
+    const std::unique_ptr<QQuickImageResponse> response;
+    int finished = 0;
+};
+
+TEST(AppIconProvider, WaitsForNoFileThatHangs)
+{
+    const auto hung = std::make_shared<std::mutex>();
+    const auto began = std::make_shared<std::atomic<bool>>(false);
+    std::unique_lock hanging(*hung);
+    {
+        auto provider = std::make_unique<AppIconProvider>(
+            [hung, began](const std::string& icon, const QColor& color, int pixels) {
+                if (icon == "/dead/share.png") {
+                    *began = true;
+                    const std::lock_guard lock(*hung);
+                }
+                QImage image(pixels, pixels, QImage::Format_ARGB32);
+                image.fill(color);
+                return image;
+            });
+        AskedIcon dead(*provider, "/dead/share.png");
+        ASSERT_TRUE(test::processEventsUntil([&] { return began->load(); }));
+        AskedIcon next(*provider, "/dead/next.png");
+        AskedIcon themed(*provider, "editor");
+        EXPECT_TRUE(themed.finishes());
+        EXPECT_EQ(themed.image().size(), QSize(24, 24));
+        EXPECT_EQ(themed.image().pixelColor(12, 12), QColor(0, 255, 0));
+
+        EXPECT_EQ(dead.finished, 0);
+        next.response->cancel();
+        EXPECT_TRUE(next.finishes()) << "Qt waits for that before it frees it";
+        provider.reset(); // must not hang
+        dead.response->cancel();
+        EXPECT_TRUE(dead.finishes());
+    }
+    hanging.unlock(); // its image comes for a response that has gone
 }
 
 } // namespace
