@@ -3,6 +3,7 @@
 #include "cli/console.h"
 #include "cli/exit_code.h"
 #include "concurrency/giving_way.h"
+#include "platform/host_layout.h"
 #include "program_model.h"
 
 #include <QCoreApplication>
@@ -66,8 +67,7 @@ bool hasDisplay()
 int run(int argc, char** argv)
 {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    const auto own = withoutToolkitOptions(arguments);
-    const auto line = readCommandLine(own);
+    const auto line = readCommandLine(arguments);
     const auto console = processConsole();
     if (!line.error.empty()) {
         console.complain(line.error + " Try kestavon --help.");
@@ -77,9 +77,18 @@ int run(int argc, char** argv)
         std::cout << line.answer;
         return doneExitCode;
     }
+    if (const auto missing = missingPlaceOf(line, currentHostEnvironment().home);
+        !missing.empty()) {
+        console.complain(missing);
+        return failedExitCode;
+    }
+    if (const auto fault = folderFaultOf(line); !fault.empty()) {
+        console.complain(fault + " Try kestavon --help.");
+        return usageExitCode;
+    }
     if (line.verb != Verb::window)
         return runWithoutWindow(argc, argv, line);
-    if (!hasDisplay() && own.size() == arguments.size()) {
+    if (!hasDisplay() && withoutToolkitOptions(arguments).size() == arguments.size()) {
         console.complain("There is no display here for the window; kestavon scan does its first "
                          "part in the terminal.");
         return failedExitCode;

@@ -4,10 +4,15 @@
 #include "cli/manual.h"
 #include "cli/printable.h"
 #include "core/model/updater_controller.h"
+#include "platform/host_layout.h"
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <iterator>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -22,6 +27,19 @@ std::string marked(std::string argument)
     constexpr std::string_view special = "[{%\x01";
     const bool isSpecial = argument.empty() || special.find(argument.front()) != special.npos;
     return isSpecial ? '\x01' + argument : argument;
+}
+
+/// What the parser gets. It refuses "--" where a positional stands before it, so the words behind
+/// one are marked instead.
+std::vector<std::string> markedArguments(const std::vector<std::string>& arguments)
+{
+    const auto end = std::ranges::find(arguments, "--");
+    std::vector<std::string> all;
+    std::transform(arguments.begin(), end, std::back_inserter(all), marked);
+    if (end != arguments.end())
+        std::transform(std::next(end), arguments.end(), std::back_inserter(all),
+            [](const std::string& word) { return '\x01' + word; });
+    return all;
 }
 
 std::string sentence(const std::string& text)
@@ -62,16 +80,14 @@ const CLI::App& readCommand(const CLI::App& app)
     return commands.empty() ? app : readCommand(*commands.front());
 }
 
-} // namespace
-
-CommandLine readCommandLine(std::vector<std::string> arguments)
+CommandLine readAll(const std::vector<std::string>& arguments)
 {
     CommandLine line;
     const auto table = makeCommandTable(line);
-    std::ranges::transform(arguments, arguments.begin(), marked);
-    std::ranges::reverse(arguments); // the parser takes them from the end
+    auto words = markedArguments(arguments);
+    std::ranges::reverse(words); // the parser takes them from the end
     try {
-        table->parse(arguments);
+        table->parse(words);
         if (table->get_option("FOLDER")->count() > 0 && !table->get_subcommands().empty())
             line.error = "The folder comes after the command.";
         else
@@ -84,6 +100,99 @@ CommandLine readCommandLine(std::vector<std::string> arguments)
         line.error = sentence(error.what());
     }
     return line;
+}
+
+bool isRelative(const std::string& path)
+{
+    return !path.empty() && !path.starts_with('/');
+}
+
+/// Whether a path that was given means a place in the working folder.
+bool needsWorkingFolder(const CommandLine& line)
+{
+    const auto isPath
+        = [](const std::string& item) { return isRelative(item) && !isIdentifierStart(item); };
+    return isRelative(line.folder) || isRelative(line.into) || isRelative(line.systemRoot)
+        || std::ranges::any_of(line.paths, isRelative) || std::ranges::any_of(line.items, isPath);
+}
+
+bool needsHome(const CommandLine& line)
+{
+    switch (line.verb) {
+    case Verb::window:
+    case Verb::junk:
+    case Verb::apps:
+    case Verb::uninstall:
+    case Verb::safeAreaList:
+    case Verb::safeAreaRestore:
+    case Verb::safeAreaDelete:
+    case Verb::safeAreaEmpty: return true;
+    case Verb::startup:
+    case Verb::processes:
+    case Verb::memory: return false;
+    case Verb::clean:
+    case Verb::remove:
+    case Verb::merge: return line.cleansJunk || line.action != ActionKind::permanent;
+    case Verb::scan:
+    case Verb::large:
+    case Verb::suggestions:
+    case Verb::duplicates:
+    case Verb::security:
+    case Verb::disk: break;
+    }
+    return line.folder.empty();
+}
+
+} // namespace
+
+CommandLine readCommandLine(const std::vector<std::string>& arguments)
+{
+    auto line = readAll(arguments);
+    if (line.error.empty())
+        return line;
+    // A command's paths may look like the toolkit's options: they are never cut out.
+    const auto own = withoutToolkitOptions(arguments);
+    auto window = own.size() < arguments.size() ? readAll(own) : line;
+    return window.verb == Verb::window ? window : line;
+}
+
+std::string missingPlaceOf(const CommandLine& line, const std::string& home)
+{
+    std::error_code error;
+    if (needsWorkingFolder(line)) {
+        const auto folder = std::filesystem::current_path(error);
+        if (error == std::errc::no_such_file_or_directory)
+            return "The current folder no longer exists.";
+        if (error)
+            return "Where the current folder is cannot be told: " + error.message() + '.';
+    }
+    if (home == "/" && needsHome(line))
+        return "There is no home folder; set HOME.";
+    if (!line.systemRoot.empty() && !std::filesystem::is_directory(line.systemRoot, error))
+        return "There is no folder " + line.systemRoot + " for --system-root.";
+    return {};
+}
+
+std::string folderFaultOf(const CommandLine& line)
+{
+    std::error_code error;
+    if (line.verb != Verb::window || line.folder.empty()
+        || std::filesystem::is_directory(line.folder, error))
+        return {};
+    if (!error || error == std::errc::not_a_directory)
+        return line.folder + " is no folder.";
+    if (error != std::errc::no_such_file_or_directory)
+        return {}; // The window says why it cannot be read.
+    return line.folder.find('/') == std::string::npos
+        ? "There is neither a command nor a folder called " + line.folder + '.'
+        : "There is no folder " + line.folder + '.';
+}
+
+bool isIdentifierStart(std::string_view text)
+{
+    constexpr std::size_t fewest = 8;
+    return text.size() >= fewest
+        && text.find_first_not_of("0123456789abcdefABCDEF-") == std::string_view::npos;
 }
 
 std::vector<std::string> withoutToolkitOptions(const std::vector<std::string>& arguments)

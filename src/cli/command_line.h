@@ -73,8 +73,21 @@ struct CommandLine {
     std::string error; ///< what is wrong with it, one sentence; empty when nothing is
 };
 
-/// Reads `arguments`, the program's name not among them.
-CommandLine readCommandLine(std::vector<std::string> arguments);
+/// Reads `arguments`, the program's name not among them. Options that the window's toolkit takes
+/// for itself are passed over where there is no command; a command knows none of them.
+CommandLine readCommandLine(const std::vector<std::string>& arguments);
+
+/// Why the command cannot begin on this machine as it stands, in one sentence; empty when it can.
+/// A path that starts at a working folder which is gone would mean another place altogether, and
+/// so would a home that is not known: `home` is then "/", see `currentHostEnvironment`.
+std::string missingPlaceOf(const CommandLine& line, const std::string& home);
+
+/// What is wrong with the folder that the window is to open with, one sentence; empty when nothing
+/// is. A mistyped command reads as such a folder.
+std::string folderFaultOf(const CommandLine& line);
+
+/// Whether `text` may stand for a held item's identifier: its first 8 characters or more.
+bool isIdentifierStart(std::string_view text);
 
 /// The category that somebody means by a raw value ("App Caches") or by its words in any letter
 /// case and joined in any way ("app-caches", "appCaches"); nothing for any other text.

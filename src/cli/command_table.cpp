@@ -267,8 +267,8 @@ public:
 
         auto& restore = addCommand(safeArea, Verb::safeAreaRestore, "restore",
             "Put held items back where they came from.",
-            "An ITEM is the beginning of its identifier or the path it came from, as list shows "
-            "them. Nothing that has come to lie there is replaced.");
+            "An ITEM is the path it came from or its identifier as list shows it: 8 characters of "
+            "it or more. Nothing that has come to lie there is replaced.");
         addItems(restore);
         restore.add_flag_callback(
             "--all", [this] { m_line.all = true; }, "Every item whose place is known.");
@@ -447,7 +447,8 @@ constexpr std::array<ManualSection, 6> sections{{
         "plus the byte. Without the second key the path stands as it is."},
     {"EXIT STATUS",
         "    0    done\n"
-        "    1    something could not be done; what, stands on standard error\n"
+        "    1    something could not be done, the current folder or the home not\n"
+        "         found too; what, stands on standard error\n"
         "    2    the command line is wrong\n"
         "    130  interrupted by Ctrl+C"},
     {"ENVIRONMENT",

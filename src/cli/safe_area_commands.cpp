@@ -5,8 +5,11 @@
 #include "cli/report.h"
 #include "cli/text_table.h"
 #include "core/domain/removal_guard.h"
+#include "platform/host_layout.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace kestavon {
@@ -31,14 +34,23 @@ std::string placeText(const QuarantineItem& item)
                                      : item.originalPath;
 }
 
-bool isMeant(const QuarantineItem& item, const std::string& typed)
+/// Whether `path`, absolute and in its shortest form, or the identifier as typed means the item.
+bool isMeant(const QuarantineItem& item, const std::string& typed, const std::string& path)
 {
-    if (typed.starts_with('/'))
-        return item.originalPath == typed;
+    if (!path.empty() && item.originalPath == path)
+        return true;
     auto id = typed;
     std::ranges::transform(id, id.begin(),
         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-    return item.id.text().starts_with(id);
+    return isIdentifierStart(id) && item.id.text().starts_with(id);
+}
+
+/// The place that was typed. Empty for an identifier where no working folder could lead to a place.
+std::string placeOf(const std::string& typed)
+{
+    std::error_code error;
+    const auto folder = std::filesystem::current_path(error);
+    return error && !typed.starts_with('/') ? std::string() : typedPath(typed);
 }
 
 class SafeArea {
@@ -98,16 +110,31 @@ private:
         table.print(m_out);
     }
 
+    /// The history, and in JSON what is held now.
+    void printDeeds()
+    {
+        if (!m_removal.wants(OutputForm::json))
+            return m_removal.printDeeds();
+        printDocument(m_model, {DocumentField::history, DocumentField::heldItems}, m_out);
+    }
+
+    void printNothing(const std::string& sentence)
+    {
+        m_removal.wants(OutputForm::json) ? printDeeds() : m_removal.printNothing(sentence);
+    }
+
     /// The items that were named, each once; says which names mean none or several.
     Items meantItems()
     {
         Items meant;
         for (const auto& typed : m_line.items) {
             Items found;
+            const auto place = placeOf(typed);
             std::ranges::copy_if(m_model.earlierQuarantine(), std::back_inserter(found),
-                [&](const QuarantineItem& item) { return isMeant(item, typed); });
+                [&](const QuarantineItem& item) { return isMeant(item, typed, place); });
             if (found.empty())
-                m_removal.run().fail("No held item is called " + typed + '.');
+                m_removal.run().fail("No held item is called " + typed
+                    + "; its path is, or the first 8 characters of its identifier.");
             else if (found.size() > 1)
                 m_removal.run().fail(
                     typed + " means " + std::to_string(found.size()) + " items; give identifiers.");
@@ -141,7 +168,7 @@ private:
                 (m_model.*operation)(item, std::move(finished));
             });
         }
-        m_removal.printDeeds();
+        printDeeds();
     }
 
     /// Where the item goes; empty where that is not known.
@@ -168,7 +195,7 @@ private:
         if (m_line.dryRun)
             return show("Would restore", items);
         if (items.empty())
-            return m_removal.printNothing("Nothing was restored.");
+            return printNothing("Nothing was restored.");
         if (m_line.all && !m_removal.confirm(questions::restoreAll(items.size())))
             return;
         if (!m_line.all || !m_line.into.empty())
@@ -177,7 +204,7 @@ private:
             m_model.restoreAllEarlierHeldItems(std::move(finished));
         });
         tellWhatIsHeld(" could not be restored; something may lie at its place.");
-        m_removal.printDeeds();
+        printDeeds();
     }
 
     void remove()
@@ -186,7 +213,7 @@ private:
         if (m_line.dryRun)
             return show("Would delete", items);
         if (items.empty())
-            return m_removal.printNothing("Nothing was deleted.");
+            return printNothing("Nothing was deleted.");
         const auto question = items.size() == 1 ? questions::deleteHeld(originalName(items.front()))
                                                 : questions::deleteAll(items.size());
         if (!m_removal.confirm(question))
@@ -202,14 +229,14 @@ private:
         if (m_line.dryRun)
             return show("Would delete", items);
         if (items.empty())
-            return m_removal.printNothing("The Safe Area is empty.");
+            return printNothing("The Safe Area is empty.");
         if (!m_removal.confirm(questions::deleteAll(items.size())))
             return;
         m_removal.run().perform([this](AppModel::Finished finished) {
             m_model.deleteAllEarlierHeldItems(std::move(finished));
         });
         tellWhatIsHeld(" could not be deleted.");
-        m_removal.printDeeds();
+        printDeeds();
     }
 
     /// Those whose place is known, when all were to go back.

@@ -64,6 +64,8 @@ TEST(CommandLine, KeepsPathsAsTheShellGaveThem)
     EXPECT_EQ(readCommandLine(arguments).paths, odd);
     EXPECT_THAT(
         readCommandLine({"remove", "--to", "trash", "--", "--yes"}).paths, ElementsAre("--yes"));
+    EXPECT_THAT(readCommandLine({"remove", "--to", "trash", "a", "--", "-b", "--", "--to"}).paths,
+        ElementsAre("a", "-b", "--", "--to"));
     EXPECT_EQ(readCommandLine({"scan", "[x]"}).folder, "[x]");
 }
 
@@ -101,6 +103,25 @@ TEST(CommandLine, LeavesTheToolkitItsOptions)
     EXPECT_THAT(withoutToolkitOptions({"-platform", "offscreen", "--theme", "dark", "--style=x",
                     "-reverse", "--", "-platform"}),
         ElementsAre("--theme", "dark", "--", "-platform"));
+    const auto window = readCommandLine({"-platform", "offscreen", "--theme", "dark", "/srv"});
+    EXPECT_EQ(window.error, "");
+    EXPECT_EQ(window.folder, "/srv");
+    EXPECT_NE(readCommandLine({"remove", "a", "-style", "b", "--to", "trash"}).error, "")
+        << "a name that looks like one is not dropped, nor is its neighbour";
+}
+
+TEST(CommandLine, NeedsAHomeForWhatIsInIt)
+{
+    const std::string none = "There is no home folder; set HOME.";
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{}, {"scan"}, {"disk"},
+             {"junk"}, {"clean", "--junk", "all", "--to", "permanent"}, {"safe-area", "list"},
+             {"remove", "/x", "--to", "trash"}, {"uninstall", "x"}}) {
+        EXPECT_EQ(missingPlaceOf(readCommandLine(arguments), "/"), none);
+        EXPECT_EQ(missingPlaceOf(readCommandLine(arguments), "/home/alice"), "");
+    }
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"scan", "/srv"}, {"memory"}, {"remove", "/x", "--to", "permanent"}})
+        EXPECT_EQ(missingPlaceOf(readCommandLine(arguments), "/"), "");
 }
 
 /// Every command with the words that lead to it, and its options' long names.

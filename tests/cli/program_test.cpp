@@ -27,6 +27,11 @@ protected:
     {
         const auto command = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM HOME='"
             + home.path() + "' " KESTAVON_PROGRAM " " + line + " </dev/null";
+        return runShell(command);
+    }
+
+    static Ran runShell(const std::string& command)
+    {
         Ran ran;
         auto* pipe = ::popen(command.c_str(), "r");
         std::array<char, 4096> piece{};
@@ -71,6 +76,35 @@ TEST_F(Program, RemovesNothingWhenNobodyCanBeAsked)
     EXPECT_TRUE(std::filesystem::exists(file));
     EXPECT_EQ(run("remove '" + file + "' --to permanent --yes").code, 0);
     EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(Program, TakesNoRelativePathFromAFolderThatIsGone)
+{
+    const auto gone = home.makeFolder("gone");
+    const auto runInGone = [&](const std::string& line) {
+        home.makeFolder("gone");
+        const auto command = "cd '" + gone + "' && rmdir '" + gone + "' && HOME='" + home.path()
+            + "' " KESTAVON_PROGRAM " " + line + " 2>&1 </dev/null";
+        return runShell(command);
+    };
+    // Each would do nothing, were it to begin.
+    for (const char* line :
+        {".", "merge tmp --to permanent --dry-run", "clean . --to trash --dry-run", "scan nowhere",
+            "remove nowhere --to trash -n", "safe-area restore nowhere -n", "disk .",
+            "safe-area restore --all --into nowhere -n", "memory --system-root nowhere"}) {
+        const auto ran = runInGone(line);
+        EXPECT_EQ(ran.out, "kestavon: The current folder no longer exists.\n") << line;
+        EXPECT_EQ(ran.code, 1) << line;
+    }
+    EXPECT_EQ(runInGone("disk /").code, 0) << "a whole path needs no working folder";
+}
+
+TEST_F(Program, TakesAMistypedCommandForNeitherAFolderNorAnythingElse)
+{
+    const auto ran = run("scna 2>&1");
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_THAT(ran.out, HasSubstr("neither a command nor a folder called scna. Try kestavon"));
+    EXPECT_EQ(run("memory --system-root /nowhere/at/all 2>/dev/null").code, 1);
 }
 
 TEST_F(Program, TellsThatTheWindowNeedsADisplay)

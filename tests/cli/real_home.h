@@ -28,12 +28,12 @@ protected:
         environment.home = home.path();
     }
 
-    int run(std::vector<std::string> arguments)
+    int run(const std::vector<std::string>& arguments)
     {
         out.str({});
         err.str({});
         out.clear();
-        const auto line = readCommandLine(std::move(arguments));
+        const auto line = readCommandLine(arguments);
         EXPECT_EQ(line.error, "");
         auto seen = environment;
         seen.kind = line.layout;

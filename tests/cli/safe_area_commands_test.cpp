@@ -46,6 +46,27 @@ TEST_F(SafeAreaCommand, RestoresByPathAndByIdentifier)
     EXPECT_EQ(held().size(), 0U);
 }
 
+TEST_F(SafeAreaCommand, TakesNoShortNameForAnIdentifier)
+{
+    const auto id = held().at(0)["id"].get<std::string>();
+    for (const std::size_t length : {1, 2, 7}) {
+        EXPECT_EQ(run({"safe-area", "delete", id.substr(0, length), "--yes"}), 1);
+        EXPECT_THAT(err.str(), HasSubstr("No held item is called " + id.substr(0, length)));
+    }
+    EXPECT_EQ(held().size(), 2U);
+}
+
+TEST_F(SafeAreaCommand, FindsItemsByPathsInTheWorkingFolder)
+{
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(files());
+    const auto code = run({"safe-area", "delete", "./one", "--yes", "--json"});
+    std::filesystem::current_path(before);
+    EXPECT_EQ(code, 0) << err.str();
+    ASSERT_EQ(document()["quarantine"].size(), 1U) << "what is held still";
+    EXPECT_TRUE(document()["quarantine"][0].contains("originalPathBase64"));
+}
+
 TEST_F(SafeAreaCommand, ReplacesNothing)
 {
     home.writeFile("files/one", "newcomer");
@@ -84,7 +105,7 @@ TEST_F(SafeAreaCommand, DeletesWithAConfirmationOnly)
 TEST_F(SafeAreaCommand, SaysWhichItemsThereAreNot)
 {
     EXPECT_EQ(run({"safe-area", "restore", "/never/held", home / "files/one"}), 1);
-    EXPECT_THAT(err.str(), HasSubstr("No held item is called /never/held."));
+    EXPECT_THAT(err.str(), HasSubstr("No held item is called /never/held;"));
     EXPECT_TRUE(isThere("files/one")) << "the others go back all the same";
 }
 
