@@ -38,7 +38,7 @@ void DashboardState::findDuplicates()
 
 void DashboardState::reviewSecurity()
 {
-    m_model.setSection(AppSection::security);
+    m_model.startSecurityScan();
 }
 
 void DashboardState::update()

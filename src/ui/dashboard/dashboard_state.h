@@ -39,9 +39,12 @@ public:
     bool canReviewSecurity() const { return m_canReviewSecurity; }
     ActivityListModel* recentActivity() { return &m_recentActivity; }
 
-    /// Starts the search; the screen stays as it is, and the sidebar tells what was found.
+    /// @name Start a review
+    /// The screen stays as it is, and the sidebar tells what was found.
+    /// @{
     Q_INVOKABLE void findDuplicates();
     Q_INVOKABLE void reviewSecurity();
+    /// @}
 
 Q_SIGNALS:
     void changed();

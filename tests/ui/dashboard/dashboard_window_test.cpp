@@ -68,7 +68,11 @@ TEST_F(DashboardWindow, StartsTheAnalysesOnceThereIsSomethingToAnalyse)
     EXPECT_EQ(model->duplicates()->size(), 1U);
 
     clickItem("securityScan");
-    EXPECT_EQ(model->section(), AppSection::security);
+    EXPECT_TRUE(model->securityPhase().isScanning());
+    EXPECT_FALSE(enabled("securityScan"));
+    EXPECT_EQ(model->section(), AppSection::dashboard);
+    EXPECT_TRUE(processEventsUntil([&] { return enabled("securityScan"); }));
+    EXPECT_EQ(model->history().front().title, "Security scan complete");
 }
 
 TEST_F(DashboardWindow, ShowsRecentActivityOnlyWhenThereWasSome)
