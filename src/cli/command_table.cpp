@@ -426,10 +426,10 @@ constexpr std::array<ManualSection, 6> sections{{
     {"CONFIRMATION",
         "Nothing is removed without a confirmation. On a terminal the commands that remove ask the "
         "question that the window asks; elsewhere they do nothing without --yes. With --dry-run "
-        "they show what would happen and touch nothing. While they work, Ctrl+C stops them "
-        "cleanly: "
-        "what was done by then stays done, and nothing is left half done. A second Ctrl+C ends the "
-        "program at once; nothing is lost then either, and the next start clears up."},
+        "they show what would happen and touch nothing. While they work, Ctrl+C stops them: what "
+        "was done by then stays done, a copy that was being made is taken back, and of a folder "
+        "that was being deleted a part may be gone. A second Ctrl+C ends the program at once; what "
+        "was being moved is whole at one of its places then too, and the next start clears up."},
     {"JSON",
         "--json prints one document, in UTF-8. Its keys are named as the window's model names what "
         "it shows: records, storageSummary (count, bytes, hiddenBytes), cleanupCandidates, "

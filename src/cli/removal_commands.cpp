@@ -270,10 +270,13 @@ private:
         }
         if (m_line.dryRun) {
             if (m_removal.wants(OutputForm::json)) {
+                auto going = *app;
+                if (m_line.appOnly)
+                    going.leftovers.clear();
                 JsonWriter json(m_out);
                 json.beginObject();
                 json.key("installedApps");
-                writeJson(json, std::vector{*app});
+                writeJson(json, std::vector{std::move(going)});
                 json.endObject();
                 return json.finish();
             }

@@ -42,15 +42,15 @@ bool RemovalRun::confirm(const Question& question)
 void RemovalRun::tellWhatStayed(
     std::size_t count, const std::function<std::string(std::size_t)>& pathAt)
 {
-    if (m_run.isInterrupted())
-        return; // The rest was not tried.
+    const std::string because = m_run.isInterrupted()
+        ? " is still there. If it is a folder that was being deleted, a part of it is gone."
+        : " is still there: it is protected, was changed, or could not be moved.";
     constexpr std::size_t mostNamed = 20;
     std::size_t stayed = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const auto path = pathAt(i);
         if (m_model.platform().places->kindOf(path) && ++stayed <= mostNamed)
-            m_run.fail(
-                path + " is still there: it is protected, was changed, or could not be moved.");
+            m_run.fail(path + because);
     }
     if (stayed > mostNamed)
         m_run.fail("So are " + std::to_string(stayed - mostNamed) + " others.");
