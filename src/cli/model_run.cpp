@@ -69,7 +69,8 @@ void ModelRun::fail(std::string_view sentence)
     m_console.complain(sentence);
 }
 
-void ModelRun::runUntil(const std::function<bool()>& isDone, const std::function<void()>& stop)
+void ModelRun::run(const std::function<void()>& start, const std::function<bool()>& isDone,
+    const std::function<void()>& stop)
 {
     QEventLoop loop;
     ProgressLine line(m_console);
@@ -77,6 +78,7 @@ void ModelRun::runUntil(const std::function<bool()>& isDone, const std::function
         m_isInterrupted = true;
         stop();
     });
+    start(); // Not before somebody listens for Ctrl+C.
     QObject::connect(&m_model, &AppModel::fieldChanged, &loop, [&](AppModel::Field field) {
         // Work on files can only be stopped once it is shown.
         if (field == AppModel::Field::fileWork && m_isInterrupted)
@@ -117,8 +119,8 @@ std::string ModelRun::progressText() const
 
 bool ModelRun::scan()
 {
-    m_model.startStorageScan();
-    runUntil([this] { return !m_model.scanPhase().isScanning(); },
+    run([this] { m_model.startStorageScan(); },
+        [this] { return !m_model.scanPhase().isScanning(); },
         [this] { m_model.stopStorageScan(); });
     if (m_isInterrupted)
         return false;
@@ -134,8 +136,8 @@ bool ModelRun::scan()
 
 bool ModelRun::findDuplicates()
 {
-    m_model.startDuplicateAnalysis();
-    runUntil([this] { return !m_model.duplicatePhase().isScanning(); },
+    run([this] { m_model.startDuplicateAnalysis(); },
+        [this] { return !m_model.duplicatePhase().isScanning(); },
         [this] { m_model.stopDuplicateAnalysis(); });
     if (m_isInterrupted)
         return false;
@@ -147,26 +149,29 @@ bool ModelRun::findDuplicates()
 
 bool ModelRun::findJunk(const std::vector<JunkCategory>& categories)
 {
-    if (categories.empty())
-        m_model.scanAllJunk();
-    for (const auto category : categories)
-        m_model.scanJunkCategory(category);
-    runUntil([this] { return !isScanningAny(m_model.junkGroups()); },
+    run(
+        [&] {
+            if (categories.empty())
+                m_model.scanAllJunk();
+            for (const auto category : categories)
+                m_model.scanJunkCategory(category);
+        },
+        [this] { return !isScanningAny(m_model.junkGroups()); },
         [this] { m_model.stopJunkScan(); });
     return !m_isInterrupted;
 }
 
 bool ModelRun::reviewSecurity()
 {
-    m_model.startSecurityScan();
-    runUntil([this] { return !m_model.securityPhase().isScanning(); }, endAtOnce);
+    run([this] { m_model.startSecurityScan(); },
+        [this] { return !m_model.securityPhase().isScanning(); }, endAtOnce);
     return !m_isInterrupted;
 }
 
 bool ModelRun::findApps()
 {
-    m_model.loadInstalledApps();
-    runUntil([this] { return !m_model.isLoadingApps(); }, endAtOnce);
+    run([this] { m_model.loadInstalledApps(); }, [this] { return !m_model.isLoadingApps(); },
+        endAtOnce);
     return !m_isInterrupted;
 }
 
@@ -175,8 +180,8 @@ bool ModelRun::await(AppModel::Field field, const std::function<void()>& start)
     bool isPublished = false;
     const auto watch = QObject::connect(&m_model, &AppModel::fieldChanged,
         [&](AppModel::Field changed) { isPublished = isPublished || changed == field; });
-    start();
-    runUntil([&] { return isPublished; }, endAtOnce);
+    run(
+        start, [&] { return isPublished; }, endAtOnce);
     QObject::disconnect(watch);
     return !m_isInterrupted;
 }
@@ -187,11 +192,6 @@ bool ModelRun::perform(const Operation& operation)
     std::string problem;
     // The end may come after the last field's change, so it wakes the loop itself.
     QEventLoop loop;
-    operation([&](const std::string& error) {
-        problem = error;
-        isDone = true;
-        loop.quit();
-    });
     ProgressLine line(m_console);
     const InterruptWatch interrupts([this] {
         m_isInterrupted = true;
@@ -204,6 +204,11 @@ bool ModelRun::perform(const Operation& operation)
             m_model.stopFileWork();
         if (m_model.fileWork())
             line.show(workText(*m_model.fileWork()));
+    });
+    operation([&](const std::string& error) {
+        problem = error;
+        isDone = true;
+        loop.quit();
     });
     if (!isDone)
         loop.exec();

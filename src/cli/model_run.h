@@ -44,7 +44,8 @@ public:
     void fail(std::string_view sentence);
 
 private:
-    void runUntil(const std::function<bool()>& isDone, const std::function<void()>& stop);
+    void run(const std::function<void()>& start, const std::function<bool()>& isDone,
+        const std::function<void()>& stop);
     std::string progressText() const;
 
     AppModel& m_model;
