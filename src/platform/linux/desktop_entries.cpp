@@ -131,7 +131,7 @@ std::vector<std::string> listAt(const Keys& keys, std::string_view key)
     return partsOf(textAt(keys, key).value_or(""), ';');
 }
 
-/// The words of a command line, as the specification and the shell quote them.
+/// The words of a command line, as the Desktop Entry Specification and the shell quote them.
 class CommandWords {
 public:
     explicit CommandWords(std::string_view line)
