@@ -27,7 +27,7 @@ std::int64_t sizeOf(const char* folder, unsigned threads)
         else if (facts)
             bytes = saturatingSum(bytes, facts->size);
     }
-    for (const auto size : folderSizes(std::move(folders), {}, threads))
+    for (const auto size : folderSizes(std::move(folders), {}, {.threads = threads}))
         bytes = saturatingSum(bytes, size);
     return bytes;
 }

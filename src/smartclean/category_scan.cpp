@@ -1,312 +1,172 @@
 #include "smartclean/category_scan.h"
 
-#include "core/domain/file_name.h"
-#include "core/domain/record_list.h"
-#include "core/domain/removal_guard.h"
-#include "platform/application_bundles.h"
-#include "platform/letter_case.h"
-#include "smartclean/left_behind.h"
-#include "walk/place_folders.h"
+#include "smartclean/location_scan.h"
 
 #include <algorithm>
-#include <array>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 namespace kestavon {
 
 namespace {
 
-constexpr std::int64_t daysUntilOld = 90;
+using SteadyClock = std::chrono::steady_clock;
 
-std::optional<std::string> lowerCasedIfAny(const std::optional<std::string>& text)
-{
-    return text ? std::optional(lowerCased(*text)) : std::nullopt;
-}
+// As many folders of one category may be stuck before the rest of it is not looked at.
+constexpr unsigned mostThreads = 8;
 
-OrphanRule ruleFor(const HostLayout& layout, const RunningApplications& applications)
-{
-    OrphanRule rule;
-    for (const auto& folder : layout.applicationFolders) {
-        const auto entries = namedEntriesOf(folder);
-        if (!entries)
-            continue;
-        for (const auto& name : entries->names) {
-            if (fileExtension(name) != "app")
-                continue;
-            rule.addInstalled(lowerCased(withoutExtension(name)),
-                lowerCasedIfAny(bundleInfo(folder + '/' + name).identifier));
-        }
+/// Tells how long nothing has moved.
+class QuietTime {
+public:
+    explicit QuietTime(const std::atomic<std::uint64_t>& moves)
+        : m_moves(moves)
+        , m_seen(moves)
+    {
     }
-    for (const auto& application : applications.running()) {
-        rule.addRunning(lowerCasedIfAny(application.name), lowerCasedIfAny(application.identifier));
-        rule.addRunning(lowerCasedIfAny(application.program), {});
+
+    void begin() { m_since = SteadyClock::now(); }
+
+    SteadyClock::duration sinceMove()
+    {
+        const auto now = SteadyClock::now();
+        if (const auto seen = m_moves.load(); std::exchange(m_seen, seen) != seen)
+            m_since = now;
+        return now - m_since;
     }
-    return rule;
-}
 
-/// The rules that a stop cuts short; the others are over at once.
-bool hearsStop(JunkRule rule)
-{
-    return rule != JunkRule::oldEntries && rule != JunkRule::orphanedPreferences;
-}
-
-bool isOfOrphans(JunkRule rule)
-{
-    return rule == JunkRule::orphanedEntries || rule == JunkRule::orphanedPreferences
-        || rule == JunkRule::abandonedEntries || rule == JunkRule::abandonedContainers;
-}
-
-bool mayWriteInto(const FileDescriptor& folder)
-{
-    return ::faccessat(folder.get(), ".", W_OK, AT_EACCESS) == 0;
-}
-
-/// Whether who may write into the folder may also take this entry out of it: out of a sticky one
-/// only what is their own.
-bool mayTakeOut(int folder, const std::string& name)
-{
-    struct stat status { };
-    if (::fstat(folder, &status) != 0)
-        return false;
-    const auto user = ::geteuid();
-    if (user == 0 || !(status.st_mode & S_ISVTX) || status.st_uid == user)
-        return true;
-    return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0
-        && status.st_uid == user;
-}
-
-bool isOnTheSameDevice(int folder, const EntryFacts& facts)
-{
-    const auto itself = lookAt(folder, "");
-    return itself && itself->device == facts.device;
-}
-
-bool isMeant(EntryKinds kinds, const EntryFacts& facts)
-{
-    return kinds == EntryKinds::any || facts.isDirectory == (kinds == EntryKinds::folders);
-}
-
-bool isNamedBy(const std::vector<std::string>& patterns, const std::string& name)
-{
-    return patterns.empty() || std::ranges::any_of(patterns, [&name](const std::string& pattern) {
-        return namePatternMatches(pattern, name);
-    });
-}
-
-/// Where the items of a location can lie.
-std::vector<PlacePattern> placesOf(const JunkLocation& location)
-{
-    if (location.names.empty())
-        return {{.folder = location.folder, .below = location.below}};
-    std::vector<PlacePattern> places;
-    for (const auto& name : location.names)
-        places.push_back({.folder = location.folder,
-            .below = location.below + (location.below.empty() ? "" : "/") + name});
-    return places;
-}
-
-std::optional<Timestamp> dateOf(const EntryFacts& facts)
-{
-    if (facts.modifiedAt == RecordColumns::unknownTime)
-        return std::nullopt;
-    return Timestamp(std::chrono::nanoseconds(facts.modifiedAt));
-}
+private:
+    const std::atomic<std::uint64_t>& m_moves;
+    std::uint64_t m_seen;
+    SteadyClock::time_point m_since = SteadyClock::now();
+};
 
 } // namespace
 
 CategoryScan::CategoryScan(std::shared_ptr<const HostLayout> layout, SmartScannerTools tools,
-    JunkCategory category, std::stop_token stop)
+    JunkCategory category, ScanPatience patience)
     : m_layout(std::move(layout))
     , m_tools(std::move(tools))
-    , m_category(category)
-    , m_stop(std::move(stop))
-{
-}
-
-std::vector<CleanupCandidate> CategoryScan::run()
+    , m_patience(patience)
+    , m_moves(std::make_shared<std::atomic<std::uint64_t>>(0))
 {
     for (const auto& location : m_layout->junkLocations) {
-        if (location.category == m_category)
-            look(location);
-    }
-    return measured();
-}
-
-void CategoryScan::look(const JunkLocation& location)
-{
-    for (const auto& folder : foldersOf(location))
-        lookIn(location, folder);
-}
-
-std::vector<std::string> CategoryScan::foldersOf(const JunkLocation& location) const
-{
-    if (hearsStop(location.rule) && m_stop.stop_requested())
-        return {};
-    if (location.rule != JunkRule::trashedEntries || !m_tools.trash)
-        return foldersNamedBy({.folder = location.folder, .below = location.below});
-    std::vector<std::string> folders;
-    for (auto& place : m_tools.trash->trashPlaces())
-        folders.push_back(std::move(place.items));
-    return folders;
-}
-
-void CategoryScan::lookIn(const JunkLocation& location, const std::string& folder)
-{
-    const auto isCutShort = [&] { return hearsStop(location.rule) && m_stop.stop_requested(); };
-    if (isCutShort())
-        return;
-    const auto entries = namedEntriesOf(folder);
-    const bool needsToWrite = location.onlyRemovable || location.rule == JunkRule::orphanedEntries;
-    if (!entries || (needsToWrite && !mayWriteInto(*entries->folder)))
-        return;
-    for (const auto& name : entries->names) {
-        if (isCutShort())
-            return;
-        if (isNamedBy(location.names, name) && mayBeJunk(location, name))
-            lookAtEntry(location, folder, *entries, name);
+        if (location.category == category)
+            m_steps.push_back({&location, std::nullopt, m_findings.emplace(m_findings.end())});
     }
 }
 
-/// Whether the location's items are left to the other one.
-bool CategoryScan::yieldsTo(const JunkLocation& location, const JunkLocation& other) const
+std::vector<CleanupCandidate> CategoryScan::run(const std::stop_token& stop)
 {
-    if (!location.yields || &location == &other)
-        return false;
-    if (!other.yields)
-        return !isOfOrphans(other.rule);
-    if (location.folder == other.folder)
-        return &other < &location;
-    return isAtOrBelow(other.folder, location.folder);
-}
-
-bool CategoryScan::isLeftAlone(const JunkLocation& location, const std::string& path) const
-{
-    const auto touchesPath
-        = [&path](const PlacePattern& place) { return touchesPlace(path, place); };
-    if (std::ranges::any_of(m_layout->keptPlaces, touchesPath))
-        return true;
-    if (!location.yields)
-        return false;
-    const auto isOfAnother = [&](const JunkLocation& other) {
-        return yieldsTo(location, other) && std::ranges::any_of(placesOf(other), touchesPath);
-    };
-    return std::ranges::any_of(m_layout->junkLocations, isOfAnother)
-        || std::ranges::any_of(std::array{m_layout->home, m_layout->configHome, m_layout->dataHome,
-                                   m_layout->stateHome},
-            [&path](const std::string& base) { return isAtOrBelow(base, path); });
-}
-
-void CategoryScan::lookAtEntry(const JunkLocation& location, const std::string& folder,
-    const NamedEntries& entries, const std::string& name)
-{
-    auto path = (folder == "/" ? "" : folder) + '/' + name;
-    if (!isSafeToRemove(path) || isLeftAlone(location, path))
-        return;
-    const int listed = entries.folder->get();
-    const auto facts = lookAt(listed, name.c_str());
-    if (!facts || !isMeant(location.kinds, *facts) || !isJunk(location.rule, *facts))
-        return;
-    const bool isAbandonedKind = location.rule == JunkRule::abandonedEntries
-        || location.rule == JunkRule::abandonedContainers;
-    if (isAbandonedKind
-        && !isLeftBehind(
-            folder, name, location.rule == JunkRule::abandonedContainers, m_tools.clock->now()))
-        return;
-    if (location.onlyRemovable) {
-        const bool isAllowed = mayTakeOut(listed, name) && isOnTheSameDevice(listed, *facts);
-        if (!isAllowed || (m_tools.protectedPlaces && !m_tools.protectedPlaces->mayRemove(path)))
-            return;
+    const std::stop_callback passOn(stop, [this] { m_stop.request_stop(); });
+    std::unique_lock lock(m_mutex);
+    if (!m_steps.empty() && !startThread())
+        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    waitForEnd(lock, stop);
+    if (m_working > 0) {
+        lock.unlock();
+        m_stop.request_stop();
+        lock.lock();
+        waitForStopped(lock);
     }
-    Found found{.record = {.id = Uuid::random(),
-                    .path = std::move(path),
-                    .size = facts->size,
-                    .modifiedAt = dateOf(*facts),
-                    .isDirectory = facts->isDirectory},
-        .label = &location.label,
-        .folderToMeasure = {}};
-    if (isOfOrphans(location.rule))
-        found.record.modifiedAt.reset();
-    if (facts->isDirectory) {
-        found.folderToMeasure = m_foldersToMeasure.size();
-        m_foldersToMeasure.push_back(
-            {.parent = entries.folder, .name = name, .device = facts->device});
-    }
-    m_found.push_back(std::move(found));
-}
-
-/// What an entry's name alone says.
-bool CategoryScan::mayBeJunk(const JunkLocation& location, const std::string& name)
-{
-    switch (location.rule) {
-    case JunkRule::everyEntry:
-    case JunkRule::trashedEntries:
-    case JunkRule::oldEntries: return true;
-    case JunkRule::orphanedEntries: return isOrphan(name);
-    case JunkRule::abandonedEntries:
-    case JunkRule::abandonedContainers: return isAbandoned(location, name);
-    case JunkRule::orphanedPreferences: break;
-    }
-    return fileExtension(name) == "plist" && isOrphan(withoutExtension(name));
-}
-
-bool CategoryScan::isOrphan(std::string_view name)
-{
-    if (!OrphanRule::mayBeOrphan(name))
-        return false;
-    if (!m_orphanRule)
-        m_orphanRule = ruleFor(*m_layout, *m_tools.runningApplications);
-    return !m_orphanRule->isOwned(lowerCased(name));
-}
-
-bool CategoryScan::isAbandoned(const JunkLocation& location, const std::string& name)
-{
-    if (!m_programEvidence) {
-        std::vector<std::string> running;
-        for (const auto& application : m_tools.runningApplications->running()) {
-            for (const auto& known : {application.name, application.identifier}) {
-                if (known)
-                    running.push_back(*known);
-            }
-        }
-        m_programEvidence.emplace(*m_layout, running);
-    }
-    return location.rule == JunkRule::abandonedContainers
-        ? m_programEvidence->isAbandonedIdentifier(name)
-        : m_programEvidence->isAbandoned(name);
-}
-
-/// What else is to be known of it.
-bool CategoryScan::isJunk(JunkRule rule, const EntryFacts& facts)
-{
-    if (rule == JunkRule::orphanedPreferences)
-        return !facts.isDirectory;
-    if (rule != JunkRule::oldEntries)
-        return true;
-    if (!m_cutOff)
-        m_cutOff = m_tools.calendar->daysBefore(m_tools.clock->now(), daysUntilOld);
-    const auto date = dateOf(facts);
-    return date && *date < *m_cutOff;
-}
-
-std::vector<CleanupCandidate> CategoryScan::measured()
-{
-    const auto sizes = folderSizes(std::move(m_foldersToMeasure), m_stop);
+    m_steps.clear();
+    if (m_failure)
+        std::rethrow_exception(m_failure);
     std::vector<CleanupCandidate> candidates;
-    for (auto& found : m_found) {
-        if (found.folderToMeasure)
-            found.record.size = sizes[*found.folderToMeasure];
-        if (found.record.size < 1)
-            continue;
-        const auto bytes = found.record.size;
-        candidates.push_back({.id = Uuid::random(),
-            .record = std::move(found.record),
-            .reason = *found.label,
-            .estimatedBytes = bytes});
-    }
+    for (auto& findings : m_findings)
+        findings.takeInto(candidates);
     return candidates;
+}
+
+/// Until all is done, a stop is requested, or nothing moves any more.
+void CategoryScan::waitForEnd(std::unique_lock<std::mutex>& lock, const std::stop_token& stop)
+{
+    const auto pause = std::min(m_patience.untilNext, m_patience.inAll) / 4;
+    QuietTime sinceLastThread(*m_moves);
+    QuietTime quiet(*m_moves);
+    while (!m_changed.wait_for(lock, stop, pause, [this] { return m_working == 0; })) {
+        if (stop.stop_requested() || quiet.sinceMove() >= m_patience.inAll)
+            return;
+        if (sinceLastThread.sinceMove() < m_patience.untilNext || m_steps.empty())
+            continue;
+        if (m_started == mostThreads || !startThread())
+            return;
+        sinceLastThread.begin();
+    }
+}
+
+/// What is still to be listed is listed, as long as it goes on.
+void CategoryScan::waitForStopped(std::unique_lock<std::mutex>& lock)
+{
+    const auto deadline = SteadyClock::now() + m_patience.afterStop;
+    QuietTime quiet(*m_moves);
+    const auto allLeft = [this] { return m_working == 0; };
+    while (!m_changed.wait_for(lock, m_patience.quietAfterStop / 4, allLeft)) {
+        if (SteadyClock::now() >= deadline || quiet.sinceMove() >= m_patience.quietAfterStop)
+            return;
+    }
+}
+
+/// With the mutex held; false when the system has no more threads to give.
+bool CategoryScan::startThread()
+{
+    try {
+        std::thread([self = shared_from_this()] { self->work(); }).detach();
+    } catch (const std::system_error&) {
+        return false;
+    }
+    ++m_working;
+    ++m_started;
+    return true;
+}
+
+void CategoryScan::work()
+{
+    std::exception_ptr failure;
+    try {
+        takeSteps();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const std::lock_guard lock(m_mutex);
+    if (failure)
+        m_failure = failure;
+    --m_working;
+    m_changed.notify_all();
+}
+
+void CategoryScan::takeSteps()
+{
+    LocationScan scan(m_layout, m_tools, m_stop.get_token(), [moves = m_moves] { ++*moves; });
+    while (const auto step = nextStep()) {
+        if (step->folder)
+            scan.lookIn(*step->location, *step->folder, *step->findings);
+        else
+            addFolders(*step, scan.foldersOf(*step->location));
+        ++*m_moves;
+    }
+}
+
+std::optional<CategoryScan::Step> CategoryScan::nextStep()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_steps.empty())
+        return std::nullopt;
+    auto step = std::move(m_steps.front());
+    m_steps.pop_front();
+    return step;
+}
+
+/// They are the next steps, in their order.
+void CategoryScan::addFolders(const Step& location, std::vector<std::string> folders)
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<Step> steps;
+    for (auto& folder : folders)
+        steps.push_back(
+            {location.location, std::move(folder), m_findings.emplace(location.findings)});
+    m_steps.insert(m_steps.begin(), std::make_move_iterator(steps.begin()),
+        std::make_move_iterator(steps.end()));
 }
 
 } // namespace kestavon

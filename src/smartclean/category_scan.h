@@ -1,14 +1,17 @@
 #pragma once
 
-#include "applications/program_evidence.h"
 #include "core/domain/cleanup_candidate.h"
-#include "platform/host_layout.h"
-#include "smartclean/orphan_rule.h"
+#include "smartclean/junk_findings.h"
 #include "smartclean/smart_scanner.h"
-#include "walk/folder_names.h"
-#include "walk/folder_sizes.h"
 
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <exception>
+#include <list>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -16,47 +19,49 @@
 
 namespace kestavon {
 
-/// One run through the locations of a category: lists them, picks the entries that their rules call
-/// junk, and sums up the folders among those, all together.
-class CategoryScan {
+/// One run through the locations of a category, folder by folder, on a thread of its own. When
+/// nothing comes of a folder for a while, because its disk does not answer, another thread goes on
+/// with the next; threads that never come back are left behind, and own this together with whoever
+/// waits.
+class CategoryScan : public std::enable_shared_from_this<CategoryScan> {
 public:
     CategoryScan(std::shared_ptr<const HostLayout> layout, SmartScannerTools tools,
-        JunkCategory category, std::stop_token stop);
+        JunkCategory category, ScanPatience patience);
 
     /// As `SmartScanner::scanCategory`; once.
-    std::vector<CleanupCandidate> run();
+    std::vector<CleanupCandidate> run(const std::stop_token& stop);
 
 private:
-    /// An entry whose size is not known while it is a folder.
-    struct Found {
-        FileRecord record;
-        const std::string* label;
-        std::optional<std::size_t> folderToMeasure; ///< its position among those
+    using Place = std::list<JunkFindings>::iterator;
+
+    /// A folder to look in, or the location whose folders are to be found first.
+    struct Step {
+        const JunkLocation* location;
+        std::optional<std::string> folder;
+        Place findings; ///< for a location: what its folders' come before
     };
 
-    void look(const JunkLocation& location);
-    void lookIn(const JunkLocation& location, const std::string& folder);
-    void lookAtEntry(const JunkLocation& location, const std::string& folder,
-        const NamedEntries& entries, const std::string& name);
-    bool mayBeJunk(const JunkLocation& location, const std::string& name);
-    bool isLeftAlone(const JunkLocation& location, const std::string& path) const;
-    bool yieldsTo(const JunkLocation& location, const JunkLocation& other) const;
-    std::vector<std::string> foldersOf(const JunkLocation& location) const;
-    bool isJunk(JunkRule rule, const EntryFacts& facts);
-    bool isOrphan(std::string_view name);
-    bool isAbandoned(const JunkLocation& location, const std::string& name);
-    std::vector<CleanupCandidate> measured();
+    bool startThread();
+    void work();
+    void takeSteps();
+    std::optional<Step> nextStep();
+    void addFolders(const Step& location, std::vector<std::string> folders);
+    void waitForEnd(std::unique_lock<std::mutex>& lock, const std::stop_token& stop);
+    void waitForStopped(std::unique_lock<std::mutex>& lock);
 
     const std::shared_ptr<const HostLayout> m_layout;
     const SmartScannerTools m_tools;
-    const JunkCategory m_category;
-    const std::stop_token m_stop;
+    const ScanPatience m_patience;
+    std::stop_source m_stop;
+    const std::shared_ptr<std::atomic<std::uint64_t>> m_moves; ///< shared with walks' threads
 
-    std::optional<OrphanRule> m_orphanRule; // made when it is first needed
-    std::optional<ProgramEvidence> m_programEvidence; // the same
-    std::optional<Timestamp> m_cutOff; // the same
-    std::vector<Found> m_found;
-    std::vector<FolderToMeasure> m_foldersToMeasure;
+    std::mutex m_mutex;
+    std::condition_variable_any m_changed;
+    std::deque<Step> m_steps; // guarded by m_mutex
+    std::list<JunkFindings> m_findings; // guarded by m_mutex; each also by its own
+    unsigned m_working = 0; // guarded by m_mutex
+    unsigned m_started = 0; // guarded by m_mutex
+    std::exception_ptr m_failure; // guarded by m_mutex
 };
 
 } // namespace kestavon

@@ -25,15 +25,16 @@ constexpr std::array<std::string_view, 4> versionControlFolders{".git", ".hg", "
 /// Looks through a tree, until it finds a reason to leave it alone.
 class Inspection {
 public:
-    explicit Inspection(Timestamp now)
+    Inspection(Timestamp now, const std::function<bool()>& goesOn)
         : m_latest(now - youngestAge)
+        , m_goesOn(goesOn)
     {
     }
 
     bool isOld(const std::string& path)
     {
         struct stat status { };
-        if (++m_entries > mostEntries || ::lstat(path.c_str(), &status) != 0)
+        if (++m_entries > mostEntries || !m_goesOn() || ::lstat(path.c_str(), &status) != 0)
             return false;
         const auto changed = Timestamp(std::chrono::seconds(status.st_mtim.tv_sec)
             + std::chrono::nanoseconds(status.st_mtim.tv_nsec));
@@ -55,7 +56,8 @@ private:
 
     static bool isSavedGame(std::string_view name) { return lowerCased(name).starts_with("save"); }
 
-    Timestamp m_latest;
+    const Timestamp m_latest;
+    const std::function<bool()>& m_goesOn;
     int m_entries = 0;
 };
 
@@ -69,8 +71,8 @@ bool isFolderWith(const std::string& path, std::span<const std::string_view> wan
 
 } // namespace
 
-bool isLeftBehind(
-    const std::string& folder, const std::string& name, bool isContainer, Timestamp now)
+bool isLeftBehind(const std::string& folder, const std::string& name, bool isContainer,
+    Timestamp now, const std::function<bool()>& goesOn)
 {
     constexpr std::array<std::string_view, 3> partsOfContainers{"cache", "config", "data"};
     const auto path = folder + '/' + name;
@@ -84,7 +86,7 @@ bool isLeftBehind(
         if (::lstat(repository.c_str(), &status) == 0)
             return false;
     }
-    return Inspection(now).isOld(path);
+    return Inspection(now, goesOn).isOld(path);
 }
 
 } // namespace kestavon

@@ -9,6 +9,7 @@
 #include "platform/running_applications.h"
 #include "platform/trash.h"
 
+#include <chrono>
 #include <memory>
 #include <stop_token>
 #include <vector>
@@ -26,26 +27,41 @@ struct SmartScannerTools {
     std::shared_ptr<const Trash> trash = nullptr;
 };
 
+/// How long a scan waits when nothing moves, because a disk does not answer.
+struct ScanPatience {
+    /// Until the next folder is looked in by another thread.
+    std::chrono::milliseconds untilNext = std::chrono::seconds(1);
+    /// Until the folders that are stuck are given up, when nothing else is left to do.
+    std::chrono::milliseconds inAll = std::chrono::seconds(10);
+    /// The same once a stop was requested.
+    std::chrono::milliseconds quietAfterStop = std::chrono::milliseconds(80);
+    /// How long a stopped scan may list what it still lists, though it moves.
+    std::chrono::milliseconds afterStop = std::chrono::seconds(1);
+};
+
 /// Looks for junk, one category at a time, in the locations of the home's layout. It removes
 /// nothing. Plain and synchronous: calls come one at a time, off the main thread.
 class SmartScanner {
 public:
     /// Touches nothing.
-    SmartScanner(HostLayout layout, SmartScannerTools tools);
+    SmartScanner(HostLayout layout, SmartScannerTools tools, ScanPatience patience = {});
 
     /// What is junk now, by locations in their order and in each by the names' bytes: whole entries
     /// of a location with their sizes in bytes, none of them empty or protected. Each has a date
-    /// unless it is an orphan. What is missing or cannot be read is left out without a word.
+    /// unless it is an orphan. What is missing or cannot be read is left out without a word, and so
+    /// is, after a while, what lies on a disk that does not answer.
     ///
-    /// Once a stop is requested the rest of the locations, and of the folders to be summed up, is
-    /// cut short, and what was found comes back at once: sums may be too small then. Downloads and
-    /// preferences are still listed. Nothing comes back when the disk does not answer.
+    /// Once a stop is requested the folder that is being listed is still listed to its end, but
+    /// folders in it are not summed up, and locations that come later are not looked at, but for
+    /// downloads and preferences. What was found comes back at once: the folders that were being
+    /// summed up with the sums so far.
     std::vector<CleanupCandidate> scanCategory(
         JunkCategory category, const std::stop_token& stop = {}) const;
 
 private:
     std::shared_ptr<const HostLayout> m_layout;
     SmartScannerTools m_tools;
+    ScanPatience m_patience;
 };
 
 } // namespace kestavon

@@ -18,8 +18,10 @@ constexpr unsigned usualThreads = 16;
 
 class SizeWalk final : public FolderWalk {
 public:
-    SizeWalk(std::vector<FolderToMeasure> folders, const std::stop_token& stop, unsigned threads)
-        : FolderWalk({.threads = threads, .stop = stop})
+    SizeWalk(std::vector<FolderToMeasure> folders, const std::stop_token& stop, SizeOptions options)
+        : FolderWalk(
+            {.threads = options.threads != 0 ? options.threads : usualThreads, .stop = stop})
+        , m_visited(std::move(options.visited))
         , m_folders(std::move(folders))
         , m_sums(m_folders.size())
     {
@@ -35,6 +37,7 @@ private:
     void begin(Worker& worker) override;
     void add(std::uint32_t folder, std::int64_t bytes);
 
+    const std::function<void()> m_visited;
     const std::vector<FolderToMeasure> m_folders;
     std::vector<std::atomic<std::int64_t>> m_sums;
 };
@@ -80,6 +83,8 @@ void SizeWalk::Adder::visit(
     }
     keepNames(subfolders);
     m_walk.add(folder.number, bytes);
+    if (m_walk.m_visited)
+        m_walk.m_visited();
 }
 
 void SizeWalk::Adder::enter(const Folder& parent, const ListedName& name,
@@ -147,12 +152,11 @@ void SizeWalk::add(std::uint32_t folder, std::int64_t bytes)
 } // namespace
 
 std::vector<std::int64_t> folderSizes(
-    std::vector<FolderToMeasure> folders, const std::stop_token& stop, unsigned threads)
+    std::vector<FolderToMeasure> folders, const std::stop_token& stop, SizeOptions options)
 {
     if (folders.empty())
         return {};
-    const auto walk = std::make_shared<SizeWalk>(
-        std::move(folders), stop, threads != 0 ? threads : usualThreads);
+    const auto walk = std::make_shared<SizeWalk>(std::move(folders), stop, std::move(options));
     walk->start();
     walk->wait();
     return walk->sums();

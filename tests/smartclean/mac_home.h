@@ -46,13 +46,14 @@ public:
                 + "</string></dict></plist>");
     }
 
-    SmartScanner scanner() const
+    HostLayout layout() const { return makeHostLayout({.home = home, .systemRoot = disk.path()}); }
+    SmartScannerTools tools() const
     {
-        return {makeHostLayout({.home = home, .systemRoot = disk.path()}),
-            {.clock = clock,
-                .calendar = std::make_shared<SystemCalendar>(),
-                .runningApplications = runningApplications}};
+        return {.clock = clock,
+            .calendar = std::make_shared<SystemCalendar>(),
+            .runningApplications = runningApplications};
     }
+    SmartScanner scanner() const { return {layout(), tools()}; }
 
     std::vector<CleanupCandidate> candidates(
         JunkCategory category, const std::stop_token& stop = {}) const

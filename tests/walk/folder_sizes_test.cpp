@@ -31,7 +31,7 @@ Sizes sizesIn(const std::string& path, unsigned threads = 0, const std::stop_tok
         folders.push_back({.parent = entries->folder, .name = name, .device = facts->device});
         names.push_back(name);
     }
-    const auto sizes = folderSizes(std::move(folders), stop, threads);
+    const auto sizes = folderSizes(std::move(folders), stop, {.threads = threads});
     EXPECT_EQ(sizes.size(), names.size());
     Sizes result;
     for (std::size_t i = 0; i < sizes.size(); ++i)
