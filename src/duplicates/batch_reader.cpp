@@ -77,20 +77,23 @@ void note(ReadResult result, PlannedRead& read, DuplicateSearch& search)
     }
 }
 
-void finish(DuplicateSearch& search, const Waiting& waiting)
+void finish(DuplicateSearch& search, const Waiting& waiting, ProcessorTurns::Turn& turn)
 {
     const auto size = search.file(waiting.read->file).identity.size;
     const auto pieces = piecesOf(*waiting.read, size);
-    note(readBoth(waiting.file.get(), pieces, readFromDisk), *waiting.read, search);
+    const auto result = turn.whileWaiting(
+        [&waiting, &pieces] { return readBoth(waiting.file.get(), pieces, readFromDisk); });
+    note(result, *waiting.read, search);
 }
 
 } // namespace
 
-void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_t openFiles)
+void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_t openFiles,
+    ProcessorTurns::Turn& turn)
 {
     std::deque<Waiting> waiting; // the disk works on all of them at once
-    const auto finishOldest = [&search, &waiting] {
-        finish(search, waiting.front());
+    const auto finishOldest = [&search, &waiting, &turn] {
+        finish(search, waiting.front(), turn);
         waiting.pop_front();
     };
     for (auto& read : reads) {

@@ -21,6 +21,7 @@ struct PlannedRead {
 /// `openFiles` files at a time. A piece that reaches the end of its file is followed by room for
 /// one more byte, to see that the file does end there. Files that cannot be read leave the search,
 /// those that are not what they were are hashed later. Returns early when the search is stopped.
-void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_t openFiles);
+void readBatch(DuplicateSearch& search, std::span<PlannedRead> reads, std::size_t openFiles,
+    ProcessorTurns::Turn& turn);
 
 } // namespace kestavon

@@ -44,13 +44,14 @@ struct SamplePlace {
 void sampleFiles(DuplicateSearch& search, std::span<const std::uint32_t> files, SamplePlace place,
     std::vector<char>& buffer, std::size_t openFiles)
 {
+    ProcessorTurns::Turn turn(search.turns());
     const auto roomBytes = place.bytes() + 1;
     std::array<PlannedRead, sampledTogether> reads;
     const auto planned = std::span(reads).first(files.size());
     for (std::size_t i = 0; i < files.size(); ++i)
         planned[i] = place.readOf(files[i], search.file(files[i]).identity.size,
             std::span(buffer).subspan(i * roomBytes, roomBytes));
-    readBatch(search, planned, openFiles);
+    readBatch(search, planned, openFiles, turn);
     for (const auto& read : planned) {
         if (read.isRead)
             search.file(read.file).sample

@@ -30,6 +30,7 @@ DuplicateSearch::DuplicateSearch(std::shared_ptr<const RecordList> records,
     : m_records(std::move(records))
     , m_progress(std::move(progress))
     , m_stop(std::move(stop))
+    , m_turns(m_stop)
     , m_candidates(std::move(candidates))
 {
 }

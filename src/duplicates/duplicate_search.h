@@ -1,5 +1,6 @@
 #pragma once
 
+#include "concurrency/processor_turns.h"
 #include "duplicates/candidate_files.h"
 #include "duplicates/duplicate_finder.h"
 #include "duplicates/sha256_hex.h"
@@ -28,6 +29,8 @@ public:
     CandidateFile& file(std::uint32_t i) { return m_candidates.files[i]; }
     std::vector<CandidateFile>& files() { return m_candidates.files; }
     bool isStopped() const { return m_stop.stop_requested(); }
+    /// Held by whichever threads are not waiting for a disk.
+    ProcessorTurns& turns() { return m_turns; }
 
     /// Opens the file by the first of its names that still leads to it, and forgets the names
     /// before. Gives no descriptor when none does; then the file has left the search.
@@ -82,6 +85,7 @@ private:
     std::function<void(const DuplicateProgress&)> m_progress;
     std::stop_token m_stop;
 
+    ProcessorTurns m_turns;
     std::int64_t m_bytesToDo = 0; // fixed before the threads begin
     CandidateFiles m_candidates;
     std::atomic<std::int64_t> m_bytesDone = 0;

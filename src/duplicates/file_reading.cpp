@@ -161,8 +161,8 @@ void readAhead(int file, std::int64_t offset, std::int64_t bytes)
             file, offset + asked, std::min(fetchedAtOnce, bytes - asked), POSIX_FADV_WILLNEED);
 }
 
-ReadResult readOnwards(
-    FileReadOnwards& file, std::int64_t offset, std::span<char> into, bool isLast)
+ReadResult readOnwards(FileReadOnwards& file, std::int64_t offset, std::span<char> into,
+    bool isLast, ProcessorTurns::Turn& turn)
 {
     const auto got = readWithoutWaiting(file.file.get(), offset, into);
     const auto wanted = into.size() - (isLast ? 1 : 0);
@@ -179,8 +179,10 @@ ReadResult readOnwards(
         return ReadResult::complete;
     const auto rest = into.subspan(got);
     const auto next = offset + static_cast<std::int64_t>(got);
-    return isLast ? readLastPiece(file.file.get(), next, rest)
-                  : readPiece(file.file.get(), next, rest);
+    return turn.whileWaiting([&file, next, rest, isLast] {
+        return isLast ? readLastPiece(file.file.get(), next, rest)
+                      : readPiece(file.file.get(), next, rest);
+    });
 }
 
 std::size_t openFilesPerThread(unsigned threads)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "concurrency/processor_turns.h"
 #include "core/domain/file_identity.h"
 #include "core/domain/result.h"
 #include "platform/linux/file_descriptor.h"
@@ -83,9 +84,10 @@ struct FileReadOnwards {
 };
 
 /// Reads the next piece of such a file, which begins at `offset`; the last one as `readLastPiece`
-/// does. Once a piece had to come from a disk, the disk is kept a few pieces ahead.
-ReadResult readOnwards(
-    FileReadOnwards& file, std::int64_t offset, std::span<char> into, bool isLast);
+/// does. Once a piece had to come from a disk, the disk is kept a few pieces ahead; while
+/// it is waited for, it is another thread's turn.
+ReadResult readOnwards(FileReadOnwards& file, std::int64_t offset, std::span<char> into,
+    bool isLast, ProcessorTurns::Turn& turn);
 
 /// How many files each of `threads` threads may hold open, so that neither they nor the rest of the
 /// process run out of descriptors.

@@ -76,6 +76,7 @@ public:
     Comparer(DuplicateSearch& search, ReadingOrder& order)
         : m_search(search)
         , m_order(order)
+        , m_turn(search.turns())
     {
     }
 
@@ -263,7 +264,7 @@ private:
     {
         const bool isLast = comparison.offset + static_cast<std::int64_t>(bytes) == comparison.size;
         const auto result = readOnwards(member.content, comparison.offset,
-            std::span(into).first(bytes + (isLast ? 1 : 0)), isLast);
+            std::span(into).first(bytes + (isLast ? 1 : 0)), isLast, m_turn);
         if (result == ReadResult::complete)
             return true;
         auto& candidate = m_search.file(member.candidate);
@@ -317,6 +318,7 @@ private:
 
     DuplicateSearch& m_search;
     ReadingOrder& m_order;
+    ProcessorTurns::Turn m_turn;
     std::array<Lane, 2> m_lanes;
     std::vector<char> m_other; // the piece that is compared
     std::vector<char> m_hashedBuffer; // holds the piece that the hashing thread is at

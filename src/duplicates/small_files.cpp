@@ -65,6 +65,7 @@ public:
 
     void compare(const Batch& batch)
     {
+        ProcessorTurns::Turn turn(m_search.turns());
         m_reads.clear();
         auto room = std::span(m_contents);
         for (const auto& set : batch.sets) {
@@ -74,7 +75,7 @@ public:
                 room = room.subspan(size + 1);
             }
         }
-        readBatch(m_search, m_reads, m_openFiles);
+        readBatch(m_search, m_reads, m_openFiles, turn);
         if (m_search.isStopped())
             return;
         auto reads = std::span(m_reads);

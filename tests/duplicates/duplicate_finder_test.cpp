@@ -352,9 +352,11 @@ TEST(FileReading, ALastPieceMustEndTheFile)
     EXPECT_TRUE(endsAt(opened->file.get(), 10));
     EXPECT_FALSE(endsAt(opened->file.get(), 9));
     FileReadOnwards onwards{.file = std::move(openRegularFile(folder / "file")->file)};
-    EXPECT_EQ(readOnwards(onwards, 0, std::span(room).first(10), true), ReadResult::longer);
-    EXPECT_EQ(readOnwards(onwards, 0, room, true), ReadResult::complete);
-    EXPECT_EQ(readOnwards(onwards, 0, room, false), ReadResult::shorter);
+    ProcessorTurns turns({});
+    ProcessorTurns::Turn turn(turns);
+    EXPECT_EQ(readOnwards(onwards, 0, std::span(room).first(10), true, turn), ReadResult::longer);
+    EXPECT_EQ(readOnwards(onwards, 0, room, true, turn), ReadResult::complete);
+    EXPECT_EQ(readOnwards(onwards, 0, room, false, turn), ReadResult::shorter);
 }
 
 } // namespace
