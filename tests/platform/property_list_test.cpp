@@ -87,6 +87,17 @@ TEST(XmlPropertyList, HoldsEveryKindOfValue)
         }));
 }
 
+TEST(XmlPropertyList, TakesDatesThatNoMomentReachesForTheFurthest)
+{
+    EXPECT_EQ(*valueOf(xml("<date>4001-01-01T00:00:00Z</date>")), value(Timestamp::max()));
+    EXPECT_EQ(*valueOf(xml("<date>0001-01-01T00:00:00Z</date>")), value(Timestamp::min()));
+}
+
+TEST(XmlPropertyList, MayBeginWithEmptyLines)
+{
+    EXPECT_EQ(*valueOf("\n \r\n" + xml("<true/>")), value(true));
+}
+
 TEST(XmlPropertyList, MayBeWrittenInUtf16)
 {
     const std::string ascii

@@ -19,12 +19,19 @@ struct FreeParser {
 };
 using Parser = std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser>;
 
+/// Editors and templates leave empty lines before a list, which XML forbids before its declaration.
+std::string_view withoutBlankStart(std::string_view bytes)
+{
+    bytes.remove_prefix(std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size()));
+    return bytes;
+}
+
 /// Builds the value while the elements go by. The parser is stopped at the first thing that is
 /// wrong, and by any entity that the list declares: those are what small files grow large with.
 class XmlReader {
 public:
     XmlReader(std::string_view bytes, const PropertyListLimits& limits)
-        : m_bytes(bytes)
+        : m_bytes(withoutBlankStart(bytes))
         , m_budget(limits)
         , m_parser(XML_ParserCreate(nullptr))
     {

@@ -84,11 +84,15 @@ MaybeValue dateOf(std::string_view text)
     };
     namespace chrono = std::chrono;
     const auto day = chrono::year(number(0, 4)) / number(5, 2) / number(8, 2);
-    // Other years are further from 1970 than a moment can tell.
-    constexpr int first = 1678;
-    constexpr int last = 2261;
-    if (!day.ok() || day.year() < chrono::year(first) || day.year() > chrono::year(last))
+    if (!day.ok())
         return std::nullopt;
+    // Others are further from 1970 than a moment can tell; year 4001 is how lists say "never".
+    constexpr chrono::year first(1678);
+    constexpr chrono::year last(2261);
+    if (day.year() < first)
+        return PropertyValue{Timestamp::min()};
+    if (day.year() > last)
+        return PropertyValue{Timestamp::max()};
     return PropertyValue{Timestamp(chrono::sys_days(day)) + chrono::hours(number(11, 2))
         + chrono::minutes(number(14, 2)) + chrono::seconds(number(17, 2))};
 }
