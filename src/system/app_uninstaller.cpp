@@ -96,8 +96,9 @@ bool countsByRule(LeftoverRule rule, const EntryFacts& facts)
 /// Collects the leftovers of one scan.
 class LeftoverSearch {
 public:
-    explicit LeftoverSearch(const Owners& owners)
+    LeftoverSearch(const Owners& owners, const ProtectedPlaces* protectedPlaces)
         : m_owners(owners)
+        , m_protectedPlaces(protectedPlaces)
     {
     }
 
@@ -136,7 +137,7 @@ private:
             .folderToMeasure = {},
             .owners = std::move(owners)};
         const auto facts = lookAt(entries.folder->get(), name.c_str());
-        if (!facts || !isSafeToRemove(leftover.path) || !isMeant(location.kinds, *facts)
+        if (!facts || !mayRemove(leftover.path) || !isMeant(location.kinds, *facts)
             || !countsByRule(location.rule, *facts))
             return;
         if (facts->isDirectory) {
@@ -149,15 +150,23 @@ private:
         m_leftovers.push_back(std::move(leftover));
     }
 
+    bool mayRemove(const std::string& path) const
+    {
+        return m_protectedPlaces ? m_protectedPlaces->mayRemove(path) : isSafeToRemove(path);
+    }
+
     const Owners& m_owners;
+    const ProtectedPlaces* m_protectedPlaces;
     std::vector<Leftover> m_leftovers;
     std::vector<FolderToMeasure> m_foldersToMeasure;
 };
 
 } // namespace
 
-AppUninstaller::AppUninstaller(const HostLayout& layout)
+AppUninstaller::AppUninstaller(
+    const HostLayout& layout, std::shared_ptr<const ProtectedPlaces> protectedPlaces)
     : m_layout(layout)
+    , m_protectedPlaces(std::move(protectedPlaces))
 {
 }
 
@@ -185,7 +194,7 @@ std::vector<InstalledApp> AppUninstaller::scanInstalledApps(const std::stop_toke
                 .icon = known[i].icon});
     }
 
-    LeftoverSearch search(owners);
+    LeftoverSearch search(owners, m_protectedPlaces.get());
     for (const auto& location : m_layout.leftoverLocations)
         search.look(location, stop);
     for (const auto& leftover : search.measured(stop)) {

@@ -2,7 +2,9 @@
 
 #include "core/domain/installed_app.h"
 #include "platform/host_layout.h"
+#include "platform/protected_places.h"
 
+#include <memory>
 #include <stop_token>
 #include <vector>
 
@@ -12,8 +14,9 @@ namespace kestavon {
 /// synchronous: calls come one at a time, off the main thread.
 class AppUninstaller {
 public:
-    /// Touches nothing.
-    explicit AppUninstaller(const HostLayout& layout);
+    /// Touches nothing. What may not be removed from this machine is nobody's leftover.
+    explicit AppUninstaller(
+        const HostLayout& layout, std::shared_ptr<const ProtectedPlaces> protectedPlaces = nullptr);
 
     /// The applications with their leftovers, those that leave most first, and otherwise in the
     /// order of the folders and of the names' bytes. Everything has a new id. A leftover's size is
@@ -27,6 +30,7 @@ private:
     std::vector<InstalledApp> bundledApps(const std::stop_token& stop) const;
 
     HostLayout m_layout;
+    std::shared_ptr<const ProtectedPlaces> m_protectedPlaces;
 };
 
 } // namespace kestavon

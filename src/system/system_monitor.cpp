@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include <unistd.h>
+
 namespace kestavon {
 
 namespace {
@@ -62,7 +64,8 @@ bool isSystemProcess(const RunningApplication& application)
     constexpr std::string_view makersPrefix = "com.apple.";
     constexpr std::int32_t firstOfUsers = 200; // those below were started with the system
     return (application.identifier && application.identifier->starts_with(makersPrefix))
-        || application.process < firstOfUsers || application.isOthers || application.isOfSession;
+        || application.process < firstOfUsers || application.isOthers || application.isOfSession
+        || application.process == ::getpid();
 }
 
 } // namespace kestavon

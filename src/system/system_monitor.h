@@ -39,8 +39,8 @@ private:
     std::shared_ptr<ProcessSignals> m_signals;
 };
 
-/// Whether the user must not end it: the system's own, another user's, and what the session cannot
-/// do without.
+/// Whether the user must not end it: the system's own, another user's, what the session cannot do
+/// without, and this program, which has a way out of its own.
 bool isSystemProcess(const RunningApplication& application);
 
 } // namespace kestavon

@@ -24,10 +24,11 @@ std::string_view trimmed(std::string_view text)
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The value of the first line "key=..." in the group.
+/// The first value that "key=..." has in the group, once an empty one has taken back those before.
 std::string_view valueIn(std::string_view text, std::string_view group, std::string_view key)
 {
     bool isInGroup = false;
+    std::string_view value;
     while (!text.empty()) {
         const auto end = std::min(text.find('\n'), text.size());
         const auto line = trimmed(text.substr(0, end));
@@ -35,10 +36,13 @@ std::string_view valueIn(std::string_view text, std::string_view group, std::str
         if (line.starts_with('['))
             isInGroup = line == group;
         const auto equals = line.find('=');
-        if (isInGroup && equals != line.npos && trimmed(line.substr(0, equals)) == key)
-            return trimmed(line.substr(equals + 1));
+        if (!isInGroup || equals == line.npos || trimmed(line.substr(0, equals)) != key)
+            continue;
+        const auto next = trimmed(line.substr(equals + 1));
+        if (value.empty() || next.empty())
+            value = next;
     }
-    return {};
+    return value;
 }
 
 /// The file of the unit: what the link leads to, or one beside it.

@@ -169,6 +169,23 @@ TEST(UninstallerOfALinuxHome, FindsWhatAnApplicationLeavesFolderByFolder)
             "Tune Player, managed", ".local/share/tunes App Support", "Own Tool"));
 }
 
+TEST(UninstallerOfALinuxHome, WhatMayNotBeRemovedIsNobodysLeftover)
+{
+    const test::TemporaryTree disk;
+    disk.writeFile("usr/share/applications/org.kestavon.Kestavon.desktop",
+        "[Desktop Entry]\nType=Application\nName=Kestavon\nExec=kestavon\n");
+    disk.file("home/a/.local/share/Kestavon/Safe Area/held", 5);
+    disk.file("home/a/.config/Kestavon/settings.json", 5);
+    disk.file("home/a/.local/state/kestavon/x", 5);
+    const auto layout = makeHostLayout({.home = disk / "home/a", .systemRoot = disk.path()});
+    const auto apps = AppUninstaller(
+        layout, std::make_shared<const ProtectedPlaces>(ProtectedPlaces::listsFor(layout)))
+                          .scanInstalledApps();
+    ASSERT_EQ(apps.size(), 1U);
+    ASSERT_EQ(apps[0].leftovers.size(), 1U);
+    EXPECT_EQ(apps[0].leftovers[0].url, disk / "home/a/.local/state/kestavon");
+}
+
 TEST(UninstallerOfALinuxHome, WhatSeveralApplicationsClaimIsListedWithNone)
 {
     const test::TemporaryTree disk;

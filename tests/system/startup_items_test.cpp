@@ -156,6 +156,9 @@ TEST_F(StartupOfALinuxHome, IncludesUnitsThatLinksEnable)
     disk.writeFile(units + "backup.service",
         "[Unit]\nExecStart=/no\n[Service]\nType=oneshot\nExecStart=-@/usr/bin/backup backup "
         "--all\n");
+    disk.writeFile(units + "own.service",
+        "[Service]\nExecStart=/usr/bin/theirs\nExecStart=\nExecStart=/usr/bin/own\n"
+        "ExecStart=/usr/bin/second\n");
     disk.writeFile(units + "quoted.service", "[Service]\nExecStart = \"/opt/a b/run\" -x\n");
     for (const auto* folder :
         {"timers.target.wants", "default.target.wants", "default.target.requires"})
@@ -163,13 +166,15 @@ TEST_F(StartupOfALinuxHome, IncludesUnitsThatLinksEnable)
     disk.folder("etc/systemd/system/multi-user.target.wants");
     disk.link(units + "timers.target.wants/backup.timer", disk / (units + "backup.timer"));
     disk.link(units + "default.target.wants/quoted.service", disk / (units + "quoted.service"));
+    disk.link(units + "default.target.wants/own.service", disk / (units + "own.service"));
     disk.link(units + "default.target.requires/gone.service", "/nonexistent/gone.service");
     disk.link(units + "default.target.wants/basic.target", "/nonexistent/basic.target");
     disk.writeFile(units + "default.target.wants/file.service", "[Service]\nExecStart=/x\n");
     disk.writeFile("lib/sshd.service", "[Service]\nExecStart=/usr/sbin/sshd -D\n");
     disk.link("etc/systemd/system/multi-user.target.wants/sshd.service", disk / "lib/sshd.service");
     EXPECT_THAT(items(),
-        ElementsAre("quoted.service: /opt/a b/run", "backup.timer: /usr/bin/backup",
+        ElementsAre("own.service: /usr/bin/own", "quoted.service: /opt/a b/run",
+            "backup.timer: /usr/bin/backup",
             "gone.service: ", "sshd.service: /usr/sbin/sshd (system)"));
 }
 

@@ -71,6 +71,7 @@ TEST(IsSystemProcess, ProtectsWhatTheSystemAndTheSessionNeed)
         {{.identifier = "com.apple.x", .process = 200}, true},
         {{.process = 5000, .isOthers = true}, true},
         {{.process = 5000, .isOfSession = true}, true},
+        {{.process = ::getpid()}, true},
     };
     for (const auto& [application, isSystem] : rows)
         EXPECT_EQ(isSystemProcess(application), isSystem)

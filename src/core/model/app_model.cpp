@@ -38,7 +38,8 @@ AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
     , m_scanJunk(junkScanner ? std::move(junkScanner) : junkScannerFor(m_platform))
     , m_monitor(std::make_shared<const SystemMonitor>(
           m_platform.memory, m_platform.runningApplications, m_platform.processSignals))
-    , m_appUninstaller(std::make_shared<const AppUninstaller>(m_platform.layout))
+    , m_appUninstaller(
+          std::make_shared<const AppUninstaller>(m_platform.layout, m_platform.protectedPlaces))
     , m_securityScanner(
           std::make_shared<const SecurityScanner>(m_platform.layout.persistenceMarkers))
     , m_selectedRoot(m_platform.layout.home)
@@ -88,7 +89,7 @@ void AppModel::refreshDiskSpace()
     auto lookAtVolume = [volumes = m_platform.volumes, root = m_selectedRoot] {
         return volumes->capacityOf(root);
     };
-    m_volumeAsker.ask(this, std::move(lookAtVolume),
+    m_volumeAsker.ask(this, m_selectedRoot, std::move(lookAtVolume),
         [this, root = m_selectedRoot](const std::optional<VolumeCapacity>& capacity) {
             if (!capacity || root != m_selectedRoot)
                 return;
