@@ -77,7 +77,7 @@ int run(int argc, char** argv)
         std::cout << line.answer;
         return doneExitCode;
     }
-    if (const auto missing = missingPlaceOf(line, currentHostEnvironment().home);
+    if (const auto missing = missingPlaceOf(line, currentHostEnvironment().isHomeKnown);
         !missing.empty()) {
         console.complain(missing);
         return failedExitCode;

@@ -156,7 +156,7 @@ CommandLine readCommandLine(const std::vector<std::string>& arguments)
     return window.verb == Verb::window ? window : line;
 }
 
-std::string missingPlaceOf(const CommandLine& line, const std::string& home)
+std::string missingPlaceOf(const CommandLine& line, bool isHomeKnown)
 {
     std::error_code error;
     if (needsWorkingFolder(line)) {
@@ -166,7 +166,7 @@ std::string missingPlaceOf(const CommandLine& line, const std::string& home)
         if (error)
             return "Where the current folder is cannot be told: " + error.message() + '.';
     }
-    if (home == "/" && needsHome(line))
+    if (!isHomeKnown && needsHome(line))
         return "There is no home folder; set HOME.";
     if (!line.systemRoot.empty() && !std::filesystem::is_directory(line.systemRoot, error))
         return "There is no folder " + line.systemRoot + " for --system-root.";

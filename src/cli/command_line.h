@@ -79,8 +79,8 @@ CommandLine readCommandLine(const std::vector<std::string>& arguments);
 
 /// Why the command cannot begin on this machine as it stands, in one sentence; empty when it can.
 /// A path that starts at a working folder which is gone would mean another place altogether, and
-/// so would a home that is not known: `home` is then "/", see `currentHostEnvironment`.
-std::string missingPlaceOf(const CommandLine& line, const std::string& home);
+/// so would a home that is not known.
+std::string missingPlaceOf(const CommandLine& line, bool isHomeKnown);
 
 /// What is wrong with the folder that the window is to open with, one sentence; empty when nothing
 /// is. A mistyped command reads as such a folder.

@@ -178,6 +178,7 @@ struct HostLayout {
 /// What the layout is decided from.
 struct HostEnvironment {
     std::string home; ///< the user's home folder
+    bool isHomeKnown = true; ///< false: neither HOME nor the user database tells, `home` is "/"
     std::string systemRoot = "/";
     std::string xdgCacheHome = {}; ///< as in the environment; empty or relative counts as unset
     std::string xdgConfigHome = {};

@@ -99,8 +99,9 @@ void TreeWalk::Recorder::visit(
             continue;
         const auto facts = lookAt(file, name.bytes);
         if (!facts) {
-            // A folder may be listed by those who may not look at its entries.
-            if (errno == EACCES)
+            // A folder may be listed by those who may not look at its entries, and a disk may fail;
+            // what is gone by now is no fault.
+            if (errno != ENOENT)
                 m_walk.noteUnreadable(folder);
             continue;
         }

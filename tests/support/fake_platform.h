@@ -24,13 +24,16 @@ class FakeVolumes final : public Volumes {
 public:
     std::optional<VolumeCapacity> capacityOf(const std::string& path) const override
     {
-        const std::lock_guard lock(hung);
+        std::unique_lock lock(hung, std::defer_lock);
+        if (hanging.empty() || hanging == path)
+            lock.lock();
         const auto found = capacities.find(path);
         return found == capacities.end() ? fallback : found->second;
     }
     std::map<std::string, std::optional<VolumeCapacity>> capacities;
     std::optional<VolumeCapacity> fallback = VolumeCapacity{512'110'190'592, 158'617'000'000};
     mutable std::mutex hung; ///< nobody gets an answer while a test holds it
+    std::string hanging; ///< when set, only who asks for this waits for the above
 };
 
 /// Set `value` while nobody asks.

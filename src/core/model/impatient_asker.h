@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -23,19 +24,29 @@ class ImpatientAsker {
 public:
     /// Gives the answer of `question`, which runs on another thread and must own what it uses, to
     /// `done`: before this returns, or else on the main thread as soon as it is there, unless
-    /// `context` is gone by then. Answers come in the order of the questions.
-    template <class Question, class Done> void ask(QObject* context, Question question, Done done)
+    /// `context` is gone by then. Answers come in the order of the questions. When there is still
+    /// none to a question about something else, that one and those behind it are left behind and
+    /// never answered.
+    template <class Question, class Done>
+    void ask(QObject* context, const std::string& about, Question question, Done done)
     {
         using Answer = std::invoke_result_t<Question&>;
         const auto exchange = std::make_shared<Exchange<Answer>>();
+        if (*m_unanswered > 0 && about != m_waitsFor)
+            leaveBehind();
         const bool answersAreComing = *m_unanswered == 0;
+        if (answersAreComing)
+            m_waitsFor = about;
         ++*m_unanswered;
-        m_queue.post([exchange, question = std::move(question)]() mutable {
+        m_queue->post([exchange, question = std::move(question)]() mutable {
             exchange->put(question());
             MainQueue::instance().post([exchange] { exchange->deliverLate(); });
         });
-        exchange->done = [context = QPointer<QObject>(context), unanswered = m_unanswered,
+        exchange->done = [context = QPointer<QObject>(context), asked = std::weak_ptr(m_unanswered),
                              done = std::move(done)](Answer answer) {
+            const auto unanswered = asked.lock();
+            if (!unanswered)
+                return; // left behind
             --*unanswered;
             if (context)
                 done(std::move(answer));
@@ -79,9 +90,21 @@ private:
         std::optional<Answer> m_answer; // guarded by m_mutex until it is there
     };
 
-    SerialQueue m_queue{SerialQueue::Urgency::asTheCaller};
-    // Main thread only; shared, because a late answer may find the asker gone.
+    static std::unique_ptr<SerialQueue> newQueue()
+    {
+        return std::make_unique<SerialQueue>(SerialQueue::Urgency::asTheCaller);
+    }
+
+    void leaveBehind()
+    {
+        m_queue = newQueue();
+        m_unanswered = std::make_shared<unsigned>(0);
+    }
+
+    std::unique_ptr<SerialQueue> m_queue = newQueue();
+    // Main thread only. The number of questions to the queue that have no answer yet, gone with it.
     std::shared_ptr<unsigned> m_unanswered = std::make_shared<unsigned>(0);
+    std::string m_waitsFor; // what the oldest of them is about
 };
 
 } // namespace kestavon

@@ -163,7 +163,8 @@ HostEnvironment currentHostEnvironment()
     environment.home = environmentValue("HOME");
     if (!environment.home.starts_with('/'))
         environment.home = homeOfPasswordEntry();
-    if (!environment.home.starts_with('/'))
+    environment.isHomeKnown = environment.home.starts_with('/');
+    if (!environment.isHomeKnown)
         environment.home = std::string("/"); // g++ 12 warns wrongly of a plain assignment here
     environment.systemRoot = systemRootOf(normalisedPath(environment.home));
     environment.xdgCacheHome = baseFolderVariable("CACHE_HOME");
@@ -203,10 +204,11 @@ HostLayout makeHostLayout(const HostEnvironment& environment)
         for (const auto probe : nativeProbes)
             layout.fullDiskAccessProbes.push_back(below(layout.home, probe));
     }
-    // Outside a sandbox whoever can list the home may read all of it: nobody is asked for anything.
+    // Outside a sandbox nothing but the files' own modes keeps anyone from reading them, whatever
+    // becomes of the home: nobody is asked for anything.
     const bool isSandboxed = !environment.sandboxConfigHome.empty();
     if (layout.kind == HomeKind::native && !isSandboxed)
-        layout.fullDiskAccessProbes.push_back(layout.home);
+        layout.fullDiskAccessProbes.emplace_back("/");
     layout.settingsFolder
         = below(isSandboxed ? normalisedPath(environment.sandboxConfigHome) : layout.configHome,
             "Kestavon");

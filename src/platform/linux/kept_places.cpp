@@ -12,22 +12,12 @@ namespace {
 constexpr std::array keptInCache{
     // Parts of the running session: bleachbit.org keeps them too, having learnt from reports.
     std::string_view("doc"), // where Flatpak's documents portal was mounted
-    std::string_view("gnome-control-center"),
-    std::string_view("ibus*"),
-    std::string_view("obexd"),
-    std::string_view("kwin*"),
-    std::string_view("plasmashell*"),
-    std::string_view("drkonqi"),
-    std::string_view("icon-cache.kcache"),
-    std::string_view("plasma_theme_*"),
-    std::string_view("ksycoca*"),
-    std::string_view("mesa_shader_cache*"),
-    std::string_view("qtshadercache-*"),
-    std::string_view("wallpaper"),
-    std::string_view("gvfs*"),
-    std::string_view("dconf"),
-    std::string_view("keyring*"),
-    std::string_view("ssh*"),
+    std::string_view("gnome-control-center"), std::string_view("ibus*"), std::string_view("obexd"),
+    std::string_view("kwin*"), std::string_view("plasmashell*"), std::string_view("drkonqi"),
+    std::string_view("icon-cache.kcache"), std::string_view("plasma_theme_*"),
+    std::string_view("ksycoca*"), std::string_view("mesa_shader_cache*"),
+    std::string_view("qtshadercache-*"), std::string_view("wallpaper"), std::string_view("gvfs*"),
+    std::string_view("dconf"), std::string_view("keyring*"), std::string_view("ssh*"),
     std::string_view("sessions"), // xfce4-session(1): the session as it was saved
     std::string_view("tracker*"), // the index that the running file search works with
     std::string_view("localsearch*"),
@@ -35,28 +25,18 @@ constexpr std::array keptInCache{
     std::string_view("rclone"), // rclone.org/commands/rclone_mount: files not uploaded yet
     std::string_view("keepassxc"), // keepassxc.org: which databases were open, and their key files
     std::string_view("vim"), // where swap files with unsaved text are often put
-    std::string_view("nvim"),
-    std::string_view("emacs"),
+    std::string_view("nvim"), std::string_view("emacs"),
     std::string_view("zsh"), // and histories of commands
-    std::string_view("bash"),
-    std::string_view("fish"),
+    std::string_view("bash"), std::string_view("fish"),
     // Gigabytes that take hours to download or to work out again.
-    std::string_view("huggingface"),
-    std::string_view("torch"),
-    std::string_view("whisper"),
-    std::string_view("lm-studio"),
-    std::string_view("gpt4all"),
-    std::string_view("llama.cpp"),
-    std::string_view("modelscope"),
-    std::string_view("borg"),
-    std::string_view("restic"),
-    std::string_view("duplicity"),
-    std::string_view("deja-dup"),
-    std::string_view("kopia"),
+    std::string_view("huggingface"), std::string_view("torch"), std::string_view("whisper"),
+    std::string_view("lm-studio"), std::string_view("gpt4all"), std::string_view("llama.cpp"),
+    std::string_view("modelscope"), std::string_view("borg"), std::string_view("restic"),
+    std::string_view("duplicity"), std::string_view("deja-dup"), std::string_view("kopia"),
     // Beside caches that are listed one by one: the history of files, virtual environments.
-    std::string_view("JetBrains/*/LocalHistory"),
-    std::string_view("pypoetry/virtualenvs"),
+    std::string_view("JetBrains/*/LocalHistory"), std::string_view("pypoetry/virtualenvs"),
     std::string_view("Kestavon"),
+    std::string_view("kestavon"), // what the window's toolkit keeps of the program running now
 };
 
 // Mail, wherever it is kept.

@@ -267,6 +267,16 @@ TEST_F(AppModelScan, AVolumeThatDoesNotAnswerHoldsNobodyUp)
     EXPECT_EQ(model->diskFree(), 400);
 }
 
+TEST_F(AppModelScan, AVolumeThatNeverAnswersIsNotInTheWayOfAnother)
+{
+    machine.volumes->fallback = VolumeCapacity{1000, 400};
+    std::unique_lock never(machine.volumes->hung);
+    machine.volumes->hanging = "/mnt/share";
+    model->setSelectedRoot("/mnt/share");
+    model->setSelectedRoot("/home/alice");
+    EXPECT_TRUE(test::processEventsUntil([this] { return model->diskTotal() == 1000; }));
+}
+
 TEST_F(AppModelScan, ALateAnswerForAnotherFolderChangesNothing)
 {
     std::vector<std::int64_t> totals;
