@@ -46,11 +46,12 @@ void useFonts()
     QGuiApplication::setFont(font);
 }
 
-int runWindow(QApplication& application, const CommandLine& line)
+int runWindow(QApplication& application, const CommandLine& line, std::string activationToken)
 {
     const StartWish wish{.folder = line.folder.empty() ? std::string() : typedPath(line.folder),
         .section = line.section,
-        .scansAtOnce = line.scansAtOnce};
+        .scansAtOnce = line.scansAtOnce,
+        .activationToken = std::move(activationToken)};
     SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
     if (instance.claim(wish) == SingleInstance::Claim::handedOver)
         return EXIT_SUCCESS;
@@ -87,14 +88,18 @@ int runWindow(QApplication& application, const CommandLine& line)
     }
     // The tray takes a conversation with the desktop: only once the window is there.
     std::optional<StatusTray> tray;
-    QTimer trayWatch; // a desktop that is just starting may bring its tray later
-    trayWatch.setInterval(std::chrono::seconds(5));
+    QTimer trayWatch; // a desktop that is just starting may bring its tray later, or take it away
     const auto lookForTray = [&] {
-        if (QSystemTrayIcon::isSystemTrayAvailable())
+        const bool isAvailable = QSystemTrayIcon::isSystemTrayAvailable();
+        if (isAvailable && !tray)
             tray.emplace(states);
+        else if (!isAvailable)
+            tray.reset();
+        if (!tray && engine.rootObjects().constFirst()->property("visible") == false)
+            states.shell()->raise(); // Nothing else would lead to it any more.
         // With an icon in the tray the program stays when its window is closed.
         QGuiApplication::setQuitOnLastWindowClosed(!tray);
-        tray ? trayWatch.stop() : trayWatch.start();
+        trayWatch.start(std::chrono::seconds(tray ? 30 : 5));
     };
     QObject::connect(&trayWatch, &QTimer::timeout, lookForTray);
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
@@ -114,6 +119,8 @@ int main(int argc, char** argv)
 {
     if (!qEnvironmentVariableIsSet("KESTAVON_GPU"))
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    // The toolkit may take it out of the environment.
+    const auto activationToken = qgetenv(activationTokenVariable).toStdString();
     QApplication application(argc, argv); // takes Qt's own options out of the arguments
     QCoreApplication::setApplicationName(QStringLiteral("kestavon"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Kestavon"));
@@ -121,7 +128,7 @@ int main(int argc, char** argv)
     const auto line = readCommandLine({argv + 1, argv + argc});
     int code = usageExitCode;
     if (line.error.empty())
-        code = runWindow(application, line);
+        code = runWindow(application, line, activationToken);
     else
         std::cerr << "kestavon: " << line.error << " Try kestavon --help.\n";
     // A worker may still sit in a read that never returns, using what exit() would destroy.

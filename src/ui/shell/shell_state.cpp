@@ -67,6 +67,9 @@ void ShellState::fulfil(const StartWish& wish)
 void ShellState::takeOver(const StartWish& wish)
 {
     fulfil(wish);
+    // From where the toolkit takes it when it asks to be activated.
+    if (!wish.activationToken.empty())
+        qputenv(activationTokenVariable, QByteArray::fromStdString(wish.activationToken));
     raise();
 }
 

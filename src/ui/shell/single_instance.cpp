@@ -11,24 +11,26 @@ constexpr int answerTime = 3000; // milliseconds
 constexpr qint64 longestRequest = 64 * 1024;
 constexpr auto acknowledgement = "ok\n";
 
-/// One line: the folder, the section's title and whether to scan, parted by spaces. Encoded, so
-/// that a newline or space in a name does not end anything.
+/// One line: the folder, the section's title, whether to scan and the desktop's token, parted by
+/// spaces. Encoded, so that a newline or space in a name does not end anything.
 QByteArray requestOf(const StartWish& wish)
 {
     const auto section = wish.section ? rawValue(*wish.section) : std::string_view();
     return QByteArray::fromStdString(wish.folder).toPercentEncoding("/") + ' '
         + QByteArray::fromStdString(std::string(section)).toPercentEncoding() + ' '
-        + (wish.scansAtOnce ? "scan" : "") + '\n';
+        + (wish.scansAtOnce ? "scan" : "") + ' '
+        + QByteArray::fromStdString(wish.activationToken).toPercentEncoding() + '\n';
 }
 
 StartWish wishOf(const QByteArray& request)
 {
     const auto fields = request.chopped(1).split(' ');
     StartWish wish{.folder = QByteArray::fromPercentEncoding(fields.front()).toStdString()};
-    if (fields.size() == 3) {
+    if (fields.size() == 4) {
         wish.section
             = fromRawValue<AppSection>(QByteArray::fromPercentEncoding(fields[1]).toStdString());
         wish.scansAtOnce = fields[2] == "scan";
+        wish.activationToken = QByteArray::fromPercentEncoding(fields[3]).toStdString();
     }
     return wish;
 }

@@ -23,8 +23,9 @@ TEST(SingleInstance, ALaterStartHandsItsWishOver)
         [&](const StartWish& wish) { requests.push_back(wish); });
     ASSERT_EQ(first.claim({}), Claim::first);
 
-    const StartWish wishes[] = {{}, {.folder = "/srv/new\nline \xFF%20"},
-        {.section = AppSection::smartClean}, {.folder = "/", .scansAtOnce = true}};
+    const StartWish wishes[]
+        = {{}, {.folder = "/srv/new\nline \xFF%20"}, {.section = AppSection::smartClean},
+            {.activationToken = "shell 7_TIME1\n"}, {.folder = "/", .scansAtOnce = true}};
     for (const auto& wish : wishes) {
         auto second = std::async(
             std::launch::async, [&] { return SingleInstance(folder.path()).claim(wish); });
