@@ -61,7 +61,8 @@ std::string_view fieldOf(std::string_view line, std::string_view key)
 
 } // namespace
 
-ProgramEvidence::ProgramEvidence(const HostLayout& layout, std::span<const std::string> running)
+ProgramEvidence::ProgramEvidence(const HostLayout& layout, std::span<const std::string> running,
+    const std::function<void()>& noteMove)
     : m_sharedNames(layout.programRecords.sharedNames)
 {
     for (const auto& application : knownApplications(layout)) {
@@ -75,8 +76,9 @@ ProgramEvidence::ProgramEvidence(const HostLayout& layout, std::span<const std::
         for (const auto& term : terms)
             addOwner(term);
     }
-    readPrograms(layout);
-    readPackages(layout.programRecords);
+    noteMove();
+    readPrograms(layout, noteMove);
+    readPackages(layout.programRecords, noteMove);
     readPackageLists(layout.programRecords.packageLists);
 }
 
@@ -90,19 +92,21 @@ void ProgramEvidence::addOwner(std::string_view term)
     }
 }
 
-void ProgramEvidence::readPrograms(const HostLayout& layout)
+void ProgramEvidence::readPrograms(const HostLayout& layout, const std::function<void()>& noteMove)
 {
     for (const auto& folder : layout.programRecords.programFolders) {
         if (const auto entries = namedEntriesOf(folder)) {
             for (const auto& name : entries->names)
                 addOwner(lowerCased(name));
         }
+        noteMove();
     }
     for (const auto& folder : layout.programRecords.serviceFolders) {
         if (const auto entries = namedEntriesOf(folder)) {
             for (const auto& name : entries->names)
                 addOwner(lowerCased(withoutExtension(name)));
         }
+        noteMove();
     }
 }
 
@@ -117,13 +121,16 @@ void ProgramEvidence::addFormerPackage(std::string_view package)
 
 /// dpkg's status file: paragraphs of fields, of which "Status" ends with the state, see dpkg(1).
 /// What has that of "config-files" was removed, less its settings.
-void ProgramEvidence::readPackages(const ProgramRecords& records)
+void ProgramEvidence::readPackages(
+    const ProgramRecords& records, const std::function<void()>& noteMove)
 {
     std::ifstream status(records.packageStatus);
     std::string package;
     for (std::string line; std::getline(status, line);) {
-        if (const auto name = fieldOf(line, "Package"); !name.empty())
+        if (const auto name = fieldOf(line, "Package"); !name.empty()) {
             package = name;
+            noteMove();
+        }
         const auto state = fieldOf(line, "Status");
         if (state.empty())
             continue;
@@ -134,6 +141,7 @@ void ProgramEvidence::readPackages(const ProgramRecords& records)
     }
     // "2026-11-23 20:09:01 remove mousepad:amd64 0.5.10-1 <none>", see dpkg.log
     for (const auto& file : records.packageLogs) {
+        noteMove();
         std::ifstream log(file);
         for (std::string line; std::getline(log, line);) {
             constexpr std::string_view removal = " remove ";

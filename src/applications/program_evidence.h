@@ -4,6 +4,7 @@
 #include "core/domain/text_hash.h"
 #include "platform/host_layout.h"
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,8 +18,10 @@ namespace kestavon {
 class ProgramEvidence {
 public:
     /// Reads what the layout's tables name. `running` are names and identifiers of applications
-    /// that run. Not on the main thread.
-    ProgramEvidence(const HostLayout& layout, std::span<const std::string> running);
+    /// that run. `noteMove` is called while it goes on. Not on the main thread.
+    ProgramEvidence(
+        const HostLayout& layout, std::span<const std::string> running,
+        const std::function<void()>& noteMove = [] {});
 
     /// Whether what is called `name`, less the endings of settings files, belonged to a program
     /// that is not here any more: nothing that is here could own it, no part of the desktop is
@@ -34,8 +37,8 @@ private:
     bool isOwned(std::string_view name) const;
     bool isShared(std::string_view name) const;
     void addOwner(std::string_view term);
-    void readPrograms(const HostLayout& layout);
-    void readPackages(const ProgramRecords& records);
+    void readPrograms(const HostLayout& layout, const std::function<void()>& noteMove);
+    void readPackages(const ProgramRecords& records, const std::function<void()>& noteMove);
     void addFormerPackage(std::string_view package);
     void readPackageLists(const std::string& folder);
 

@@ -1,7 +1,5 @@
 #include "smartclean/category_scan.h"
 
-#include "smartclean/location_scan.h"
-
 #include <algorithm>
 #include <system_error>
 #include <thread>
@@ -13,8 +11,8 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// As many folders of one category may be stuck before the rest of it is not looked at.
-constexpr unsigned mostThreads = 8;
+// As many folders of one category may be stuck at a time before the rest of it has to wait.
+constexpr unsigned mostThreads = 32;
 
 /// Tells how long nothing has moved.
 class QuietTime {
@@ -49,6 +47,7 @@ CategoryScan::CategoryScan(std::shared_ptr<const HostLayout> layout, SmartScanne
     , m_tools(std::move(tools))
     , m_patience(patience)
     , m_moves(std::make_shared<std::atomic<std::uint64_t>>(0))
+    , m_knowledge(std::make_shared<ScanKnowledge>())
 {
     for (const auto& location : m_layout->junkLocations) {
         if (location.category == category)
@@ -78,20 +77,22 @@ std::vector<CleanupCandidate> CategoryScan::run(const std::stop_token& stop)
     return candidates;
 }
 
-/// Until all is done, a stop is requested, or nothing moves any more.
+/// Until all is done, a stop is requested, or nothing moves any more and nothing else can be begun.
 void CategoryScan::waitForEnd(std::unique_lock<std::mutex>& lock, const std::stop_token& stop)
 {
     const auto pause = std::min(m_patience.untilNext, m_patience.inAll) / 4;
     QuietTime sinceLastThread(*m_moves);
     QuietTime quiet(*m_moves);
     while (!m_changed.wait_for(lock, stop, pause, [this] { return m_working == 0; })) {
-        if (stop.stop_requested() || quiet.sinceMove() >= m_patience.inAll)
+        if (stop.stop_requested())
             return;
-        if (sinceLastThread.sinceMove() < m_patience.untilNext || m_steps.empty())
-            continue;
-        if (m_started == mostThreads || !startThread())
+        const bool isStuck = sinceLastThread.sinceMove() >= m_patience.untilNext;
+        if (isStuck && !m_steps.empty() && m_working < mostThreads && startThread()) {
+            sinceLastThread.begin();
+            quiet.begin(); // The new one may be luckier.
+        } else if (quiet.sinceMove() >= m_patience.inAll) {
             return;
-        sinceLastThread.begin();
+        }
     }
 }
 
@@ -116,7 +117,6 @@ bool CategoryScan::startThread()
         return false;
     }
     ++m_working;
-    ++m_started;
     return true;
 }
 
@@ -137,7 +137,8 @@ void CategoryScan::work()
 
 void CategoryScan::takeSteps()
 {
-    LocationScan scan(m_layout, m_tools, m_stop.get_token(), [moves = m_moves] { ++*moves; });
+    LocationScan scan(
+        m_layout, m_tools, m_knowledge, m_stop.get_token(), [moves = m_moves] { ++*moves; });
     while (const auto step = nextStep()) {
         if (step->folder)
             scan.lookIn(*step->location, *step->folder, *step->findings);

@@ -2,6 +2,7 @@
 
 #include "core/domain/cleanup_candidate.h"
 #include "smartclean/junk_findings.h"
+#include "smartclean/location_scan.h"
 #include "smartclean/smart_scanner.h"
 
 #include <atomic>
@@ -54,13 +55,13 @@ private:
     const ScanPatience m_patience;
     std::stop_source m_stop;
     const std::shared_ptr<std::atomic<std::uint64_t>> m_moves; ///< shared with walks' threads
+    const std::shared_ptr<ScanKnowledge> m_knowledge;
 
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
     std::deque<Step> m_steps; // guarded by m_mutex
     std::list<JunkFindings> m_findings; // guarded by m_mutex; each also by its own
     unsigned m_working = 0; // guarded by m_mutex
-    unsigned m_started = 0; // guarded by m_mutex
     std::exception_ptr m_failure; // guarded by m_mutex
 };
 

@@ -46,8 +46,11 @@ public:
 private:
     bool allOldIn(const std::string& folder)
     {
-        const auto entries = namedEntriesOf(folder);
-        return entries && std::ranges::all_of(entries->names, [&](const std::string& name) {
+        auto entries = namedEntriesOf(folder);
+        if (!entries)
+            return false;
+        entries->folder.reset(); // A tree may be deeper than a program has descriptors.
+        return std::ranges::all_of(entries->names, [&](const std::string& name) {
             return !isSavedGame(name)
                 && std::ranges::find(versionControlFolders, name) == versionControlFolders.end()
                 && isOld(folder + '/' + name);

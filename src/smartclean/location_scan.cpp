@@ -105,10 +105,23 @@ std::optional<Timestamp> dateOf(const EntryFacts& facts)
 
 } // namespace
 
+const OrphanRule& ScanKnowledge::orphanRule(const std::function<OrphanRule()>& make)
+{
+    std::call_once(m_hasOrphanRule, [&] { m_orphanRule = make(); });
+    return *m_orphanRule;
+}
+
+const ProgramEvidence& ScanKnowledge::programEvidence(const std::function<ProgramEvidence()>& make)
+{
+    std::call_once(m_hasProgramEvidence, [&] { m_programEvidence.emplace(make()); });
+    return *m_programEvidence;
+}
+
 LocationScan::LocationScan(std::shared_ptr<const HostLayout> layout, SmartScannerTools tools,
-    std::stop_token stop, std::function<void()> noteMove)
+    std::shared_ptr<ScanKnowledge> knowledge, std::stop_token stop, std::function<void()> noteMove)
     : m_layout(std::move(layout))
     , m_tools(std::move(tools))
+    , m_knowledge(std::move(knowledge))
     , m_stop(std::move(stop))
     , m_noteMove(std::move(noteMove))
 {
@@ -228,9 +241,7 @@ bool LocationScan::isOrphan(std::string_view name)
 {
     if (!OrphanRule::mayBeOrphan(name))
         return false;
-    if (!m_orphanRule)
-        m_orphanRule = makeOrphanRule();
-    return !m_orphanRule->isOwned(lowerCased(name));
+    return !m_knowledge->orphanRule([this] { return makeOrphanRule(); }).isOwned(lowerCased(name));
 }
 
 OrphanRule LocationScan::makeOrphanRule() const
@@ -248,28 +259,28 @@ OrphanRule LocationScan::makeOrphanRule() const
                 lowerCasedIfAny(bundleInfo(folder + '/' + name).identifier));
         }
     }
-    for (const auto& application : m_tools.runningApplications->running()) {
+    for (const auto& application : m_tools.runningApplications->running())
         rule.addRunning(lowerCasedIfAny(application.name), lowerCasedIfAny(application.identifier));
-        rule.addRunning(lowerCasedIfAny(application.program), {});
-    }
     return rule;
+}
+
+ProgramEvidence LocationScan::makeProgramEvidence() const
+{
+    std::vector<std::string> running;
+    for (const auto& application : m_tools.runningApplications->running()) {
+        for (const auto& known : {application.name, application.identifier}) {
+            if (known)
+                running.push_back(*known);
+        }
+    }
+    return {*m_layout, running, m_noteMove};
 }
 
 bool LocationScan::isAbandoned(const JunkLocation& location, const std::string& name)
 {
-    if (!m_programEvidence) {
-        std::vector<std::string> running;
-        for (const auto& application : m_tools.runningApplications->running()) {
-            for (const auto& known : {application.name, application.identifier}) {
-                if (known)
-                    running.push_back(*known);
-            }
-        }
-        m_programEvidence.emplace(*m_layout, running);
-    }
-    return location.rule == JunkRule::abandonedContainers
-        ? m_programEvidence->isAbandonedIdentifier(name)
-        : m_programEvidence->isAbandoned(name);
+    const auto& evidence = m_knowledge->programEvidence([this] { return makeProgramEvidence(); });
+    return location.rule == JunkRule::abandonedContainers ? evidence.isAbandonedIdentifier(name)
+                                                          : evidence.isAbandoned(name);
 }
 
 bool LocationScan::isLeftBehind(

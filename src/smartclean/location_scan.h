@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -17,14 +18,29 @@
 
 namespace kestavon {
 
+/// What the scans of a category learn of the machine, each when it is first needed: whoever needs
+/// it too waits for who is at it. Any thread.
+class ScanKnowledge {
+public:
+    const OrphanRule& orphanRule(const std::function<OrphanRule()>& make);
+    const ProgramEvidence& programEvidence(const std::function<ProgramEvidence()>& make);
+
+private:
+    std::once_flag m_hasOrphanRule;
+    std::optional<OrphanRule> m_orphanRule;
+    std::once_flag m_hasProgramEvidence;
+    std::optional<ProgramEvidence> m_programEvidence;
+};
+
 /// Looks through locations, one after the other, and picks the entries that their rules call junk.
-/// What it learns of the machine on the way it keeps. One thread.
+/// One thread.
 class LocationScan {
 public:
     /// `noteMove` is called, on any thread, whenever something came of the work; it must own what
     /// it uses.
     LocationScan(std::shared_ptr<const HostLayout> layout, SmartScannerTools tools,
-        std::stop_token stop, std::function<void()> noteMove);
+        std::shared_ptr<ScanKnowledge> knowledge, std::stop_token stop,
+        std::function<void()> noteMove);
 
     /// The folders in which the location's items lie; none when a stop cuts it short.
     std::vector<std::string> foldersOf(const JunkLocation& location) const;
@@ -52,16 +68,16 @@ private:
     bool isLeftBehind(
         const JunkLocation& location, const std::string& folder, const std::string& name) const;
     OrphanRule makeOrphanRule() const;
+    ProgramEvidence makeProgramEvidence() const;
     void measure(JunkFindings& findings);
 
     const std::shared_ptr<const HostLayout> m_layout;
     const SmartScannerTools m_tools;
+    const std::shared_ptr<ScanKnowledge> m_knowledge;
     const std::stop_token m_stop;
     const std::function<void()> m_noteMove;
 
-    std::optional<OrphanRule> m_orphanRule; // made when it is first needed
-    std::optional<ProgramEvidence> m_programEvidence; // the same
-    std::optional<Timestamp> m_cutOff; // the same
+    std::optional<Timestamp> m_cutOff; // worked out when it is first needed
     FoldersFound m_notMeasured;
 };
 

@@ -3,8 +3,23 @@
 #include "platform/letter_case.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kestavon {
+
+namespace {
+
+/// Folders that are called the same whoever's data they hold; a program may be called so too.
+bool isNobodysName(std::string_view name)
+{
+    constexpr std::array<std::string_view, 22> names{"application support", "backup", "backups",
+        "cache", "caches", "config", "containers", "crash reports", "data", "documents", "download",
+        "downloads", "library", "local", "log", "logs", "mail", "preferences", "share", "state",
+        "temp", "tmp"};
+    return std::ranges::binary_search(names, name);
+}
+
+} // namespace
 
 RunningOwners::RunningOwners(
     const std::vector<RunningApplication>& applications, const std::string& home)
@@ -38,7 +53,7 @@ std::string_view RunningOwners::ownerOf(std::string_view path) const
 /// The owner of what is called like an application, or like its identifier and on after a dot.
 std::string_view RunningOwners::ownerOfName(std::string_view name) const
 {
-    if (const auto owner = m_byName.find(name); owner != m_byName.end())
+    if (const auto owner = m_byName.find(name); owner != m_byName.end() && !isNobodysName(name))
         return owner->second;
     for (auto end = name.size(); end != name.npos && end > 0; end = name.rfind('.', end - 1)) {
         const auto owner = m_byIdentifier.find(name.substr(0, end));

@@ -8,7 +8,8 @@ namespace {
 const RunningOwners owners(
     {{.identifier = "org.example.Editor", .name = "Écran", .program = "ecran-bin"},
         {.identifier = "net.Reader", .name = {}}, {.identifier = {}, .name = "firefox"},
-        {.identifier = "", .name = ""}},
+        {.identifier = "", .name = ""}, {.identifier = "org.gnome.Logs", .name = "Logs"},
+        {.identifier = {}, .name = "Library"}},
     "/Users/alice");
 
 TEST(RunningOwners, AreFoundByNameAndIdentifierInAnyCase)
@@ -21,6 +22,9 @@ TEST(RunningOwners, AreFoundByNameAndIdentifierInAnyCase)
         {"/Users/alice/.cache/ecran-bin/x", "Écran"},
         {"/Users/alice/Library/Application Support/Firefox/Profiles/x", "firefox"},
         {"/Users/alice/Library/Caches/org.example.editors", ""},
+        {"/Users/alice/Library/Logs/other.log", ""},
+        {"/Users/alice/.local/share/other/logs/a.log", ""},
+        {"/Users/alice/Library/Caches/org.gnome.Logs", "Logs"},
         {"/Users/alice/Library/Caches/org.example", ""},
         {"/Users/alice/Library/Caches/firefox.old", ""},
         {"/Users/alice/Library/Caches/.hidden", ""},

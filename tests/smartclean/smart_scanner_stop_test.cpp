@@ -233,6 +233,37 @@ TEST_F(StuckSmartScan, FindsWhatLiesElsewhere)
         ElementsAre("A", "C"));
 }
 
+TEST_F(StuckSmartScan, FindsAllOfADiskThatPausesAtEveryFolder)
+{
+    /// Takes its time, and much more than what makes the scan go on with something else.
+    class SlowCalendar final : public Calendar {
+    public:
+        std::int64_t wholeDays(Timestamp, Timestamp) const override { return 0; }
+        Timestamp daysBefore(Timestamp moment, std::int64_t) const override
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(60));
+            return moment;
+        }
+        std::string dateText(Timestamp) const override { return {}; }
+    };
+    auto layout = home.layout();
+    layout.junkLocations.clear();
+    for (int i = 0; i < 40; ++i) {
+        const auto folder = "~/slow" + std::to_string(i);
+        home.file(folder + "/old", 5);
+        home.disk.setModified("Users/alice/slow" + std::to_string(i) + "/old", Timestamp{});
+        layout.junkLocations.push_back({.category = devTools,
+            .folder = home.path(folder),
+            .label = "Old",
+            .rule = JunkRule::oldEntries});
+    }
+    auto tools = home.tools();
+    tools.calendar = std::make_shared<SlowCalendar>();
+    const SmartScanner scanner(
+        layout, tools, {.untilNext = std::chrono::milliseconds(2), .inAll = ages});
+    EXPECT_EQ(scanner.scanCategory(devTools).size(), 40U);
+}
+
 TEST_F(StuckSmartScan, KeepsTheOrderWhenTheDiskAnswersLate)
 {
     std::unique_lock lock(calendar->hung);
