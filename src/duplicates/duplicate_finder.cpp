@@ -22,6 +22,16 @@ unsigned threadsForThisMachine()
     return std::clamp(std::thread::hardware_concurrency(), fewest, most);
 }
 
+/// See `foldersLeftOut`, which may ask a disk that does not answer.
+std::vector<bool> leftOut(const std::shared_ptr<const RecordList>& records,
+    const DuplicateSearchOptions& options, const std::stop_token& stop)
+{
+    const auto folders = std::make_shared<std::vector<bool>>();
+    runOnThreads(
+        1, [folders, records, options] { *folders = foldersLeftOut(*records, options); }, stop);
+    return std::move(*folders);
+}
+
 } // namespace
 
 std::shared_ptr<const DuplicateList> findDuplicates(std::shared_ptr<const RecordList> records,
@@ -29,7 +39,7 @@ std::shared_ptr<const DuplicateList> findDuplicates(std::shared_ptr<const Record
 {
     const auto threads = options.threads > 0 ? options.threads : threadsForThisMachine();
     auto candidates = lookAtCandidates(
-        records, sharingTheirSize(*records, foldersLeftOut(*records, options)), threads, stop);
+        records, sharingTheirSize(*records, leftOut(records, options, stop)), threads, stop);
     const auto search = std::make_shared<DuplicateSearch>(
         std::move(records), std::move(candidates), options.progress, stop);
 

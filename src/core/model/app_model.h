@@ -34,6 +34,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -467,7 +468,7 @@ private:
     using JunkFound = std::function<void(JunkItems items)>;
     /// Scans the category when those before it are done, and hands over what it found.
     void scanJunk(JunkCategory category, const std::stop_token& stop, JunkFound found);
-    void deliverJunk(JunkCategory category, JunkItems items);
+    void deliverJunk(JunkCategory category, std::uint64_t scan, JunkItems items);
     /// Items that are taken out of a group.
     struct JunkCut {
         JunkGroup before;
@@ -580,11 +581,13 @@ private:
     std::optional<std::stop_source> m_duplicateTask;
     std::uint64_t m_duplicateRun = 0;
     int m_merges = 0; // that are under way
+    bool m_analysisWaits = false; // for them
     WorkBoard m_works{[this](const std::optional<FileWork>& work) {
         publish(Field::fileWork, m_fileWork, work);
     }};
     std::optional<std::stop_source> m_junkScanTask;
     std::uint64_t m_junkScanRun = 0;
+    std::map<JunkCategory, std::uint64_t> m_junkScans; // how often each was asked for
     std::stop_source m_junkCategoryStop; // heard when the model goes
     std::optional<std::stop_source> m_appListing;
     std::uint64_t m_appListingRun = 0; // counts the lists of applications

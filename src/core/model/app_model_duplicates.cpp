@@ -23,7 +23,8 @@ void AppModel::startDuplicateAnalysis()
         Field::duplicatePhase, m_duplicatePhase, ScanPhase::scanning("Computing SHA-256 hashes…"));
 
     m_duplicateTask.emplace();
-    if (m_merges == 0)
+    m_analysisWaits = m_merges > 0;
+    if (!m_analysisWaits)
         searchForDuplicates();
 }
 
@@ -35,7 +36,8 @@ void AppModel::searchForDuplicates()
     const auto postProgress
         = [isCurrent, self = QPointer<AppModel>(this)](const DuplicateProgress& progress) {
               MainQueue::instance().post([isCurrent, self, progress] {
-                  if (isCurrent(self))
+                  // A thread may have been held up with an older figure.
+                  if (isCurrent(self) && progress.bytesDone > self->m_duplicateProgress.bytesDone)
                       self->publish(Field::duplicateProgress, self->m_duplicateProgress, progress);
               });
           };
@@ -80,6 +82,7 @@ void AppModel::cancelDuplicateAnalysis()
     if (m_duplicateTask)
         m_duplicateTask->request_stop();
     m_duplicateTask.reset();
+    m_analysisWaits = false;
     ++m_duplicateRun;
 }
 
@@ -123,7 +126,7 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
                 [this, from, action, finished, report = std::move(merged.report)](
                     const std::shared_ptr<const RecordPick>& cut) {
                     // A scan or an analysis that began meanwhile has put its own list there.
-                    if (m_duplicates == from) {
+                    if (m_duplicates == from && !m_duplicateTask) {
                         forgetDuplicates();
                         publish(Field::duplicatePhase, m_duplicatePhase, ScanPhase::idle());
                     }
@@ -136,7 +139,7 @@ void AppModel::mergeDuplicates(bool toTrash, Finished finished)
                             + " · " + fileByteCount(tally.bytes) + " freed");
                     offerUndoOfRecords(action, report.removed, cut, copiesText);
                     // An analysis that was asked for meanwhile waits: it would find what goes.
-                    if (--m_merges == 0 && m_duplicateTask)
+                    if (--m_merges == 0 && std::exchange(m_analysisWaits, false))
                         searchForDuplicates();
                     AppModel::report(finished, report.error);
                 });

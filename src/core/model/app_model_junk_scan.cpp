@@ -33,16 +33,19 @@ void AppModel::scanAllJunk()
     const auto run = ++m_junkScanRun;
     const auto unfinished = std::make_shared<std::size_t>(allCases<JunkCategory>().size());
     for (const auto& [category, title] : allCases<JunkCategory>()) {
-        scanJunk(category, stop, [this, category = category, run, unfinished](JunkItems items) {
-            // The groups are another scan's once there is one.
-            if (run == m_junkScanRun)
-                deliverJunk(category, std::move(items));
-            if (--*unfinished > 0)
-                return;
-            if (run == m_junkScanRun)
-                m_junkScanTask.reset();
-            recordEvent("Smart Scan complete", fileByteCount(totalJunkBytes()) + " of junk found");
-        });
+        const auto scan = ++m_junkScans[category];
+        scanJunk(
+            category, stop, [this, category = category, scan, run, unfinished](JunkItems items) {
+                // The groups are another scan's once there is one.
+                if (run == m_junkScanRun)
+                    deliverJunk(category, scan, std::move(items));
+                if (--*unfinished > 0)
+                    return;
+                if (run == m_junkScanRun)
+                    m_junkScanTask.reset();
+                recordEvent(
+                    "Smart Scan complete", fileByteCount(totalJunkBytes()) + " of junk found");
+            });
     }
 }
 
@@ -57,7 +60,8 @@ void AppModel::scanJunkCategory(JunkCategory category)
         group->isScanned = false;
     });
     scanJunk(category, m_junkCategoryStop.get_token(),
-        [this, category](JunkItems items) { deliverJunk(category, std::move(items)); });
+        [this, category, scan = ++m_junkScans[category]](
+            JunkItems items) { deliverJunk(category, scan, std::move(items)); });
 }
 
 void AppModel::stopJunkScan()
@@ -84,8 +88,12 @@ void AppModel::scanJunk(JunkCategory category, const std::stop_token& stop, Junk
         });
 }
 
-void AppModel::deliverJunk(JunkCategory category, JunkItems items)
+void AppModel::deliverJunk(JunkCategory category, std::uint64_t scan, JunkItems items)
 {
+    // After a stop the group still gets what was found, but not from a scan before the one that
+    // the user waits for now.
+    if (scan != m_junkScans[category])
+        return;
     const auto group = std::ranges::find(m_junkGroups, category, &JunkGroup::category);
     if (group == m_junkGroups.end())
         return;

@@ -151,6 +151,21 @@ TEST_F(AppModelJunk, AScanThatIsBegunAnewDeliversNothingInTheNewGroups)
     EXPECT_EQ(group(trash).items[0].record.path, "/whole");
 }
 
+TEST_F(AppModelJunk, ACategorysOwnScanAfterAStopIsNotAnsweredByTheStoppedOne)
+{
+    junkScanner->foundWhenStopped = {};
+    model->scanAllJunk();
+    junkScanner->waitForScans(1);
+    model->stopJunkScan();
+    model->scanJunkCategory(trash);
+    ASSERT_TRUE(waitForEvents(1)); // the stopped one is complete
+    EXPECT_TRUE(group(trash).isScanning);
+    EXPECT_FALSE(group(trash).isScanned);
+    junkScanner->finishWith({junk("/c", 9)});
+    ASSERT_TRUE(waitUntilScanned(trash));
+    EXPECT_THAT(group(trash).items, SizeIs(1));
+}
+
 TEST_F(AppModelJunk, AScanOfOneCategoryTouchesNoOther)
 {
     scanAll({{junk("/a", 5)}, {junk("/b", 5)}});
