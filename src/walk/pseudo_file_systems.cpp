@@ -45,8 +45,9 @@ constexpr std::array<long, 18> pseudoMagics{
 
 // These share their number with file systems that hold files, and only the mount table tells them
 // apart.
+constexpr std::string_view deviceFileSystem = "devtmpfs";
 constexpr std::array<std::string_view, 4> pseudoTypes{
-    "devtmpfs",
+    deviceFileSystem,
     "fuse.gvfsd-fuse",
     "fuse.lxcfs",
     "fuse.portal",
@@ -108,11 +109,24 @@ long magicOf(int folder)
     return ::fstatfs(folder, &fileSystem) == 0 ? static_cast<long>(fileSystem.f_type) : 0;
 }
 
+/// The type that the mount table gives; empty where it gives none, or cannot be asked.
+std::string mountedTypeOf(int folder)
+{
+    struct stat facts { };
+    if (::fstat(folder, &facts) != 0)
+        return {};
+    const auto device
+        = std::to_string(major(facts.st_dev)) + ':' + std::to_string(minor(facts.st_dev));
+    return std::string(mountedType(mountTable(), device));
+}
+
 } // namespace
 
 bool isOnKernelFileSystem(int folder)
 {
-    return isPseudoMagic(magicOf(folder));
+    const auto magic = magicOf(folder);
+    return isPseudoMagic(magic)
+        || (magic == TMPFS_MAGIC && mountedTypeOf(folder) == deviceFileSystem);
 }
 
 bool isOnPseudoFileSystem(int folder)
@@ -122,14 +136,7 @@ bool isOnPseudoFileSystem(int folder)
         return true;
     if (magic != TMPFS_MAGIC && magic != FUSE_SUPER_MAGIC)
         return false;
-
-    struct stat facts { };
-    if (::fstat(folder, &facts) != 0)
-        return false;
-    const auto device
-        = std::to_string(major(facts.st_dev)) + ':' + std::to_string(minor(facts.st_dev));
-    const auto table = mountTable();
-    return std::ranges::find(pseudoTypes, mountedType(table, device)) != pseudoTypes.end();
+    return std::ranges::find(pseudoTypes, mountedTypeOf(folder)) != pseudoTypes.end();
 }
 
 std::string_view mountedType(std::string_view mountTable, std::string_view device)
