@@ -1,4 +1,5 @@
 #include "smartclean/mac_home.h"
+#include "support/as_ordinary_user.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -103,8 +104,7 @@ TEST(OrphanScan, LeavesRunningApplicationsTheirData)
 
 TEST(OrphanScan, NeedsAFolderThatMayBeWrittenTo)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root may write everywhere";
+    const test::AsOrdinaryUser user;
     const MacHome home;
     home.file("~/Library/Containers/org.gone.tool/data", 1);
     home.file("~/Library/Preferences/org.gone.tool.plist", 1);

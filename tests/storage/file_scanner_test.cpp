@@ -1,9 +1,11 @@
 #include "storage/file_scanner.h"
 #include "storage/scans.h"
+#include "support/as_ordinary_user.h"
 #include "support/moments.h"
 #include "support/temporary_tree.h"
 
 #include <filesystem>
+#include <fstream>
 #include <limits>
 #include <map>
 
@@ -226,6 +228,7 @@ TEST(FileScanner, ExcludesBelowTheRootOfAllByTheirOwnPaths)
 
 TEST(FileScanner, SaysWhyARootCannotBeWalked)
 {
+    const test::AsOrdinaryUser user; // nothing is closed to root
     const TemporaryTree tree;
     tree.file("file");
     tree.link("dangling", "nowhere");
@@ -243,15 +246,12 @@ TEST(FileScanner, SaysWhyARootCannotBeWalked)
     ASSERT_TRUE(outcome.records);
     EXPECT_TRUE(outcome.records->empty());
     EXPECT_FALSE(outcome.hitMemoryLimit);
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "nothing is closed to root";
     EXPECT_EQ(problemOf("closed"), RootProblem::notPermitted);
 }
 
 TEST(FileScanner, GoesOnAfterAFolderThatItMayNotRead)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "nothing is closed to root";
+    const test::AsOrdinaryUser user;
     const TemporaryTree tree;
     for (const auto* name : {"a/file", "closed/file", "listable/file", "z"})
         tree.file(name);
@@ -280,6 +280,12 @@ TEST(FileScanner, PseudoFileSystemsAreRefusedAsTheRoot)
     const auto outcome = scanOf("/proc");
     EXPECT_EQ(outcome.rootProblem, RootProblem::notStorage);
     EXPECT_TRUE(outcome.records->empty());
+    std::ifstream mounts("/proc/self/mounts");
+    for (std::string line; std::getline(mounts, line);) {
+        if (line.starts_with("devtmpfs /dev ")) {
+            EXPECT_EQ(scanOf("/dev").rootProblem, RootProblem::notStorage);
+        }
+    }
 }
 
 } // namespace

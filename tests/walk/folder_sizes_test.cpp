@@ -1,3 +1,4 @@
+#include "support/as_ordinary_user.h"
 #include "support/temporary_tree.h"
 #include "walk/folder_names.h"
 #include "walk/folder_sizes.h"
@@ -114,8 +115,7 @@ TEST(FolderSizes, StopAtTheLargestNumber)
 
 TEST(FolderSizes, LeaveOutWhatCannotBeRead)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root may read everything";
+    const test::AsOrdinaryUser user;
     const TemporaryTree tree;
     tree.file("closed/file", 1);
     tree.file("open/closed/file", 2);
