@@ -2,6 +2,7 @@
 
 #include "platform/file_error.h"
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <stop_token>
@@ -33,9 +34,8 @@ struct MoveOptions {
     /// Folders are not moved (`Kind::changed`): the item was none when it was chosen, and nobody
     /// saw what is in one that has taken its place.
     bool refusesFolders = false;
-    /// While the item is copied to another device, a mark on it (`user.kestavon.under-way`) names
-    /// the folder that it goes to, so that `clearUnfinishedMoves` of the folder it comes from finds
-    /// what a crash leaves there.
+    /// The item goes to a folder that is not the program's own, where nobody would look for what a
+    /// crash leaves of a copy: it is noted in the mover's journal.
     bool remembersTarget = false;
     /// Checked while an item is copied to another device: the copy is dropped and nothing moves.
     std::stop_token stop = {};
@@ -67,19 +67,30 @@ public:
         const std::string& source, const std::string& destination, const MoveOptions& options = {})
         = 0;
 
-    /// Ends what moves to `folder` that were cut short by a crash left there and where they came
-    /// from, and moves out of it that remember their target: half copies go, and of a source that
-    /// was being removed all that its copy holds byte for byte. What a running move is working on
-    /// stays. Nothing is reported: the next call tries again.
+    /// Ends what a crash cut short: moves to `folder`, and all else that the journal tells of. Half
+    /// copies go, and of a source that was being removed all that its copy holds byte for byte;
+    /// what had another name for a moment gets its own back, and so do permissions. What a running
+    /// move is working on stays. Nothing is reported: the next call tries again.
+    ///
+    /// Returns after a while even if a server that something lies on does not answer.
     virtual void clearUnfinishedMoves(const std::string& folder) = 0;
 };
 
 /// Moves on this machine's file systems.
 class SystemFileMover final : public FileMover {
 public:
+    /// `journalFolder` is the program's own, and shared with `SystemFileRemover` and the Trash;
+    /// without one, nothing is noted. `patience` is for clearing up.
+    explicit SystemFileMover(std::string journalFolder = {},
+        std::chrono::milliseconds patience = std::chrono::seconds(2));
+
     FileResult<MoveReport> move(const std::string& source, const std::string& destination,
         const MoveOptions& options = {}) override;
     void clearUnfinishedMoves(const std::string& folder) override;
+
+private:
+    const std::string m_journalFolder;
+    const std::chrono::milliseconds m_patience;
 };
 
 } // namespace kestavon

@@ -3,6 +3,7 @@
 #include "platform/file_error.h"
 #include "platform/file_mover.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,8 @@ public:
     /// Takes back what `makeFolder` made, as far as nothing else has come to lie there.
     virtual void removeMadeFolders(const std::vector<std::string>& folders) = 0;
 
+    /// How many bytes a name in the folder may have.
+    virtual std::size_t longestNameIn(const std::string& folder) const = 0;
     /// The names in a folder, in no order; none when it cannot be listed.
     virtual std::vector<std::string> namesIn(const std::string& folder) const = 0;
 
@@ -51,6 +54,7 @@ public:
     FileResult<std::vector<std::string>> makeFolder(
         const std::string& path, unsigned permissions) override;
     void removeMadeFolders(const std::vector<std::string>& folders) override;
+    std::size_t longestNameIn(const std::string& folder) const override;
     std::vector<std::string> namesIn(const std::string& folder) const override;
     bool writeNote(const std::string& path, const std::string& bytes) override;
     std::optional<std::string> readNote(const std::string& path) const override;

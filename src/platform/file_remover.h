@@ -47,9 +47,15 @@ public:
 /// Deletes on this machine's file systems.
 class SystemFileRemover final : public FileRemover {
 public:
+    /// See `SystemFileMover`: what a crash leaves is ended by its `clearUnfinishedMoves`.
+    explicit SystemFileRemover(std::string journalFolder = {});
+
     FileResult<Done> remove(const std::string& path, const RemoveOptions& options = {}) override;
     FileResult<Done> removeFileIf(const std::string& path, const FileIdentity& expected,
         const std::function<bool()>& mayGo, const RemoveOptions& options = {}) override;
+
+private:
+    const std::string m_journalFolder;
 };
 
 } // namespace kestavon

@@ -205,6 +205,10 @@ HostEnvironment currentHostEnvironment();
 /// its kind is given.
 HostLayout makeHostLayout(const HostEnvironment& environment);
 
+/// The folder in which the program notes what it is in the middle of; empty when there is no home
+/// to have one.
+std::string journalFolder(const HostLayout& layout);
+
 /// `path` absolute and without trailing slashes ("/" stays); components are neither resolved nor
 /// collapsed. A relative path is taken from the working folder.
 std::string normalisedPath(std::string path);

@@ -69,6 +69,11 @@ public:
     /// something still lies there.
     virtual void forgetItem(const std::string& path) = 0;
 
+    /// To be told before the item at `path` goes where it may come back from: what the Trash wrote
+    /// down about it stays, without the item too, until `forgetItem`. Does nothing when `path` is
+    /// no item of a Trash.
+    virtual void keepRecordOf(const std::string&) { }
+
     /// Ends what moves to and from the home's Trash that were cut short by a crash left there; the
     /// first move to a Trash does so too.
     virtual void clearUnfinishedMoves() { }

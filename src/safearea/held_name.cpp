@@ -1,5 +1,6 @@
 #include "safearea/held_name.h"
 
+#include <algorithm>
 #include <memory>
 
 #include <unicode/ubrk.h>
@@ -11,7 +12,6 @@ namespace kestavon {
 namespace {
 
 constexpr std::size_t heldCharacters = 80;
-constexpr std::size_t longestName = 255; ///< bytes, on every usual Linux file system
 constexpr std::size_t identifierLength = 36;
 
 struct CloseIterator {
@@ -96,10 +96,11 @@ std::string_view leadingCharacters(std::string_view name, std::size_t count, std
     return name.substr(0, taken);
 }
 
-std::string heldName(const Uuid& id, std::string_view name)
+std::string heldName(const Uuid& id, std::string_view name, std::size_t longest)
 {
     auto held = id.text() + '-';
-    return held.append(leadingCharacters(name, heldCharacters, longestName - held.size()));
+    const auto left = longest - std::min(held.size(), longest);
+    return held.append(leadingCharacters(name, heldCharacters, left));
 }
 
 std::optional<Uuid> idOfHeldName(std::string_view heldName)

@@ -14,8 +14,8 @@ namespace kestavon {
 std::string_view leadingCharacters(std::string_view name, std::size_t count, std::size_t bytes);
 
 /// The name under which an item that was called `name` is held: its identifier, a hyphen and the
-/// first 80 characters, fewer where a file name could not hold them.
-std::string heldName(const Uuid& id, std::string_view name);
+/// first 80 characters, fewer where the whole would have more than `longest` bytes.
+std::string heldName(const Uuid& id, std::string_view name, std::size_t longest);
 
 /// The identifier in the name of a held item; nothing for any other name.
 std::optional<Uuid> idOfHeldName(std::string_view heldName);

@@ -58,6 +58,7 @@ FileResult<std::vector<QuarantineItem>> QuarantineStore::quarantine(
     if (auto folder = m_tools.places->makeFolder(m_root, privateFolder); !folder)
         return folder.error();
     clearUnfinishedMoves();
+    m_longestName = m_tools.places->longestNameIn(m_root);
 
     std::vector<QuarantineItem> held;
     for (std::size_t position = 0; position < candidates.size(); ++position) {
@@ -83,7 +84,7 @@ std::optional<QuarantineItem> QuarantineStore::hold(
     QuarantineItem item;
     item.id = Uuid::random();
     item.originalPath = path;
-    item.quarantinedPath = m_root + '/' + heldName(item.id, lastComponent(path));
+    item.quarantinedPath = m_root + '/' + heldName(item.id, lastComponent(path), m_longestName);
     item.reason = candidate.reason;
     item.date = m_tools.clock->now();
     MoveOptions move;
@@ -97,6 +98,8 @@ std::optional<QuarantineItem> QuarantineStore::hold(
     move.refusesFolders = !candidate.record.isDirectory;
     move.stop = options.stop;
     move.progress = options.progress;
+    if (m_tools.trash)
+        m_tools.trash->keepRecordOf(path);
     if (!m_tools.mover->move(path, item.quarantinedPath, move)) {
         if (isNoted)
             m_notes.remove(item.id);
@@ -159,7 +162,7 @@ std::vector<QuarantineItem> QuarantineStore::heldItems()
 
 void QuarantineStore::clearUnfinishedMoves()
 {
-    if (m_hasCleared || m_tools.places->kindOf(m_root) == std::nullopt)
+    if (m_hasCleared)
         return;
     m_hasCleared = true;
     m_tools.mover->clearUnfinishedMoves(m_root);

@@ -7,6 +7,7 @@
 #include "platform/file_places.h"
 #include "platform/host_layout.h"
 #include "platform/protected_places.h"
+#include "platform/trash.h"
 #include "safearea/origin_notes.h"
 
 #include <cstdint>
@@ -25,6 +26,8 @@ struct QuarantineTools {
     std::shared_ptr<FilePlaces> places;
     std::shared_ptr<const ProtectedPlaces> protectedPlaces;
     std::shared_ptr<const Clock> clock;
+    std::shared_ptr<Trash> trash
+        = nullptr; ///< keeps its records of items that are held; may be none
 };
 
 struct QuarantineOptions {
@@ -93,6 +96,7 @@ private:
     OriginNotes m_notes;
 
     bool m_hasCleared = false;
+    std::size_t m_longestName = 255; ///< bytes, in the holding folder
 };
 
 } // namespace kestavon

@@ -1,4 +1,5 @@
 #include "platform/file_remover.h"
+#include "support/as_ordinary_user.h"
 #include "support/entries.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_tree.h"
@@ -12,6 +13,7 @@
 #include <set>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -160,6 +162,37 @@ TEST(FileRemoverTests, StopsWhenAsked)
     ASSERT_FALSE(removed);
     EXPECT_EQ(removed.error().kind, Kind::cancelled);
     EXPECT_TRUE(isThere(home / "tree/file"));
+}
+
+TEST(FileRemoverTests, GivesPermissionsBackAtEveryDepthWhenItIsStopped)
+{
+    const test::TemporaryTree home;
+    home.setMode(".", 0777);
+    std::vector<std::string> folders{"tree"};
+    while (folders.size() < 20) // more than are kept open at a time
+        folders.push_back(folders.back() + "/d");
+    home.writeFile(folders.back() + "/a");
+    home.writeFile(folders.back() + "/b");
+    constexpr uid_t ordinaryUser = 65534;
+    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
+        if (::geteuid() == 0) {
+            ASSERT_EQ(::chown((home / *folder).c_str(), ordinaryUser, ordinaryUser), 0);
+        }
+        home.setMode(*folder, 0555);
+    }
+    std::stop_source stop;
+    {
+        const test::AsOrdinaryUser user;
+        const auto removed = SystemFileRemover().remove(home / "tree",
+            {.stop = stop.get_token(), .progress = [&stop](std::int64_t) { stop.request_stop(); }});
+        ASSERT_FALSE(removed);
+        EXPECT_EQ(removed.error().kind, Kind::cancelled);
+    }
+    for (const auto& folder : folders) {
+        struct stat status { };
+        ASSERT_EQ(::lstat((home / folder).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, 0555U) << folder;
+    }
 }
 
 /// A file that was looked at and is to be deleted, if it still is that one.

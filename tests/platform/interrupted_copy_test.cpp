@@ -360,26 +360,6 @@ TEST_F(InterruptedCopyTest, GivesBackWhatComesToLieInTheSourceAtTheLastMoment)
     EXPECT_EQ(entriesIn(m_home / "from/tree"), 1U);
 }
 
-TEST_F(InterruptedCopyTest, RemembersTheTargetOnlyWhileItIsUnderWay)
-{
-    const auto hasMark = [](const std::string& path) {
-        return ::getxattr(path.c_str(), "user.kestavon.under-way", nullptr, 0) > 0;
-    };
-    bool wasMarked = false;
-    MoveOptions options{.remembersTarget = true};
-    options.progress = [&](std::int64_t, std::int64_t) {
-        wasMarked = hasMark(m_home / "from/tree");
-        m_stop.request_stop();
-    };
-    options.stop = m_stop.get_token();
-    EXPECT_FALSE(m_mover.move(m_home / "from/tree", m_other / "held", options));
-    if (!wasMarked)
-        GTEST_SKIP() << "no extended attributes here";
-    EXPECT_FALSE(hasMark(m_home / "from/tree"));
-    ASSERT_TRUE(m_mover.move(m_home / "from/tree", m_other / "held", {.remembersTarget = true}));
-    EXPECT_FALSE(hasMark(m_other / "held"));
-}
-
 TEST_F(InterruptedCopyTest, KeepsTheSourceWhenTheDestinationVanishes)
 {
     fs::create_directory(m_other / "into");

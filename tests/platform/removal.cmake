@@ -5,6 +5,7 @@ kestavon_test(removal_tests
         platform/interrupted_copy_test.cpp
         platform/protected_places_test.cpp
         platform/rename_item_test.cpp
+        platform/unfinished_deeds_test.cpp
         platform/unfinished_moves_test.cpp
         support/faulty_calls.cpp
         support/tree_picture.cpp

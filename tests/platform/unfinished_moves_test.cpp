@@ -148,21 +148,5 @@ TEST_F(UnfinishedRemovalTest, LeavesAnItemThatIsNoLongerTheSourceOfTheCopy)
     EXPECT_EQ(pictureOf(m_home / "from/tree"), left);
 }
 
-TEST_F(UnfinishedRemovalTest, FindsTheFolderThatAnItemWasUnderWayTo)
-{
-    // The source of the copy comes from a folder of its own, where nothing tells of the other.
-    ASSERT_TRUE(mark("from/" + m_removed, "user.kestavon.under-way", m_home / "to"));
-    m_home.writeFile("to/.kestavon-partial-" + Uuid::random().text() + "/half", "half");
-    m_home.writeFile("from/waiting", "for its disk");
-    ASSERT_TRUE(mark("from/waiting", "user.kestavon.under-way", m_home / "not mounted"));
-    m_mover.clearUnfinishedMoves(m_home / "from");
-    EXPECT_EQ(entriesIn(m_home / "to"), 1U);
-    EXPECT_FALSE(hasMark());
-    EXPECT_EQ(entriesIn(m_home / "from"), 1U);
-    const auto waiting = m_home / "from/waiting";
-    EXPECT_GE(::getxattr(waiting.c_str(), "user.kestavon.under-way", nullptr, 0), 0)
-        << "forgotten before its folder could be cleared";
-}
-
 } // namespace
 } // namespace kestavon

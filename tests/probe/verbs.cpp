@@ -41,10 +41,11 @@ struct Machine {
     QuarantineStore store() const
     {
         return {layout,
-            {.mover = std::make_shared<SystemFileMover>(),
+            {.mover = std::make_shared<SystemFileMover>(journalFolder(layout)),
                 .places = places,
                 .protectedPlaces = protectedPlaces,
-                .clock = std::make_shared<SystemClock>()}};
+                .clock = std::make_shared<SystemClock>(),
+                .trash = systemPlatform(currentHostEnvironment()).trash}};
     }
 };
 
@@ -117,6 +118,15 @@ void printTally(const RemovalTally& tally)
         "%lld %lld\n", static_cast<long long>(tally.count), static_cast<long long>(tally.bytes));
 }
 
+/// The machine after what the program does when it starts.
+Platform startedPlatform()
+{
+    auto platform = systemPlatform(currentHostEnvironment());
+    platform.mover->clearUnfinishedMoves(Machine().store().root());
+    platform.trash->clearUnfinishedMoves();
+    return platform;
+}
+
 /// As the program does it.
 void removeRecords(
     const std::vector<FileRecord>& records, ActionKind action, const std::string& walkedFolder)
@@ -125,7 +135,7 @@ void removeRecords(
     for (const auto& record : records)
         requests.push_back(
             {.path = record.path, .bytes = record.size, .isDirectory = record.isDirectory});
-    const auto platform = systemPlatform(currentHostEnvironment());
+    const auto platform = startedPlatform();
     printTally(workerFor(platform, action, walkedFolder).run(requests).tally);
 }
 
@@ -201,7 +211,7 @@ void merge(const Arguments& arguments, ActionKind action)
 {
     const DuplicateMerge merge(duplicatesBelow(arguments.paths.at(0)));
     runHook(arguments);
-    const auto report = merge.run(systemPlatform(currentHostEnvironment()), action);
+    const auto report = merge.run(startedPlatform(), action);
     if (!report.error.empty())
         throw std::runtime_error(report.error);
     printTally(report.removed.tally);

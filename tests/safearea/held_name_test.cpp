@@ -49,13 +49,16 @@ TEST(HeldNameTests, KeepEightyCharactersOrWhatFits)
 {
     const auto id = Uuid::random();
     const auto prefix = id.text() + "-";
-    EXPECT_EQ(heldName(id, "report.pdf"), prefix + "report.pdf");
-    EXPECT_EQ(heldName(id, repeated("x", 200)), prefix + repeated("x", 80));
+    EXPECT_EQ(heldName(id, "report.pdf", 255), prefix + "report.pdf");
+    EXPECT_EQ(heldName(id, repeated("x", 200), 255), prefix + repeated("x", 80));
     // 218 bytes are left: 72 characters of three bytes, 8 families of 25.
-    EXPECT_EQ(heldName(id, repeated("字", 85)), prefix + repeated("字", 72));
-    EXPECT_EQ(heldName(id, repeated("👩‍👩‍👧‍👦", 10)),
+    EXPECT_EQ(heldName(id, repeated("字", 85), 255), prefix + repeated("字", 72));
+    EXPECT_EQ(heldName(id, repeated("👩‍👩‍👧‍👦", 10), 255),
         prefix + repeated("👩‍👩‍👧‍👦", 8));
-    EXPECT_EQ(idOfHeldName(heldName(id, "x")), id);
+    // Where names are encrypted, 106 are left.
+    EXPECT_EQ(heldName(id, repeated("字", 85), 143), prefix + repeated("字", 35));
+    EXPECT_EQ(heldName(id, repeated("x", 85), 143), prefix + repeated("x", 80));
+    EXPECT_EQ(idOfHeldName(heldName(id, "x", 255)), id);
     EXPECT_EQ(idOfHeldName(".kestavon-partial-" + id.text()), std::nullopt);
     EXPECT_EQ(idOfHeldName(id.text()), std::nullopt);
 }

@@ -44,14 +44,15 @@ protected:
         m_layout = makeHostLayout(environment);
     }
 
-    QuarantineStore makeStore() const
+    QuarantineStore makeStore(std::shared_ptr<Trash> trash = nullptr) const
     {
         return {m_layout,
-            {.mover = std::make_shared<SystemFileMover>(),
+            {.mover = std::make_shared<SystemFileMover>(journalFolder(m_layout)),
                 .places = std::make_shared<SystemFilePlaces>(),
                 .protectedPlaces
                 = std::make_shared<ProtectedPlaces>(ProtectedPlaces::listsFor(m_layout)),
-                .clock = m_clock}};
+                .clock = m_clock,
+                .trash = std::move(trash)}};
     }
 
     CleanupCandidate candidate(const std::string& path) const
@@ -259,18 +260,31 @@ TEST_P(QuarantineStoreTest, ClearsWhatACrashLeft)
     }
     const auto partial = ".kestavon-partial-" + Uuid::random().text();
     fs::create_directories(m_layout.applicationSupport + "/Kestavon/Quarantine/" + partial + "/x");
-    // A restore that was cut short has left its half copy beside the original place.
-    write(partial + "/half", "ha");
-    if (::setxattr(item.quarantinedPath.c_str(), "user.kestavon.under-way", m_layout.home.data(),
-            m_layout.home.size(), 0)
-        != 0)
-        GTEST_SKIP() << "no extended attributes here";
 
     auto store = makeStore();
     EXPECT_EQ(store.heldItems().size(), 1U);
     EXPECT_EQ(entriesHeld(store), 1U);
-    EXPECT_FALSE(isThere(at(partial)));
     EXPECT_TRUE(store.restore(item));
+}
+
+TEST_P(QuarantineStoreTest, AnItemOfTheTrashGoesBackThereWithItsRecord)
+{
+    auto layout = m_layout;
+    layout.dataHome = at(".data"); // on the item's own disk
+    const auto makeTrash = [&] { return makeSystemTrash(layout, ProtectedPlaces({}), m_clock); };
+    write("item");
+    const auto trashed = makeTrash()->trashItem(at("item"), {});
+    ASSERT_TRUE(trashed);
+    const auto record = layout.dataHome + "/Trash/info/item.trashinfo";
+    auto store = makeStore(makeTrash());
+    const auto held = holdOne(store, *trashed);
+    makeTrash()->clearUnfinishedMoves();
+    EXPECT_TRUE(isThere(record)) << "taken for one that a crash left";
+    ASSERT_TRUE(store.restore(held));
+    EXPECT_TRUE(isThere(*trashed));
+    fs::remove(*trashed);
+    makeTrash()->forgetItem(*trashed);
+    EXPECT_FALSE(isThere(record));
 }
 
 TEST_P(QuarantineStoreTest, RemembersTheOriginOfWhatCannotSayIt)

@@ -60,6 +60,7 @@ public:
         return std::vector<std::string>();
     }
     void removeMadeFolders(const std::vector<std::string>&) override { }
+    std::size_t longestNameIn(const std::string&) const override { return 255; }
     std::vector<std::string> namesIn(const std::string&) const override { return names; }
     bool writeNote(const std::string&, const std::string&) override { return true; }
     std::optional<std::string> readNote(const std::string&) const override { return std::nullopt; }

@@ -48,7 +48,8 @@ AppModel::AppModel(std::shared_ptr<FileScanning> scanner, Platform platform,
           QuarantineTools{.mover = m_platform.mover,
               .places = m_platform.places,
               .protectedPlaces = m_platform.protectedPlaces,
-              .clock = m_platform.clock}))
+              .clock = m_platform.clock,
+              .trash = m_platform.trash}))
 {
     MainQueue::instance(); // made here, on the main thread, before any worker posts to it
     readMemory();

@@ -2,12 +2,17 @@
 
 #include "core/domain/removal_guard.h"
 #include "platform/linux/removal/move_item.h"
-#include "platform/linux/removal/retry.h"
 #include "platform/linux/removal/unfinished_moves.h"
 
-#include <fcntl.h>
+#include <utility>
 
 namespace kestavon {
+
+SystemFileMover::SystemFileMover(std::string journalFolder, std::chrono::milliseconds patience)
+    : m_journalFolder(std::move(journalFolder))
+    , m_patience(patience)
+{
+}
 
 FileResult<MoveReport> SystemFileMover::move(
     const std::string& source, const std::string& destination, const MoveOptions& options)
@@ -23,18 +28,14 @@ FileResult<MoveReport> SystemFileMover::move(
     const auto to = openItemPlace(destination);
     if (!to)
         return fail(to.error());
-    return moveItem(*from, *to, options);
+    return moveItem(*from, *to, options, DeedJournal(m_journalFolder));
 }
 
 void SystemFileMover::clearUnfinishedMoves(const std::string& folder)
 {
     const auto place = openFolder(folder);
-    if (!place)
-        return;
-    const FileDescriptor opened(
-        retrying([&] { return ::openat(place->get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (opened)
-        clearUnfinishedMovesIn(opened.get());
+    kestavon::clearUnfinishedMoves(
+        place ? openForLock(place->get()) : FileDescriptor(), m_journalFolder, m_patience);
 }
 
 } // namespace kestavon

@@ -106,6 +106,12 @@ void SystemFilePlaces::removeMadeFolders(const std::vector<std::string>& folders
     }
 }
 
+std::size_t SystemFilePlaces::longestNameIn(const std::string& folder) const
+{
+    const auto opened = openFolder(folder);
+    return kestavon::longestNameIn(opened ? opened->get() : -1);
+}
+
 std::vector<std::string> SystemFilePlaces::namesIn(const std::string& folder) const
 {
     std::vector<std::string> names;

@@ -1,11 +1,14 @@
 #include "platform/file_remover.h"
 
 #include "core/domain/removal_guard.h"
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/removal/item_place.h"
 #include "platform/linux/removal/remove_file.h"
 #include "platform/linux/removal/remove_tree.h"
 #include "platform/linux/removal/rename_item.h"
 #include "platform/linux/removal/unfinished_moves.h"
+
+#include <utility>
 
 namespace kestavon {
 
@@ -25,15 +28,22 @@ std::string hide(int folder, const std::string& name)
 
 } // namespace
 
+SystemFileRemover::SystemFileRemover(std::string journalFolder)
+    : m_journalFolder(std::move(journalFolder))
+{
+}
+
 FileResult<Done> SystemFileRemover::remove(const std::string& path, const RemoveOptions& options)
 {
     const auto place = openItemPlace(path, options.noLinksBelow);
     if (!place)
         return removalError(fileErrorKind(place.error()), lastComponent(path));
     const int folder = place->folder.get();
+    auto journal = DeedJournal(m_journalFolder).begin();
     const RemoveTreeOptions treeOptions{.refusesFolders = options.refusesFolders,
         .stop = options.stop,
-        .progress = options.progress};
+        .progress = options.progress,
+        .journal = &journal};
     const auto hidden = options.hidesFolders ? hide(folder, place->name) : std::string();
     auto failure = removeTree(folder, hidden.empty() ? place->name : hidden, treeOptions);
     if (failure.error != 0 && !hidden.empty()) {
@@ -50,8 +60,9 @@ FileResult<Done> SystemFileRemover::removeFileIf(const std::string& path,
     const FileIdentity& expected, const std::function<bool()>& mayGo, const RemoveOptions& options)
 {
     const auto place = openItemPlace(path, options.noLinksBelow);
+    auto journal = DeedJournal(m_journalFolder).begin();
     const int error = place
-        ? kestavon::removeFileIf(place->folder.get(), place->name, expected, mayGo)
+        ? kestavon::removeFileIf(place->folder.get(), place->name, expected, mayGo, journal)
         : place.error();
     if (error != 0)
         return removalError(fileErrorKind(error), lastComponent(path));

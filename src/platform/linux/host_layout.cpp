@@ -237,6 +237,13 @@ std::string normalisedPath(std::string path)
     return path;
 }
 
+std::string journalFolder(const HostLayout& layout)
+{
+    if (layout.home == "/" || layout.applicationSupport.empty())
+        return {};
+    return layout.applicationSupport + "/Kestavon/Unfinished";
+}
+
 std::string typedPath(const std::string& path)
 {
     const std::filesystem::path typed = normalisedPath(path);

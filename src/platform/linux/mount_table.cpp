@@ -1,5 +1,7 @@
 #include "platform/linux/mount_table.h"
 
+#include "core/domain/removal_guard.h"
+
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -80,6 +82,21 @@ bool holdsFiles(const Mount& mount)
         "fusectl", "hugetlbfs", "mqueue", "nsfs", "proc", "pstore", "rpc_pipefs", "securityfs",
         "selinuxfs", "squashfs", "sysfs", "tracefs"};
     return std::ranges::find(madeUp, mount.type) == madeUp.end();
+}
+
+bool isOnServer(std::string_view path, const std::vector<Mount>& mounts)
+{
+    static constexpr std::array<std::string_view, 14> served{"9p", "afs", "autofs", "beegfs",
+        "ceph", "cifs", "coda", "gfs2", "lustre", "ncpfs", "nfs", "nfs4", "smb3", "smbfs"};
+    const Mount* nearest = nullptr; // of several on one folder, the last covers the others
+    for (const auto& mount : mounts) {
+        if (isAtOrBelow(path, mount.point)
+            && (!nearest || mount.point.size() >= nearest->point.size()))
+            nearest = &mount;
+    }
+    return nearest
+        && (nearest->type.starts_with("fuse.")
+            || std::ranges::find(served, nearest->type) != served.end());
 }
 
 } // namespace kestavon

@@ -25,4 +25,8 @@ std::vector<Mount> currentMounts();
 /// Whether files of a user can lie there: false for what the kernel makes up (proc, sysfs, …).
 bool holdsFiles(const Mount& mount);
 
+/// Whether the absolute path leads to another machine, or to a program that stands for one, and
+/// looking at it may take for ever. Only names are compared: links are not followed.
+bool isOnServer(std::string_view path, const std::vector<Mount>& mounts);
+
 } // namespace kestavon

@@ -13,6 +13,7 @@ Platform systemPlatform(const HostEnvironment& environment)
     auto settings = std::make_shared<FileSettings>(layout.settingsFolder + "/settings.json");
     auto clock = std::make_shared<SystemClock>();
     auto trash = makeSystemTrash(layout, *protectedPlaces, clock);
+    const auto journal = journalFolder(layout);
     auto applications = std::make_shared<SystemRunningApplications>(
         RunningApplicationsPlaces{.dataFolders = layout.dataFolders, .languages = userLanguages()});
     return {.layout = std::move(layout),
@@ -21,8 +22,8 @@ Platform systemPlatform(const HostEnvironment& environment)
         .memory = std::make_shared<SystemMemoryCounters>(),
         .clock = std::move(clock),
         .calendar = std::make_shared<SystemCalendar>(),
-        .mover = std::make_shared<SystemFileMover>(),
-        .remover = std::make_shared<SystemFileRemover>(),
+        .mover = std::make_shared<SystemFileMover>(journal),
+        .remover = std::make_shared<SystemFileRemover>(journal),
         .places = std::make_shared<SystemFilePlaces>(),
         .trash = std::move(trash),
         .protectedPlaces = protectedPlaces,

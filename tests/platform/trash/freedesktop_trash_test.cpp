@@ -117,6 +117,34 @@ TEST_F(FreedesktopTrashTest, ReportsNoSuccessWhileTheItemIsAtItsPlace)
     EXPECT_THAT(records(), IsEmpty());
 }
 
+TEST_F(FreedesktopTrashTest, NeverLeavesAnItemWithoutItsRecord)
+{
+    const auto path = m_folder.writeFile("home/item", "content");
+    const auto info = m_homeTrash + "/info";
+    const auto whenItMoves = [](const std::function<void()>& then) {
+        return [then](const test::SystemCall& call) -> std::optional<test::Fault> {
+            if (call.call == "renameat2" && call.name == "item")
+                then();
+            return std::nullopt;
+        };
+    };
+    { // Somebody empties the Trash, and the record seems to have no item yet.
+        const test::FaultyCalls calls(
+            whenItMoves([&] { std::filesystem::remove(info + "/item.trashinfo"); }));
+        ASSERT_TRUE(put(path));
+    }
+    EXPECT_EQ(originalPathIn(record("item")), path);
+    EXPECT_THAT(items(), ElementsAre("item"));
+
+    m_folder.writeFile("home/item", "content 2");
+    { // There is nowhere to write it any more.
+        const test::FaultyCalls calls(whenItMoves([&] { std::filesystem::remove_all(info); }));
+        EXPECT_FALSE(put(path));
+    }
+    EXPECT_EQ(m_folder.readFile("home/item"), "content 2");
+    EXPECT_THAT(items(), ElementsAre("item"));
+}
+
 TEST_F(FreedesktopTrashTest, LeavesAFolderWhereNoneWasExpected)
 {
     m_folder.writeFile("home/item/inner", "content");

@@ -112,6 +112,16 @@ TEST(MountTable, IsReadWithEscapesAndOptionalFields)
     EXPECT_FALSE(holdsFiles(mounts[1]));
 }
 
+TEST(MountTable, TellsWhatLiesOnAServer)
+{
+    const std::vector<Mount> mounts{{"/", "ext4"}, {"/net", "nfs4"}, {"/net/disk", "btrfs"},
+        {"/home/a/cloud", "fuse.sshfs"}, {"/twice", "ext4"}, {"/twice", "cifs"}};
+    for (const auto* path : {"/net", "/net/a/b", "/home/a/cloud/x", "/twice/x"})
+        EXPECT_TRUE(isOnServer(path, mounts)) << path;
+    for (const auto* path : {"/", "/network", "/net/disk/x", "/home/a"})
+        EXPECT_FALSE(isOnServer(path, mounts)) << path;
+}
+
 TEST(TrashPlaces, AreThoseOfTheHomeItsSandboxesAndItsVolumes)
 {
     const test::TemporaryFolder home;

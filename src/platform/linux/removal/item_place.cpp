@@ -3,6 +3,7 @@
 #include "core/domain/removal_guard.h"
 #include "platform/linux/removal/retry.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -10,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace kestavon {
@@ -94,6 +96,14 @@ Result<ItemPlace, int> openItemPlace(const std::string& path, const std::string&
     if (!folder)
         return folder.error();
     return ItemPlace{std::move(*folder), std::string(name), std::string(lastComponent(rest))};
+}
+
+std::size_t longestNameIn(int folder)
+{
+    struct statvfs status { };
+    if (::fstatvfs(folder, &status) != 0 || status.f_namemax < 32)
+        return NAME_MAX;
+    return std::min<std::size_t>(status.f_namemax, NAME_MAX);
 }
 
 std::optional<std::string> pathOfFolder(int folder)

@@ -3,6 +3,7 @@
 #include "platform/file_error.h"
 #include "platform/linux/file_descriptor.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -22,6 +23,10 @@ Result<ItemPlace, int> openItemPlace(const std::string& path, const std::string&
 
 /// Opens the folder `path` itself; a link at its end is followed.
 Result<FileDescriptor, int> openFolder(const std::string& path);
+
+/// How many bytes a name in the opened folder may have: 255 on most file systems, 143 where names
+/// are encrypted.
+std::size_t longestNameIn(int folder);
 
 /// The path of an opened folder, without links; nothing when it has none any more, or one that is
 /// too long for the kernel to tell.

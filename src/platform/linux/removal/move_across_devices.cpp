@@ -16,7 +16,6 @@
 
 #include <fcntl.h>
 #include <sys/statvfs.h>
-#include <sys/xattr.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -88,13 +87,13 @@ void waitUntilChangesShow(const TreeSurvey& survey)
 /// the last step everything can be undone.
 class MoveAcrossDevices {
 public:
-    MoveAcrossDevices(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options)
+    MoveAcrossDevices(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
+        JournalEntry& journal)
         : m_source(source)
         , m_target(target)
         , m_options(options)
+        , m_journal(journal)
     {
-        if (m_options.remembersTarget && m_options.unmarkPrefix.empty())
-            m_options.unmarkPrefix = underWayMark;
     }
 
     /// 0, or the error number; then the source is as it was.
@@ -108,16 +107,7 @@ public:
         if (statusOf(m_targetFolder.get(), m_target.name.c_str()))
             return EEXIST;
         lockForMove(m_targetFolder.get());
-        const auto folder = m_options.remembersTarget ? pathOfFolder(m_targetFolder.get())
-                                                      : std::optional<std::string>();
-        if (!folder)
-            return copyAndExchange(report);
-        setMarks(m_source.folder.get(), m_source.name.c_str(),
-            {{.name = std::string(underWayMark), .value = *folder}});
-        const int error = copyAndExchange(report);
-        if (error != 0)
-            removeMarks(m_source.folder.get(), m_source.name.c_str(), std::string(underWayMark));
-        return error;
+        return copyAndExchange(report);
     }
 
 private:
@@ -145,6 +135,8 @@ private:
         if (lacksRoom(m_targetFolder.get(), *survey))
             return ENOSPC;
         waitUntilChangesShow(*survey);
+        if (m_options.remembersTarget || !(top.isFolder() || top.isFile()))
+            noteMove(top);
         if (const int error = makeCopy(*survey)) {
             removeTree(m_targetFolder.get(), m_names.partialCopy, {});
             return error;
@@ -156,15 +148,36 @@ private:
         return takeSourceAway(*survey, report);
     }
 
+    /// Where the source will lie while it is deleted; nothing when it has no path.
+    std::optional<RemovedSource> removedSource(const EntryStatus& top) const
+    {
+        const auto folder = pathOfFolder(m_source.folder.get());
+        if (!folder)
+            return std::nullopt;
+        return RemovedSource{.path = *folder + '/' + m_names.removedSource,
+            .formerName = m_source.name,
+            .inode = top.identity.inode};
+    }
+
+    void noteMove(const EntryStatus& top)
+    {
+        const auto source = removedSource(top);
+        const auto folder = pathOfFolder(m_targetFolder.get());
+        m_isNoted = source && folder
+            && m_journal.add(NotedMove{.targetFolder = *folder,
+                .targetName = m_target.name,
+                .partialCopy = m_names.partialCopy,
+                .source = *source})
+            && m_journal.writeOut();
+    }
+
     int makeCopy(const TreeSurvey& survey)
     {
+        const auto& top = survey.entries().front().status;
         auto marks = m_options.marks;
-        if (const auto folder = pathOfFolder(m_source.folder.get()))
-            marks.push_back({.name = std::string(removedSourceMark),
-                .value = RemovedSource{.path = *folder + '/' + m_names.removedSource,
-                    .formerName = m_source.name,
-                    .inode = survey.entries().front().status.identity.inode}
-                             .text()});
+        const auto sourceMark = m_isNoted ? std::nullopt : removedSource(top);
+        if (sourceMark)
+            marks.push_back({.name = std::string(removedSourceMark), .value = sourceMark->text()});
         const auto copied = copyTree({.survey = survey,
             .sourceFolder = m_source.folder.get(),
             .sourceName = m_source.name,
@@ -195,6 +208,8 @@ private:
         };
         if (m_options.whenUnmarkable && !std::ranges::all_of(m_options.marks, isOnCopy))
             m_options.whenUnmarkable();
+        if (sourceMark && !isOnCopy(marks.back()))
+            noteMove(top);
         return 0;
     }
 
@@ -214,24 +229,30 @@ private:
     int takeSourceAway(const TreeSurvey& survey, MoveReport& report)
     {
         lockSourceFolder();
-        const auto& top = survey.entries().front().status;
-        FileDescriptor otherNames; // of the file, that would keep the mark when this one is gone
-        if (m_options.remembersTarget && !top.isFolder() && top.links > 1)
-            otherNames.reset(::openat(m_source.folder.get(), m_source.name.c_str(),
-                O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         int error = 0;
         const auto source = removeSource(survey, error);
         if (source == Source::isWhole) {
             removeCopy();
             return error;
         }
-        if (otherNames) // Not before: until then a crash leaves work for the next start.
-            ::fremovexattr(otherNames.get(), underWayMark.data());
         report.remainsAtSource = source != Source::isGone;
-        if (source != Source::isAside) // What lies aside is for the next start to try again.
-            removeMarks(
-                m_targetFolder.get(), m_target.name.c_str(), std::string(removedSourceMark));
+        if (source != Source::isAside)
+            unmarkCopy();
+        else if (m_isNoted) // What lies aside is for the next start to try again.
+            m_journal.leave();
         return 0;
+    }
+
+    void unmarkCopy()
+    {
+        const auto* name = m_target.name.c_str();
+        const auto copy = statusOf(m_targetFolder.get(), name);
+        if (m_isNoted || !copy)
+            return;
+        if (copy->owner == ::geteuid() && copy->owner != 0 && (copy->mode & S_IWUSR) == 0)
+            noteLoan(m_journal, m_targetFolder.get(), m_target.name, *copy,
+                copy->permissions() | S_IWUSR);
+        removeMarks(m_targetFolder.get(), name, std::string(removedSourceMark));
     }
 
     /// The source leaves its place in one step, under another name beside it, so that it is never
@@ -259,7 +280,7 @@ private:
         error = ESTALE;
         if (!isSame)
             return putBack(now->identity) ? Source::isWhole : Source::isAside;
-        const auto removal = removeSurveyed(survey, folder, aside);
+        const auto removal = removeSurveyed(survey, folder, aside, m_journal);
         if (removal.isGone)
             return Source::isGone;
         if (removal.error != 0)
@@ -274,7 +295,8 @@ private:
     /// lies.
     Source removeInPlace(const TreeSurvey& survey, int& error)
     {
-        const auto removal = removeSurveyed(survey, m_source.folder.get(), m_source.name);
+        const auto removal
+            = removeSurveyed(survey, m_source.folder.get(), m_source.name, m_journal);
         if (removal.isGone)
             return Source::isGone;
         error = removal.error != 0 ? removal.error : ESTALE;
@@ -337,14 +359,16 @@ private:
     FileDescriptor m_targetFolder;
     FileDescriptor m_sourceFolder;
     Identity m_copy;
+    JournalEntry& m_journal;
+    bool m_isNoted = false; ///< the journal tells of the move, and no mark on the copy
 };
 
 } // namespace
 
 int moveAcrossDevices(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
-    MoveReport& report)
+    MoveReport& report, JournalEntry& journal)
 {
-    return MoveAcrossDevices(source, target, options).run(report);
+    return MoveAcrossDevices(source, target, options, journal).run(report);
 }
 
 } // namespace kestavon

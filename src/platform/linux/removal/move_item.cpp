@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include <unistd.h>
+
 namespace kestavon {
 
 namespace {
@@ -52,8 +54,51 @@ bool holdsMountPoint(int folder, const std::string& name)
         currentMounts(), [&path](const Mount& mount) { return isAtOrBelow(mount.point, path); });
 }
 
+/// Whether the item gets another permission for a moment: to be put into another folder, or to be
+/// marked.
+bool needsLoan(const EntryStatus& item, const MoveOptions& options)
+{
+    const auto user = ::geteuid();
+    const bool isMarked = !options.marks.empty() || !options.unmarkPrefix.empty();
+    return user != 0 && item.owner == user && (item.mode & S_IWUSR) == 0
+        && (item.isFolder() || (item.isFile() && isMarked));
+}
+
+/// Notes what a kill would leave on the item, wherever it lies then.
+void noteTraces(const ItemPlace& source, const ItemPlace& target, const EntryStatus& item,
+    const MoveOptions& options, JournalEntry& journal)
+{
+    const bool isLent = needsLoan(item, options);
+    const bool isMarked = !options.marks.empty() && canCarryMarks(item);
+    if (!isLent && !isMarked && options.unmarkPrefix.empty())
+        return;
+    const auto folder = pathOfFolder(source.folder.get());
+    const auto targetFolder = pathOfFolder(target.folder.get());
+    if (!folder || !targetFolder)
+        return;
+    const auto before = *folder + '/' + source.name;
+    const auto after = *targetFolder + '/' + target.name;
+    const auto inode = item.identity.inode;
+    std::vector<Note> notes;
+    for (const auto& mark : options.marks) {
+        if (isMarked)
+            notes.emplace_back(NotedMarks{.path = before, .inode = inode, .prefix = mark.name});
+    }
+    if (!options.unmarkPrefix.empty())
+        notes.emplace_back(
+            NotedMarks{.path = after, .inode = inode, .prefix = options.unmarkPrefix});
+    for (const auto& path : {before, after}) {
+        if (isLent)
+            notes.emplace_back(NotedPermissions{.path = path,
+                .inode = inode,
+                .former = item.permissions(),
+                .borrowed = item.permissions() | S_IWUSR});
+    }
+    journal.add(notes);
+}
+
 int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOptions& options,
-    MoveReport& report)
+    MoveReport& report, JournalEntry& journal)
 {
     const int folder = source.folder.get();
     const auto* name = source.name.c_str();
@@ -66,12 +111,13 @@ int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOpt
         return ESTALE;
     if (item->isFolder() && holdsMountPoint(folder, source.name))
         return EBUSY;
+    noteTraces(source, target, *item, options, journal);
     // Before the rename, so that a crash cannot leave an item whose origin nobody knows.
     const bool marksFirst
         = mayShareDevice(*item, folder, targetFolder) && !statusOf(targetFolder, targetName);
     if (marksFirst)
         markItem(folder, name, *item, options);
-    const int error = renameWithoutReplacing(folder, name, targetFolder, targetName);
+    const int error = renameWithoutReplacing(folder, name, targetFolder, targetName, &journal);
     if (error == 0) {
         if (!marksFirst)
             markItem(targetFolder, targetName, *item, options);
@@ -85,16 +131,17 @@ int moveToFolder(const ItemPlace& source, const ItemPlace& target, const MoveOpt
     if (error != EXDEV)
         return error;
     report.copied = true;
-    return moveAcrossDevices(source, target, options, report);
+    return moveAcrossDevices(source, target, options, report, journal);
 }
 
 } // namespace
 
-FileResult<MoveReport> moveItem(
-    const ItemPlace& source, const ItemPlace& destination, const MoveOptions& options)
+FileResult<MoveReport> moveItem(const ItemPlace& source, const ItemPlace& destination,
+    const MoveOptions& options, const DeedJournal& journal)
 {
     MoveReport report;
-    if (const int error = moveToFolder(source, destination, options, report))
+    auto entry = journal.begin();
+    if (const int error = moveToFolder(source, destination, options, report, entry))
         return moveError(fileErrorKind(error), source.name, destination.folderName);
     return report;
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/removal/remove_file.h"
 
 #include "platform/linux/removal/entry_status.h"
+#include "platform/linux/removal/item_place.h"
 #include "platform/linux/removal/remove_tree.h"
 #include "platform/linux/removal/rename_item.h"
 #include "platform/linux/removal/unfinished_moves.h"
@@ -27,17 +28,6 @@ bool isFile(int folder, const char* name, const FileIdentity& file, bool isRenam
         && (isRenamed || nanoseconds(now->changed) == file.changedAt);
 }
 
-void giveNameBack(int folder, const std::string& aside, const std::string& name)
-{
-    constexpr std::size_t names = 100;
-    constexpr std::size_t longestName = 255;
-    for (std::size_t number = 1; number <= names; ++number) {
-        const auto free = nameWithNumberBeforeExtension(name, number, longestName);
-        if (renameWithoutReplacing(folder, aside.c_str(), folder, free.c_str()) != EEXIST)
-            return;
-    }
-}
-
 bool isAllowed(const std::function<bool()>& mayGo)
 {
     try {
@@ -49,19 +39,35 @@ bool isAllowed(const std::function<bool()>& mayGo)
 
 } // namespace
 
+bool giveNameBack(int folder, const std::string& aside, const std::string& name)
+{
+    constexpr std::size_t names = 100;
+    const auto longestName = longestNameIn(folder);
+    for (std::size_t number = 1; number <= names; ++number) {
+        const auto free = nameWithNumberBeforeExtension(name, number, longestName);
+        const int error = renameWithoutReplacing(folder, aside.c_str(), folder, free.c_str());
+        if (error != EEXIST)
+            return error == 0;
+    }
+    return false;
+}
+
 int removeFileIf(int folder, const std::string& name, const FileIdentity& expected,
-    const std::function<bool()>& mayGo)
+    const std::function<bool()>& mayGo, JournalEntry& journal)
 {
     if (!isFile(folder, name.c_str(), expected, false))
         return ESTALE;
     const auto aside = MoveNames::random().removedSource;
+    if (const auto path = pathOfFolder(folder))
+        journal.add(NotedFile{
+            .folder = *path, .name = name, .aside = aside, .inode = expected.inode, .target = {}});
     if (const int error = renameWithoutReplacing(folder, name.c_str(), folder, aside.c_str()))
         return error;
     int error = ESTALE;
     if (isFile(folder, aside.c_str(), expected, true) && isAllowed(mayGo))
         error = removeEntry(folder, aside.c_str(), 0);
-    if (error != 0)
-        giveNameBack(folder, aside, name);
+    if (error != 0 && !giveNameBack(folder, aside, name))
+        journal.leave();
     return error;
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 /// Deletes the entries of one surveyed folder; its folders were emptied before.
 void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder, int opened,
-    SurveyedRemoval& removal)
+    SurveyedRemoval& removal, JournalEntry& journal)
 {
     const auto fail = [&removal](int error) {
         if (removal.error == 0)
@@ -29,8 +29,11 @@ void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder,
         return;
     }
     const auto& own = survey.entries()[folder.entry].status;
-    const bool isMadeWritable = own.owner == ::geteuid() && own.owner != 0
-        && (own.mode & S_IRWXU) != S_IRWXU && ::fchmod(opened, own.permissions() | S_IRWXU) == 0;
+    const bool needsLoan
+        = own.owner == ::geteuid() && own.owner != 0 && (own.mode & S_IRWXU) != S_IRWXU;
+    if (needsLoan)
+        noteLoan(journal, opened, {}, own, own.permissions() | S_IRWXU);
+    const bool isMadeWritable = needsLoan && ::fchmod(opened, own.permissions() | S_IRWXU) == 0;
     for (const auto& listed : listing->entries()) {
         const auto* name = listing->nameText(listed);
         const auto* known = survey.find(folder, name);
@@ -55,7 +58,8 @@ void removeEntriesOf(const TreeSurvey& survey, const TreeSurvey::Folder& folder,
 
 } // namespace
 
-SurveyedRemoval removeSurveyed(const TreeSurvey& survey, int folder, const std::string& name)
+SurveyedRemoval removeSurveyed(
+    const TreeSurvey& survey, int folder, const std::string& name, JournalEntry& journal)
 {
     SurveyedRemoval removal;
     const auto& top = survey.entries().front().status;
@@ -74,7 +78,7 @@ SurveyedRemoval removeSurveyed(const TreeSurvey& survey, int folder, const std::
                     removal.error = errno;
                 continue;
             }
-            removeEntriesOf(survey, survey.folders()[number], reached, removal);
+            removeEntriesOf(survey, survey.folders()[number], reached, removal, journal);
         }
     }
     const int error = removeEntry(folder, name.c_str(), top.isFolder() ? AT_REMOVEDIR : 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/removal/tree_survey.h"
 
 #include <string>
@@ -15,7 +16,8 @@ struct SurveyedRemoval {
 };
 
 /// Deletes the item called `name` in `folder`, but only those of its entries that still are what
-/// the survey saw.
-SurveyedRemoval removeSurveyed(const TreeSurvey& survey, int folder, const std::string& name);
+/// the survey saw. Folders that are made writable meanwhile are noted in the journal.
+SurveyedRemoval removeSurveyed(
+    const TreeSurvey& survey, int folder, const std::string& name, JournalEntry& journal);
 
 } // namespace kestavon

@@ -1,5 +1,6 @@
 #include "platform/linux/removal/remove_tree.h"
 
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/removal/folder_listing.h"
 #include "platform/linux/removal/metadata.h"
 #include "platform/linux/removal/retry.h"
@@ -56,6 +57,10 @@ public:
         , m_role(role)
     {
     }
+    /// Folders that stay get their permissions back, whatever ended the work.
+    ~TreeRemover() { restorePermissions(); }
+    TreeRemover(const TreeRemover&) = delete;
+    TreeRemover& operator=(const TreeRemover&) = delete;
 
     TreeFailure run()
     {
@@ -81,7 +86,6 @@ public:
         while (!m_steps.empty()) {
             if (m_options.stop.stop_requested()) {
                 m_failure = {ECANCELED, m_top};
-                restorePermissions();
                 break;
             }
             auto& step = m_steps.back();
@@ -263,23 +267,29 @@ private:
                                                    : folder.identity.device == top.identity.device;
     }
 
-    static bool makeReadable(int parent, const char* name, Step& step)
+    bool makeReadable(int parent, const char* name, Step& step)
     {
         const auto status = statusOf(parent, name);
         if (!status || !status->isFolder() || status->owner != ::geteuid())
             return false;
         step.permissions = status->permissions();
-        step.isMadeWritable = changePermissions(parent, name, step.permissions | S_IRWXU);
+        const auto borrowed = step.permissions | S_IRWXU;
+        if (m_options.journal)
+            noteLoan(*m_options.journal, parent, name, *status, borrowed);
+        step.isMadeWritable = changePermissions(parent, name, borrowed);
         return step.isMadeWritable;
     }
 
-    static void makeWritable(int folder, const EntryStatus& status, Step& step)
+    void makeWritable(int folder, const EntryStatus& status, Step& step)
     {
         const auto user = ::geteuid();
         if (user == 0 || status.owner != user || (status.mode & S_IRWXU) == S_IRWXU)
             return;
         step.permissions = status.permissions();
-        step.isMadeWritable = ::fchmod(folder, step.permissions | S_IRWXU) == 0;
+        const auto borrowed = step.permissions | S_IRWXU;
+        if (m_options.journal)
+            noteLoan(*m_options.journal, folder, {}, status, borrowed);
+        step.isMadeWritable = ::fchmod(folder, borrowed) == 0;
     }
 
     /// Steps up, and deletes the folder that was emptied.
@@ -358,11 +368,17 @@ private:
         return status && status->identity == identity ? std::move(*opened) : FileDescriptor();
     }
 
+    /// From the folder in hand upwards; those far above are found again through "..".
     void restorePermissions()
     {
-        for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step) {
-            if (step->isMadeWritable && step->descriptor)
-                std::ignore = ::fchmod(step->descriptor.get(), step->permissions);
+        while (!m_steps.empty()) {
+            auto left = std::move(m_steps.back());
+            m_steps.pop_back();
+            if (!m_steps.empty() && left.descriptor && !m_steps.back().descriptor)
+                m_steps.back().descriptor
+                    = openExpected(left.descriptor.get(), "..", m_steps.back().identity);
+            if (left.isMadeWritable && left.descriptor)
+                std::ignore = ::fchmod(left.descriptor.get(), left.permissions);
         }
     }
 

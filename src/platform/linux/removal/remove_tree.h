@@ -9,11 +9,14 @@
 
 namespace kestavon {
 
+class JournalEntry;
+
 struct RemoveTreeOptions {
     bool refusesFolders = false; ///< ESTALE for an item that is one
     std::stop_token stop = {};
     /// Called, on the caller's thread, with the number of entries deleted so far.
     std::function<void(std::int64_t entries)> progress = {};
+    JournalEntry* journal = nullptr; ///< for permissions that are borrowed
 };
 
 /// Deletes the item called `name` in `folder`; a folder with all that is in it, however deep and

@@ -1,7 +1,9 @@
 #include "platform/linux/removal/rename_item.h"
 
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/removal/entry_status.h"
+#include "platform/linux/removal/item_place.h"
 #include "platform/linux/removal/metadata.h"
 #include "platform/linux/removal/remove_tree.h"
 #include "platform/linux/removal/retry.h"
@@ -24,6 +26,7 @@ struct Names {
     const char* source;
     int targetFolder;
     const char* target;
+    JournalEntry* journal = nullptr;
 };
 
 int outcome(int result)
@@ -58,9 +61,8 @@ int linkTo(const Names& names)
 
 /// Ends a move whose item has both names, by taking the first one away - under a name of our own,
 /// because whoever saves the file just now puts another one in its place.
-int dropFirstName(const Names& names, const Identity& item)
+int dropFirstName(const Names& names, const Identity& item, const std::string& aside)
 {
-    const auto aside = MoveNames::random().removedSource;
     const int folder = names.sourceFolder;
     const int error = plainRename({folder, names.source, folder, aside.c_str()});
     switch (lookFor(item, folder, aside.c_str())) {
@@ -82,13 +84,28 @@ int dropFirstName(const Names& names, const Identity& item)
     return error != 0 ? error : EIO;
 }
 
+/// Tells the journal that the item is about to have two names, and then a third.
+void noteNames(const Names& names, const Identity& item, const std::string& aside)
+{
+    const auto folder = names.journal ? pathOfFolder(names.sourceFolder) : std::nullopt;
+    const auto targetFolder = folder ? pathOfFolder(names.targetFolder) : std::nullopt;
+    if (targetFolder)
+        names.journal->add(NotedFile{.folder = *folder,
+            .name = names.source,
+            .aside = aside,
+            .inode = item.inode,
+            .target = *targetFolder + '/' + names.target});
+}
+
 /// A second name at the target, then the first one goes: two names are never one too few.
 int moveByLinking(const Names& names, const Identity& item)
 {
+    const auto aside = MoveNames::random().removedSource;
+    noteNames(names, item, aside);
     const int error = linkTo(names);
     const bool isLinked = error == 0
         || (error != EEXIST && lookFor(item, names.targetFolder, names.target) == Found::theItem);
-    return isLinked ? dropFirstName(names, item) : error;
+    return isLinked ? dropFirstName(names, item, aside) : error;
 }
 
 /// Takes the name with an empty file of our own, which the rename may then replace.
@@ -161,10 +178,10 @@ int renameAndLook(const Names& names, const Identity& item)
 
 } // namespace
 
-int renameWithoutReplacing(
-    int sourceFolder, const char* source, int targetFolder, const char* target)
+int renameWithoutReplacing(int sourceFolder, const char* source, int targetFolder,
+    const char* target, JournalEntry* journal)
 {
-    const Names names{sourceFolder, source, targetFolder, target};
+    const Names names{sourceFolder, source, targetFolder, target, journal};
     const auto before = statusOf(sourceFolder, source);
     if (!before)
         return before.error();

@@ -1,10 +1,13 @@
 #include "platform/linux/removal/unfinished_moves.h"
 
 #include "core/domain/uuid.h"
+#include "platform/linux/mount_table.h"
 #include "platform/linux/removal/copied_remainder.h"
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/removal/folder_listing.h"
 #include "platform/linux/removal/item_place.h"
 #include "platform/linux/removal/metadata.h"
+#include "platform/linux/removal/patience.h"
 #include "platform/linux/removal/remove_tree.h"
 #include "platform/linux/removal/rename_item.h"
 #include "platform/linux/removal/retry.h"
@@ -12,9 +15,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <chrono>
-#include <map>
+#include <memory>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -30,17 +34,6 @@ constexpr std::string_view deletedPrefix = ".kestavon-deleted-";
 bool isPrefixAndId(std::string_view name, std::string_view prefix)
 {
     return name.starts_with(prefix) && Uuid::fromText(name.substr(prefix.size())).has_value();
-}
-
-bool lockAgainstMoves(int folder)
-{
-    return retrying([&] { return ::flock(folder, LOCK_EX | LOCK_NB); }) == 0;
-}
-
-FileDescriptor openForLock(int folder)
-{
-    return FileDescriptor(
-        retrying([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
 }
 
 bool renameIn(int folder, const std::string& from, const std::string& to)
@@ -62,79 +55,51 @@ bool putAside(const RemovedSource& source, const std::string& asideName, int sou
         && renameIn(sourceFolder, source.formerName, asideName);
 }
 
-/// Deletes what is left of the source of a copy that is in its place, as far as the copy holds it;
-/// the rest gets its name back. Nothing is left to be done when this gives true.
-bool finishRemoval(const RemovedSource& source, int folder, const char* copy)
-{
-    const auto remainder = openItemPlace(source.path);
-    if (!remainder) // Its volume may be back the next time.
-        return false;
-    if (!isRemovedSourceName(remainder->name))
-        return true;
-    const auto sourceFolder = openForLock(remainder->folder.get());
-    if (!sourceFolder || !lockAgainstMoves(sourceFolder.get()))
-        return false;
-    const auto aside = statusOf(sourceFolder.get(), remainder->name.c_str());
-    if (!aside && aside.error() == ENOENT
-        && !putAside(source, remainder->name, sourceFolder.get(), folder, copy))
-        return true;
-    const auto left = removeCopiedRemainder(sourceFolder.get(), remainder->name, folder, copy);
-    if (left != Remainder::notCopied || source.formerName.empty()
-        || source.formerName.find('/') != std::string::npos)
-        return left == Remainder::none;
-    return renameIn(sourceFolder.get(), remainder->name, source.formerName);
-}
+/// A copy in the folder whose source may not be gone.
+struct MarkedCopy {
+    std::string name;
+    RemovedSource source;
+};
 
-/// Clears the locked folder of half copies and of what is left of sources. False when some of it
-/// could not be done now.
-bool clearTarget(int folder, const FolderListing& listing)
+/// Clears the locked folder of half copies and of folders that were being deleted, and gives the
+/// copies that are not finished.
+std::vector<MarkedCopy> clearTarget(int folder)
 {
-    bool isDone = true;
-    for (const auto& entry : listing.entries()) {
-        const auto* name = listing.nameText(entry);
-        if (isPartialCopyName(name) || isDeletedName(name)) {
-            isDone = removeTree(folder, name, {}).error == 0 && isDone;
-            continue;
-        }
-        const auto mark = readMark(folder, name, removedSourceMark);
-        if (!mark)
-            continue;
-        if (finishRemoval(RemovedSource::fromText(*mark), folder, name))
-            removeMarks(folder, name, std::string(removedSourceMark));
-        else
-            isDone = false;
+    std::vector<MarkedCopy> copies;
+    const auto listing = listFolder(folder);
+    if (!listing)
+        return copies;
+    for (const auto& entry : listing->entries()) {
+        const auto* name = listing->nameText(entry);
+        if (isPartialCopyName(name) || isDeletedName(name))
+            removeTree(folder, name, {});
+        else if (const auto mark = readMark(folder, name, removedSourceMark))
+            copies.push_back({.name = name, .source = RemovedSource::fromText(*mark)});
     }
-    return isDone;
+    return copies;
 }
 
-/// Clears the folder at `path` as one that something was moved to.
-bool clearTargetAt(const std::string& path)
+/// Finishes the copies in the folder. It is not locked any more: no move was at work when their
+/// marks were read, and whoever takes such a copy away only keeps its source from being deleted.
+void finishCopies(int folder, std::vector<MarkedCopy> copies)
 {
-    const auto place = openFolder(path);
-    if (!place) // Its volume may be back the next time.
-        return false;
-    const auto folder = openForLock(place->get());
-    if (!folder || !lockAgainstMoves(folder.get()))
-        return false;
-    const auto listing = listFolder(folder.get());
-    return listing && clearTarget(folder.get(), *listing);
-}
-
-/// Clears the folders to which entries of this one were under way.
-void clearTargetsOf(int folder, const FolderListing& listing)
-{
-    std::map<std::string, bool> isCleared; // by target
-    for (const auto& entry : listing.entries()) {
-        const auto* name = listing.nameText(entry);
-        const auto target = readMark(folder, name, underWayMark);
-        if (!target)
-            continue;
-        const auto [known, isNew] = isCleared.try_emplace(*target, false);
-        if (isNew)
-            known->second = clearTargetAt(*target);
-        if (known->second)
-            removeMarks(folder, name, std::string(underWayMark));
+    const auto mounts = currentMounts();
+    std::ranges::stable_partition(
+        copies, [&](const MarkedCopy& copy) { return !isOnServer(copy.source.path, mounts); });
+    for (const auto& copy : copies) {
+        if (finishRemoval(copy.source, folder, copy.name.c_str()))
+            removeMarks(folder, copy.name.c_str(), std::string(removedSourceMark));
     }
+}
+
+void clear(const FileDescriptor& folder, const std::string& journalFolder)
+{
+    if (folder && lockAgainstMoves(folder.get())) {
+        auto copies = clearTarget(folder.get());
+        ::flock(folder.get(), LOCK_UN);
+        finishCopies(folder.get(), std::move(copies));
+    }
+    finishDeeds(journalFolder);
 }
 
 } // namespace
@@ -191,16 +156,46 @@ void lockForMove(int folder)
     }
 }
 
-void clearUnfinishedMovesIn(int folder)
+bool lockAgainstMoves(int folder)
 {
-    if (!lockAgainstMoves(folder))
-        return;
-    const auto listing = listFolder(folder);
-    if (listing)
-        clearTarget(folder, *listing);
-    ::flock(folder, LOCK_UN); // What was under way from here may have to be finished here.
-    if (listing)
-        clearTargetsOf(folder, *listing);
+    return retrying([&] { return ::flock(folder, LOCK_EX | LOCK_NB); }) == 0;
+}
+
+FileDescriptor openForLock(int folder)
+{
+    return FileDescriptor(
+        retrying([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+}
+
+bool finishRemoval(const RemovedSource& source, int folder, const char* copy)
+{
+    const auto remainder = openItemPlace(source.path);
+    if (!remainder) // Its volume may be back the next time.
+        return false;
+    if (!isRemovedSourceName(remainder->name))
+        return true;
+    const auto sourceFolder = openForLock(remainder->folder.get());
+    if (!sourceFolder || !lockAgainstMoves(sourceFolder.get()))
+        return false;
+    const auto aside = statusOf(sourceFolder.get(), remainder->name.c_str());
+    if (!aside && aside.error() == ENOENT
+        && !putAside(source, remainder->name, sourceFolder.get(), folder, copy))
+        return true;
+    const auto left = removeCopiedRemainder(sourceFolder.get(), remainder->name, folder, copy);
+    if (left != Remainder::notCopied || source.formerName.empty()
+        || source.formerName.find('/') != std::string::npos)
+        return left == Remainder::none;
+    return renameIn(sourceFolder.get(), remainder->name, source.formerName);
+}
+
+void clearUnfinishedMoves(
+    FileDescriptor folder, std::string journalFolder, std::chrono::milliseconds patience)
+{
+    auto shared = std::make_shared<FileDescriptor>(std::move(folder));
+    runWithPatience(
+        patience, [folder = std::move(shared), journalFolder = std::move(journalFolder)] {
+            clear(*folder, journalFolder);
+        });
 }
 
 } // namespace kestavon

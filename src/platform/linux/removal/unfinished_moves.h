@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/linux/file_descriptor.h"
+
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -15,6 +18,9 @@ namespace kestavon {
 ///   where it was, and until that is done the copy carries a mark which tells where. What is left
 ///   of such a source can go as far as the copy holds the same, byte for byte;
 /// - a held folder is deleted for good under another name too, and what is left of it goes.
+///
+/// Of a copy that can carry no mark, and of one that is made where nobody would look for it, the
+/// journal tells (`deed_journal.h`).
 
 /// The names of one move, with which it leaves no other's in doubt.
 struct MoveNames {
@@ -41,17 +47,32 @@ struct RemovedSource {
     static RemovedSource fromText(const std::string& text);
 };
 
-/// The mark on an item that is being copied to another device: the folder that it goes to.
-inline constexpr std::string_view underWayMark = "user.kestavon.under-way";
-
 /// Declares that a move is at work in the opened folder, until the descriptor is closed. Gives up
 /// waiting for another program's lock after a while: what such a one clears away is missed when the
 /// copy is looked at, so the lock only spares work, never data.
 void lockForMove(int folder);
 
-/// Ends what moves of the past left in the opened folder that they were to move something to, and
-/// in the folders where that came from; and the same in the folders to which items of this one were
-/// under way. Leaves alone where a move is at work. Looks at every entry.
-void clearUnfinishedMovesIn(int folder);
+/// Deletes what is left of the source of the copy called `copy` in the opened folder, as far as the
+/// copy holds it; the rest gets its name back. Nothing is left to be done when this gives true.
+bool finishRemoval(const RemovedSource& source, int folder, const char* copy);
+
+/// Locks the opened folder against moves, until the descriptor is closed; false when one is at work
+/// there.
+bool lockAgainstMoves(int folder);
+
+/// Opens a folder anew, for a lock of its own.
+FileDescriptor openForLock(int folder);
+
+/// So long the program waits for what the past left to be cleared up.
+inline constexpr std::chrono::milliseconds clearingPatience{2000};
+
+/// Ends what moves of the past left in the opened folder, which may be none, that they were to move
+/// something to, and in the folders where that came from; then the deeds noted in the journal.
+/// Leaves alone where a move is at work. Looks at every entry.
+///
+/// All of that on a thread of its own: what is to be looked at may lie on a server that does not
+/// answer. After `patience` the caller goes on, and so does the thread.
+void clearUnfinishedMoves(
+    FileDescriptor folder, std::string journalFolder, std::chrono::milliseconds patience);
 
 } // namespace kestavon

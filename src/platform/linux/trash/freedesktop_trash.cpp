@@ -48,6 +48,7 @@ FreedesktopTrash::FreedesktopTrash(HostLayout layout, ProtectedPlaces protectedP
     , m_protectedPlaces(std::move(protectedPlaces))
     , m_clock(std::move(clock))
     , m_volumes(std::move(volumes))
+    , m_journal(journalFolder(m_layout))
 {
 }
 
@@ -228,13 +229,16 @@ FileResult<std::string> FreedesktopTrash::put(const TrashableItem& item, const T
     moveOptions.stop = options.stop;
     moveOptions.progress = options.progress;
     moveOptions.refusesFolders = options.refusesFolders;
-    const auto moved = moveItem(item.place, destination, moveOptions);
+    const auto moved = moveItem(item.place, destination, moveOptions, m_journal);
     if (!moved) {
         // What lies in the Trash must have its record, whatever went wrong after it got there.
         if (moved.error().kind != FileError::Kind::fileExists && mayExist(trash.files.get(), name))
             record.keep();
         return moved.error();
     }
+    // Somebody may have emptied the Trash meanwhile, and taken it for one without an item.
+    if (!record.isInPlace() && !record.writeAgain())
+        return putBack(item, trash, name);
     record.keep();
     if (S_ISDIR(item.status.st_mode)) {
         if (const auto bytes = bytesOnDisk(trash.files.get(), name))
@@ -245,6 +249,15 @@ FileResult<std::string> FreedesktopTrash::put(const TrashableItem& item, const T
     return trash.path + "/files/" + name;
 }
 
+FileError FreedesktopTrash::putBack(
+    const TrashableItem& item, const TrashFolder& trash, const std::string& name) const
+{
+    const ItemPlace trashed{FileDescriptor(::fcntl(trash.files.get(), F_DUPFD_CLOEXEC, 0)), name,
+        std::string(trashName)};
+    const auto back = moveItem(trashed, item.place, {}, m_journal);
+    return moveError(back ? FileError::Kind::changed : back.error().kind, name, trashName);
+}
+
 void FreedesktopTrash::clearOnce(const TrashFolder& trash)
 {
     {
@@ -252,27 +265,41 @@ void FreedesktopTrash::clearOnce(const TrashFolder& trash)
         if (!m_cleared.insert(trash.path).second)
             return;
     }
-    clearUnfinishedMovesIn(trash.files.get());
+    kestavon::clearUnfinishedMoves(openForLock(trash.files.get()), {}, clearingPatience);
     clearAbandonedRecords(trash);
+}
+
+std::optional<FreedesktopTrash::OwnItem> FreedesktopTrash::findOwnItem(
+    const std::string& path) const
+{
+    // Asked about every item, and finding every Trash takes longer than removing one.
+    const auto folder = std::string_view(path).substr(0, std::min(path.rfind('/'), path.size()));
+    if (lastComponent(folder) != "files")
+        return std::nullopt;
+    for (const auto& place : trashPlaces()) {
+        auto name = path.substr(std::min(place.items.size() + 1, path.size()));
+        if (name.empty() || name.find('/') != std::string::npos || path != place.items + '/' + name)
+            continue;
+        auto trash = openExistingTrash(place.folder, ::geteuid());
+        if (!trash)
+            return std::nullopt;
+        return OwnItem{std::move(*trash), std::move(name)};
+    }
+    return std::nullopt;
 }
 
 void FreedesktopTrash::forgetItem(const std::string& path)
 {
-    // Asked after every deletion, and finding every Trash takes longer than one.
-    const auto folder = std::string_view(path).substr(0, std::min(path.rfind('/'), path.size()));
-    if (lastComponent(folder) != "files")
-        return;
-    for (const auto& place : trashPlaces()) {
-        const auto name = path.substr(std::min(place.items.size() + 1, path.size()));
-        if (name.empty() || name.find('/') != std::string::npos || path != place.items + '/' + name)
-            continue;
-        const auto trash = openExistingTrash(place.folder, ::geteuid());
-        if (!trash || mayExist(trash->files.get(), name))
-            return;
-        if (removeRecord(*trash, name))
-            forgetDirectorySize(trash->root.get(), name);
-        return;
-    }
+    const auto item = findOwnItem(path);
+    if (item && !mayExist(item->trash.files.get(), item->name)
+        && removeRecord(item->trash, item->name))
+        forgetDirectorySize(item->trash.root.get(), item->name);
+}
+
+void FreedesktopTrash::keepRecordOf(const std::string& path)
+{
+    if (const auto item = findOwnItem(path))
+        keepRecord(item->trash, item->name);
 }
 
 void FreedesktopTrash::clearUnfinishedMoves()

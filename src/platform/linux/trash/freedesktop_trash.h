@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/trash/directory_sizes.h"
 #include "platform/linux/trash/mounted_volumes.h"
 #include "platform/linux/trash/trash_folder.h"
@@ -9,6 +10,7 @@
 
 #include <map>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -30,6 +32,7 @@ public:
     std::vector<FileResult<std::string>> trashItems(
         std::span<const std::string> paths, const TrashOptions& options) override;
     void forgetItem(const std::string& path) override;
+    void keepRecordOf(const std::string& path) override;
     void clearUnfinishedMoves() override;
     std::vector<TrashPlace> trashPlaces() const override;
 
@@ -54,8 +57,19 @@ private:
     using OpenTrashes = std::map<std::uint64_t, std::shared_ptr<const TrashFolder>>; // by volume
     using DirectorySizes = std::map<std::shared_ptr<const TrashFolder>, std::vector<DirectorySize>>;
 
+    /// An item of a Trash: where it lies, and its name there.
+    struct OwnItem {
+        TrashFolder trash;
+        std::string name;
+    };
+    /// Nothing when the path is not one of an item in a Trash.
+    std::optional<OwnItem> findOwnItem(const std::string& path) const;
+
     FileResult<Reservation> reserve(
         const TrashableItem& item, const TrashFolder& trash, std::size_t attempt) const;
+    /// Moves an item that has lost its record while it was moved back to its place.
+    FileError putBack(
+        const TrashableItem& item, const TrashFolder& trash, const std::string& name) const;
     /// Moves the item to its place. Of a folder the size is added to `sizes`.
     FileResult<std::string> put(const TrashableItem& item, const TrashFolder& trash,
         Reservation& reservation, const TrashOptions& options,
@@ -72,6 +86,7 @@ private:
     const ProtectedPlaces m_protectedPlaces;
     const std::shared_ptr<const Clock> m_clock;
     const std::shared_ptr<const MountedVolumes> m_volumes;
+    const DeedJournal m_journal;
 
     std::mutex m_mutex;
     std::set<std::string> m_cleared; // guarded by m_mutex

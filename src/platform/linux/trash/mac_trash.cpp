@@ -11,6 +11,7 @@ namespace kestavon {
 MacTrash::MacTrash(const HostLayout& layout, ProtectedPlaces protectedPlaces)
     : m_folder(macTrashFolder(layout))
     , m_protectedPlaces(std::move(protectedPlaces))
+    , m_journal(journalFolder(layout))
 {
 }
 
@@ -38,7 +39,7 @@ FileResult<std::string> MacTrash::trashItem(const std::string& path, const Trash
         // Looked at first, so that nothing is copied only to find its name taken.
         if (mayExist(destination.folder.get(), destination.name))
             continue;
-        const auto moved = moveItem(item->place, destination, moveOptions);
+        const auto moved = moveItem(item->place, destination, moveOptions, m_journal);
         if (!moved && moved.error().kind == FileError::Kind::fileExists)
             continue;
         if (!moved)

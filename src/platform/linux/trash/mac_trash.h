@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/trash/trashable_item.h"
 #include "platform/trash.h"
 
@@ -24,6 +25,7 @@ private:
 
     const std::string m_folder;
     const ProtectedPlaces m_protectedPlaces;
+    const DeedJournal m_journal;
     std::once_flag m_cleared;
 };
 

@@ -11,6 +11,7 @@
 #include <memory>
 #include <system_error>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 #include <dirent.h>
@@ -51,7 +52,8 @@ std::vector<std::string> entriesEndingIn(int folder, std::string_view ending)
 bool isAbandoned(int file)
 {
     struct stat status { };
-    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != ::geteuid())
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != ::geteuid()
+        || (status.st_mode & S_IWUSR) == 0)
         return false;
     if (status.st_size == 0)
         return ::time(nullptr) - status.st_mtime > secondsPerDay;
@@ -78,7 +80,7 @@ Result<TrashRecord, int> TrashRecord::write(
         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!file)
         return errno;
-    TrashRecord record(trash.info.get(), std::move(fileName), std::move(file));
+    TrashRecord record(trash.info.get(), std::move(fileName), std::move(file), text);
     // An item without a record, left by somebody, holds the name too.
     if (mayExist(trash.files.get(), name))
         return EEXIST;
@@ -93,10 +95,11 @@ Result<TrashRecord, int> TrashRecord::write(
     return record;
 }
 
-TrashRecord::TrashRecord(int info, std::string fileName, FileDescriptor file)
+TrashRecord::TrashRecord(int info, std::string fileName, FileDescriptor file, std::string_view text)
     : m_info(info)
     , m_fileName(std::move(fileName))
     , m_file(std::move(file))
+    , m_text(text)
 {
 }
 
@@ -138,6 +141,18 @@ std::vector<bool> TrashRecord::writeOut(std::span<const TrashRecord* const> reco
     return results;
 }
 
+bool TrashRecord::isInPlace() const
+{
+    return isStillNamed(m_info, m_fileName, m_file.get());
+}
+
+bool TrashRecord::writeAgain()
+{
+    m_file.reset(::openat(
+        m_info, m_fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    return m_file && writeAll(m_file.get(), m_text) && writeOut();
+}
+
 std::int64_t TrashRecord::time() const
 {
     struct stat status { };
@@ -152,6 +167,15 @@ bool removeRecord(const TrashFolder& trash, const std::string& name)
     return file && (::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
         && !mayExist(trash.files.get(), name)
         && ::unlinkat(trash.info.get(), fileName.c_str(), 0) == 0;
+}
+
+void keepRecord(const TrashFolder& trash, const std::string& name)
+{
+    const auto fileName = name + std::string(trashInfoEnding);
+    const FileDescriptor file(::openat(
+        trash.info.get(), fileName.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (file)
+        std::ignore = ::fchmod(file.get(), 0400);
 }
 
 void clearAbandonedRecords(const TrashFolder& trash)

@@ -32,17 +32,22 @@ public:
     /// their order.
     static std::vector<bool> writeOut(std::span<const TrashRecord* const> records);
 
+    /// Whether the record is where it was written: anybody can remove it.
+    bool isInPlace() const;
+    /// Writes the record anew, to the disk, after somebody removed it. False when that cannot be.
+    bool writeAgain();
     /// The item has arrived: the record stays.
     void keep() { m_kept = true; }
     /// The record's modification time, in seconds since 1970.
     std::int64_t time() const;
 
 private:
-    TrashRecord(int info, std::string fileName, FileDescriptor file);
+    TrashRecord(int info, std::string fileName, FileDescriptor file, std::string_view text);
 
     int m_info; // the caller's
     std::string m_fileName;
     FileDescriptor m_file; // also says, by being open, that the record is this object's
+    std::string m_text;
     bool m_kept = false;
 };
 
@@ -53,9 +58,13 @@ inline constexpr std::string_view trashInfoEnding = ".trashinfo";
 /// somebody is at work with it.
 bool removeRecord(const TrashFolder& trash, const std::string& name);
 
-/// Removes the records that a crash of this program left without an item: ours, not locked, and
-/// nothing at `files/<name>`. So are empty ones more than a day old, which a crash of any program
-/// left and which say nothing. Records of other programs stay, with or without an item.
+/// Keeps the record of an item from being cleared away without the item, by making it read-only:
+/// the item is about to go where it may come back from.
+void keepRecord(const TrashFolder& trash, const std::string& name);
+
+/// Removes the records that a crash of this program left without an item: ours, not locked, not
+/// kept, and nothing at `files/<name>`. So are empty ones more than a day old, which a crash of any
+/// program left and which say nothing. Records of other programs stay, with or without an item.
 void clearAbandonedRecords(const TrashFolder& trash);
 
 } // namespace kestavon

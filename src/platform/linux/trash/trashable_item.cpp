@@ -5,10 +5,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 
 #include <fcntl.h>
-#include <sys/statvfs.h>
 
 namespace kestavon {
 
@@ -99,14 +97,6 @@ std::optional<MountedVolume> volumeOf(const std::string& path, const MountedVolu
         if (folder == "/")
             return std::nullopt;
     }
-}
-
-std::size_t longestNameIn(int folder)
-{
-    struct statvfs status { };
-    if (::fstatvfs(folder, &status) != 0 || status.f_namemax < 32)
-        return NAME_MAX;
-    return std::min<std::size_t>(status.f_namemax, NAME_MAX);
 }
 
 bool mayExist(int folder, const std::string& name)

@@ -42,9 +42,6 @@ std::string withoutLinks(const std::string& path);
 /// The volume on which the folder `path` lies or, as long as it is missing, would be made.
 std::optional<MountedVolume> volumeOf(const std::string& path, const MountedVolumes& volumes);
 
-/// The longest name that fits in the opened folder, in bytes.
-std::size_t longestNameIn(int folder);
-
 /// Whether something of that name lies in the opened folder; also when that cannot be told.
 bool mayExist(int folder, const std::string& name);
 
