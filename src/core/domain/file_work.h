@@ -22,4 +22,12 @@ struct FileWork {
     friend bool operator==(const FileWork&, const FileWork&) = default;
 };
 
+/// A folder in the middle of which a deletion was stopped.
+struct PartlyDeleted {
+    std::string path; ///< where it lies, or of a held one, where it came from
+    std::int64_t entries = 0; ///< that are gone
+
+    friend bool operator==(const PartlyDeleted&, const PartlyDeleted&) = default;
+};
+
 } // namespace kestavon

@@ -95,6 +95,7 @@ public:
         undoOffer,
         busyHeldItems,
         fileWork,
+        partlyDeleted,
     };
 
     /// As `findDuplicates`.
@@ -170,6 +171,9 @@ public:
     /// The moving, restoring or deleting that has been going on for half a second or longer; of
     /// several, the one that was asked for first.
     const std::optional<FileWork>& fileWork() const { return m_fileWork; }
+    /// What the last deletion that was stopped in the middle of a folder left of that; nothing as
+    /// long as there was none.
+    const std::optional<PartlyDeleted>& partlyDeleted() const { return m_partlyDeleted; }
     /// @}
 
     /// Whether the last finished scan could open its root; true before the first.
@@ -446,6 +450,10 @@ private:
     /// Offers to take back a removal of `cut` from the records, which only the Trash allows.
     void offerUndoOfRecords(ActionKind action, const RemovalReport& removed,
         const std::shared_ptr<const RecordPick>& cut, Describe describe);
+    /// Takes held items that are about to be deleted out of the offer.
+    void narrowUndo(const std::vector<QuarantineItem>& deleted);
+    /// Tells of the folder that a deletion was stopped in: an event, before that of the deletion.
+    void tellOfPart(const WorkMeter& work);
     /// How far putting held items back has come.
     struct HeldReturn {
         std::shared_ptr<const std::vector<QuarantineItem>> items;
@@ -571,6 +579,7 @@ private:
     std::string m_scanNotice;
     std::optional<UndoOffer> m_undoOffer;
     std::optional<FileWork> m_fileWork;
+    std::optional<PartlyDeleted> m_partlyDeleted;
     bool m_scanRootWasOpened = true;
     UndoableMove m_undoableMove; // what the offer stands for
 

@@ -106,9 +106,10 @@ void AppModel::removeRecords(
                 return report(finished, outcome.error);
             // The whole selection leaves the list, what was skipped too.
             dropRecords(outcome.value->tried,
-                [this, action, title, finished, removed = std::move(outcome.value->report)](
+                [this, action, title, work, finished, removed = std::move(outcome.value->report)](
                     const std::shared_ptr<const RecordPick>& cut) {
                     refreshDiskSpace();
+                    tellOfPart(*work);
                     recordEvent(title, filesText(removed.tally));
                     offerUndoOfRecords(action, removed, cut, filesText);
                     report(finished, {});

@@ -144,6 +144,7 @@ void AppModel::cleanJunkItems(const JunkGroup& group, std::unordered_set<Uuid> i
             }
             const auto before = dropJunk(outcome.value->cuts);
 
+            tellOfPart(*work);
             switch (action) {
             case ActionKind::safeArea:
                 recordEvent(std::string(rawValue(category)) + " moved to Safe Area",

@@ -62,6 +62,7 @@ struct HeldRemoval {
         auto removed = remover->remove(item.quarantinedPath,
             {.hidesFolders = true, .stop = watch.stop, .progress = watch.removed});
         if (removed) {
+            watch.removedWhole();
             store->forget(item);
             // What came out of the Trash does not go back there.
             trash->forgetItem(item.originalPath);
@@ -255,7 +256,7 @@ void AppModel::deleteAllEarlierHeldItems(Finished finished)
 
 void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
 {
-    withdrawUndo(); // What is being deleted is not put back any more.
+    narrowUndo({item}); // What is being deleted is not put back any more.
     auto busy = keepBusy({item});
     const auto work = m_works.start(FileWork::Deed::remove);
     runInBackground(
@@ -269,8 +270,10 @@ void AppModel::deleteFromSafeArea(const QuarantineItem& item, Finished finished)
             const Outcome<FileResult<Done>>& outcome) {
             m_works.end(work);
             release(busy);
-            if (outcome.value && wasStopped(*outcome.value, work))
+            if (outcome.value && wasStopped(*outcome.value, work)) {
+                tellOfPart(*work);
                 return report(finished, {});
+            }
             const auto error = wordsOf(outcome);
             if (error.empty()) {
                 forgetQuarantined({item.id});
@@ -289,7 +292,7 @@ void AppModel::emptySafeArea(Finished finished)
 void AppModel::deleteHeldItems(std::vector<QuarantineItem> items, Undeleted undeleted,
     const std::string& title, Finished finished)
 {
-    withdrawUndo(); // What is being deleted is not put back any more.
+    narrowUndo(items); // What is being deleted is not put back any more.
     auto busy = keepBusy(items);
     const auto work = m_works.start(FileWork::Deed::remove);
     const auto count = items.size();
@@ -317,12 +320,24 @@ void AppModel::deleteHeldItems(std::vector<QuarantineItem> items, Undeleted unde
             if (outcome.value) {
                 // What was moved in meanwhile stays listed.
                 forgetQuarantined(*outcome.value);
+                tellOfPart(*work);
                 const bool isPart = work->isStopped() && outcome.value->size() < count;
                 recordEvent(isPart ? "Items permanently deleted" : title,
                     std::to_string(outcome.value->size()) + " items permanently deleted");
             }
             report(finished, outcome.error);
         });
+}
+
+void AppModel::tellOfPart(const WorkMeter& work)
+{
+    const auto part = work.partlyDeleted();
+    if (!part)
+        return;
+    recordEvent("Deletion stopped",
+        std::string(lastComponent(part->path)) + " · " + std::to_string(part->entries)
+            + " of its files and folders permanently deleted");
+    publish(Field::partlyDeleted, m_partlyDeleted, part);
 }
 
 AppModel::BusyItems AppModel::keepBusy(const std::vector<QuarantineItem>& items)

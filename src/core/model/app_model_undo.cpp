@@ -74,8 +74,8 @@ void AppModel::offerUndo(UndoableMove move)
 {
     if (move.count == 0) // nothing has moved, and what did before can still be taken back
         return disposeInBackground(std::move(move));
-    if (move.action == ActionKind::permanent)
-        return withdrawUndo();
+    if (move.action == ActionKind::permanent) // That cannot; what moved before still can.
+        return disposeInBackground(std::move(move));
     const UndoOffer offer{.action = move.action, .count = move.count};
     disposeInBackground(std::exchange(m_undoableMove, std::move(move)));
     publish<std::optional<UndoOffer>>(Field::undoOffer, m_undoOffer, offer);
@@ -102,6 +102,24 @@ void AppModel::withdrawUndo()
     disposeInBackground(std::exchange(m_undoableMove, {}));
     if (m_undoOffer)
         publish(Field::undoOffer, m_undoOffer, {});
+}
+
+void AppModel::narrowUndo(const std::vector<QuarantineItem>& deleted)
+{
+    if (!m_undoOffer || m_undoOffer->action != ActionKind::safeArea)
+        return;
+    std::unordered_set<Uuid> ids;
+    for (const auto& item : deleted)
+        ids.insert(item.id);
+    const auto narrowed = std::erase_if(
+        m_undoableMove.held, [&ids](const QuarantineItem& item) { return ids.contains(item.id); });
+    if (narrowed == 0)
+        return;
+    if (m_undoableMove.held.empty())
+        return withdrawUndo();
+    m_undoableMove.count = static_cast<std::int64_t>(m_undoableMove.held.size());
+    publish<std::optional<UndoOffer>>(Field::undoOffer, m_undoOffer,
+        UndoOffer{.action = ActionKind::safeArea, .count = m_undoableMove.count});
 }
 
 void AppModel::undoLastMove(Undone finished)

@@ -38,7 +38,8 @@ RemovalWorker::Remove removalFor(const Platform& platform, ActionKind action,
         .refusesFolders = refusesFolders,
         .stop = watch.stop,
         .progress = watch.removed};
-    return [platform, options, begins = watch.begins](std::span<const std::string> paths) {
+    return [platform, options, begins = watch.begins, removedWhole = watch.removedWhole](
+               std::span<const std::string> paths) {
         std::vector<FileResult<std::string>> results;
         for (const auto& path : paths) {
             if (options.stop.stop_requested()) {
@@ -48,6 +49,8 @@ RemovalWorker::Remove removalFor(const Platform& platform, ActionKind action,
             if (begins)
                 begins(path);
             results.push_back(deleteForGood(platform, path, options));
+            if (results.back() && removedWhole)
+                removedWhole();
         }
         return results;
     };

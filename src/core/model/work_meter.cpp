@@ -39,6 +39,21 @@ void WorkMeter::tellRemoved(std::int64_t entries)
     m_work.removedEntries = m_removedBefore + entries;
 }
 
+void WorkMeter::tellRemovedWhole()
+{
+    const std::lock_guard lock(m_mutex);
+    m_removedBefore = m_work.removedEntries;
+}
+
+std::optional<PartlyDeleted> WorkMeter::partlyDeleted() const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto entries = m_work.removedEntries - m_removedBefore;
+    if (!isStopped() || m_work.deed != FileWork::Deed::remove || entries <= 0)
+        return std::nullopt;
+    return PartlyDeleted{.path = m_work.path, .entries = entries};
+}
+
 std::optional<FileWork> WorkMeter::reading() const
 {
     const std::lock_guard lock(m_mutex);
@@ -70,7 +85,8 @@ WorkWatch watchOf(const std::shared_ptr<WorkMeter>& meter)
         .begins = [meter](const std::string& path) { meter->beginItem(path); },
         .copied
         = [meter](std::int64_t done, std::int64_t total) { meter->tellCopied(done, total); },
-        .removed = [meter](std::int64_t entries) { meter->tellRemoved(entries); }};
+        .removed = [meter](std::int64_t entries) { meter->tellRemoved(entries); },
+        .removedWhole = [meter] { meter->tellRemovedWhole(); }};
 }
 
 } // namespace kestavon

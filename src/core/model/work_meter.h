@@ -32,9 +32,13 @@ public:
     /// Of the item in hand.
     void tellCopied(std::int64_t bytes, std::int64_t ofBytes);
     void tellRemoved(std::int64_t entries);
+    /// The item in hand was deleted as a whole.
+    void tellRemovedWhole();
 
     /// What there is to tell; nothing until the work has lasted for a while.
     std::optional<FileWork> reading() const;
+    /// The item that was stopped while it was being deleted, if some of it is gone.
+    std::optional<PartlyDeleted> partlyDeleted() const;
     void requestStop();
     std::stop_token stopToken() const { return m_stop.get_token(); }
     bool isStopped() const { return m_stop.stop_requested(); }
@@ -54,6 +58,7 @@ struct WorkWatch {
     std::function<void(const std::string& path)> begins = {};
     std::function<void(std::int64_t done, std::int64_t total)> copied = {};
     std::function<void(std::int64_t entries)> removed = {};
+    std::function<void()> removedWhole = {};
 };
 
 FileWork::Deed deedOf(ActionKind action);

@@ -50,10 +50,21 @@ double workShare(const FileWork& work)
     return work.bytesToCopy > 0 ? std::clamp(copied, 0.0, 1.0) : -1;
 }
 
-WorkState::WorkState(AppModel& model)
+QString partlyDeletedText(const PartlyDeleted& part)
+{
+    const auto gone = part.entries == 1
+        ? u"1 file or folder of it is gone."_s
+        : u"%1 files and folders of it are gone."_s.arg(part.entries);
+    return u"Stopped while “%1” was being deleted: "_s.arg(fileNameText(lastComponent(part.path)))
+        + gone;
+}
+
+WorkState::WorkState(AppModel& model, NoticeState& notice)
     : m_model(model)
 {
-    connect(&model, &AppModel::fieldChanged, this, [this](AppModel::Field field) {
+    connect(&model, &AppModel::fieldChanged, this, [this, &notice](AppModel::Field field) {
+        if (field == AppModel::Field::partlyDeleted && m_model.partlyDeleted())
+            notice.show(partlyDeletedText(*m_model.partlyDeleted()));
         if (field != AppModel::Field::fileWork)
             return;
         m_last = m_model.fileWork().value_or(m_last);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/app_model.h"
+#include "ui/widgets/notice_state.h"
 
 #include <QObject>
 #include <QString>
@@ -14,6 +15,9 @@ QString workDetail(const FileWork& work);
 /// The same as a share of the whole, 0 to 1; negative when it cannot be told.
 double workShare(const FileWork& work);
 
+/// What is told of a folder in which a deletion was stopped.
+QString partlyDeletedText(const PartlyDeleted& part);
+
 /// The bar at the foot of the window while files are being worked on for long. Main thread.
 class WorkState final : public QObject {
     Q_OBJECT
@@ -25,8 +29,8 @@ class WorkState final : public QObject {
     /// It is shown and was not asked to stop yet.
     Q_PROPERTY(bool canStop READ canStop NOTIFY changed)
 public:
-    /// `model` must outlive this.
-    explicit WorkState(AppModel& model);
+    /// Both must outlive this. `notice` tells what a stop has left.
+    WorkState(AppModel& model, NoticeState& notice);
 
     bool shown() const { return m_model.fileWork().has_value(); }
     QString text() const { return workText(m_last); }

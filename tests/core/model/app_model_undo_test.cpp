@@ -115,13 +115,38 @@ TEST_P(AppModelUndo, AnotherRemovalTakesTheOffersPlace)
     EXPECT_THAT(names(), ElementsAre("b", "c", "d"));
     EXPECT_FALSE(exists("a"));
 
-    trash({0});
-    await([&](auto done) { model->deleteRecordsPermanently(pick({0}), done); });
-    EXPECT_EQ(model->undoOffer(), std::nullopt) << "what is deleted cannot come back";
-    const auto events = model->history().size();
     model->undoLastMove();
     test::processEvents();
-    EXPECT_THAT(model->history(), SizeIs(events));
+    EXPECT_FALSE(exists("a")) << "its offer was not replaced";
+}
+
+TEST_P(AppModelUndo, ADeletionForGoodLeavesTheOfferAlone)
+{
+    scan({"a", "b", "c"});
+    trash({0});
+    await([&](auto done) { model->deleteRecordsPermanently(pick({0}), done); }); // b
+    EXPECT_EQ(undo().restored, 1);
+    EXPECT_THAT(names(), ElementsAre("a", "c"));
+    EXPECT_FALSE(exists("b"));
+}
+
+TEST_P(AppModelUndo, DeletingHeldItemsTakesOnlyThemOutOfTheOffer)
+{
+    scan({"Library/Caches/1", "Library/Caches/2", "Library/Caches/3", "d"});
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    const auto first = model->quarantine().front();
+    await([&](auto done) { model->deleteFromSafeArea(first, done); });
+    ASSERT_TRUE(model->undoOffer());
+    EXPECT_EQ(model->undoOffer()->count, 2);
+    EXPECT_EQ(undo(), (UndoReport{.restored = 2, .listed = true}));
+
+    await([&](auto done) { model->moveSelectedCleanupToSafeArea(done); });
+    await([&](auto done) { model->emptySafeArea(done); });
+    EXPECT_EQ(model->undoOffer(), std::nullopt);
+
+    await([&](auto done) { model->trashRecords(pick({3}), done); });
+    await([&](auto done) { model->emptySafeArea(done); });
+    EXPECT_TRUE(model->undoOffer()) << "what is in the Trash can still come back";
 }
 
 TEST_P(AppModelUndo, WhatCouldNotBeMovedIsNotOffered)

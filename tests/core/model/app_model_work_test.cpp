@@ -95,6 +95,18 @@ protected:
         EXPECT_EQ(model->fileWork(), std::nullopt);
         return told;
     }
+    /// Expects that the event tells how much of a folder is gone.
+    void expectPartTold(const ActivityEvent& event, const std::string& path)
+    {
+        ASSERT_TRUE(model->partlyDeleted());
+        EXPECT_EQ(model->partlyDeleted()->path, path);
+        const auto gone = model->partlyDeleted()->entries;
+        EXPECT_GT(gone, 0);
+        EXPECT_EQ(event.title, "Deletion stopped");
+        EXPECT_EQ(event.detail,
+            path.substr(path.rfind('/') + 1) + " · " + std::to_string(gone)
+                + " of its files and folders permanently deleted");
+    }
     /// Holds three items, of which the second is the slow one.
     void holdThree()
     {
@@ -128,6 +140,7 @@ TEST_F(AppModelWork, ADeletionThatIsStoppedKeepsListedWhatIsLeft)
     EXPECT_FALSE(exists("a"));
     EXPECT_EQ(lastEvent().title, "Files permanently deleted");
     EXPECT_EQ(lastEvent().detail, "1 files · 5 bytes");
+    expectPartTold(model->history().at(1), folder / "slow");
 }
 
 TEST_F(AppModelWork, WhatWentWithTheFolderThatWasStoppedIsNotListedAnyMore)
@@ -295,7 +308,8 @@ TEST_F(AppModelWork, WhatWasNotDeletedStaysHeld)
     const auto slow = model->quarantine()[0];
     startAndStop([&](auto done) { model->deleteFromSafeArea(slow, done); });
     EXPECT_THAT(model->quarantine(), SizeIs(2));
-    EXPECT_THAT(model->history(), SizeIs(events));
+    EXPECT_THAT(model->history(), SizeIs(events + 1));
+    expectPartTold(lastEvent(), slow.originalPath);
 }
 
 } // namespace

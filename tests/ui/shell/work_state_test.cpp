@@ -44,5 +44,13 @@ TEST(WorkTexts, SayHowFarItIs)
     EXPECT_LT(workShare(removal), 0);
 }
 
+TEST(WorkTexts, SayWhatAStoppedDeletionLeft)
+{
+    EXPECT_EQ(partlyDeletedText({.path = "/home/a b", .entries = 1}),
+        "Stopped while “a b” was being deleted: 1 file or folder of it is gone.");
+    EXPECT_EQ(partlyDeletedText({.path = "/home/a b", .entries = 12}),
+        "Stopped while “a b” was being deleted: 12 files and folders of it are gone.");
+}
+
 } // namespace
 } // namespace kestavon

@@ -406,7 +406,10 @@ int removeEntry(int folder, const char* name, int flags)
 TreeFailure removeTree(int folder, const std::string& name, const RemoveTreeOptions& options)
 {
     Deletion deletion{.options = options};
-    return TreeRemover(folder, name, deletion, TreeRemover::Role::first).run();
+    auto failure = TreeRemover(folder, name, deletion, TreeRemover::Role::first).run();
+    if (options.progress && failure.error != 0) // The helpers have not told what they did last.
+        options.progress(deletion.removedEntries);
+    return failure;
 }
 
 } // namespace kestavon
