@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <span>
-#include <tuple>
 #include <vector>
 
 #include <linux/magic.h>
@@ -63,23 +61,6 @@ bool haveEqualContents(const OpenedFile& a, const OpenedFile& b, const std::stop
     return endsAt(a.file.get(), size) && endsAt(b.file.get(), size);
 }
 
-/// Whether the file will be there after a power cut, having been waited for if need be.
-bool isOnDisk(const std::string& path, const OpenedFile& opened)
-{
-    // Changes reach the disk within a minute or so; asking for it takes a disk longer than all else
-    // that a small file needs.
-    constexpr auto certainly = std::chrono::hours(1);
-    const auto age = std::chrono::system_clock::now().time_since_epoch()
-        - std::chrono::nanoseconds(opened.identity.changedAt);
-    if (age > certainly)
-        return true;
-    // The folder may be new too. One that cannot be opened holds the name all the same.
-    const auto slash = path.rfind('/');
-    if (auto folder = openFolderToWriteOut(path.substr(0, std::max<std::size_t>(slash, 1))))
-        std::ignore = ::fsync(folder.get());
-    return ::fsync(opened.file.get()) == 0 || errno == EINVAL || errno == EROFS;
-}
-
 /// Whether a power cut takes the file, wherever it was written to.
 bool isOnlyInMemory(const OpenedFile& opened)
 {
@@ -91,7 +72,8 @@ bool isOnlyInMemory(const OpenedFile& opened)
 } // namespace
 
 FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
-    const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop)
+    const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop,
+    const FilesOnDisk& onDisk)
 {
     const auto changed = removalError(FileError::Kind::changed, lastComponent(copy.path));
     const auto openedKept = openRegularFile(kept.path);
@@ -101,7 +83,7 @@ FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& c
         || (isOnlyInMemory(*openedKept) && !isOnlyInMemory(*openedCopy)))
         return changed;
     const bool isCopy = proof == CopyProof::content
-        ? haveEqualContents(*openedKept, *openedCopy, stop) && isOnDisk(kept.path, *openedKept)
+        ? haveEqualContents(*openedKept, *openedCopy, stop) && onDisk.hold(kept.path, *openedKept)
         : holdsContent(*openedCopy, copy, digest, stop);
     SpareCopy spare{.kept = {.path = kept.path, .identity = openedKept->identity},
         .copy = {.path = copy.path, .identity = openedCopy->identity}};

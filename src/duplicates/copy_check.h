@@ -2,6 +2,7 @@
 
 #include "core/domain/duplicate_list.h"
 #include "core/domain/file_identity.h"
+#include "duplicates/files_on_disk.h"
 #include "platform/file_error.h"
 
 #include <stop_token>
@@ -33,9 +34,10 @@ struct SpareCopy {
 /// lead there through different file systems, and so does a file that would stay in memory only,
 /// for a copy on a disk. With `CopyProof::identity`, only what changed since
 /// the search is read; with `CopyProof::content` both are, and `kept` is on the disk afterwards,
-/// not only in memory. Any thread but the main one.
+/// not only in memory; those of `onDisk` are not waited for again. Any thread but the main one.
 FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
-    const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop = {});
+    const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop = {},
+    const FilesOnDisk& onDisk = {});
 
 /// Whether the file can be opened by its path and is what it was when it was last looked at. Asks
 /// its file system anew, whatever is remembered here.

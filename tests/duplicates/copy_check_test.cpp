@@ -1,13 +1,16 @@
 #include "duplicates/copy_check.h"
 #include "duplicates/sha256_hex.h"
+#include "support/faulty_calls.h"
 #include "support/moments.h"
 #include "support/temporary_tree.h"
 
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -55,6 +58,35 @@ TEST_F(CopyCheck, ACopyIsSpareWhileNothingChanged)
 {
     EXPECT_TRUE(isSpare(CopyProof::identity));
     EXPECT_TRUE(isSpare(CopyProof::content));
+}
+
+TEST_F(CopyCheck, WhatStaysIsWaitedForOnceAndAnewWhenItChanged)
+{
+    int waits = 0;
+    int error = 0;
+    const test::FaultyCalls disk([&](const test::SystemCall& call) -> std::optional<test::Fault> {
+        if (call.call != "fsync")
+            return std::nullopt;
+        ++waits;
+        return error == 0 ? std::nullopt : std::optional(test::Fault{error});
+    });
+    const auto isSpareAfter = [this](const FilesOnDisk& onDisk) {
+        return static_cast<bool>(
+            checkCopyIsSpare(kept, copy, digest, CopyProof::content, {}, onDisk));
+    };
+    const FilesOnDisk onDisk(std::vector{kept.path, kept.path});
+    EXPECT_EQ(waits, 2) << "the file and its folder";
+    EXPECT_TRUE(isSpareAfter(onDisk));
+    EXPECT_TRUE(isSpareAfter(onDisk));
+    EXPECT_EQ(waits, 2);
+
+    tree.setMode("kept", 0600);
+    EXPECT_TRUE(isSpareAfter(onDisk));
+    EXPECT_GT(waits, 2);
+
+    error = EIO;
+    EXPECT_FALSE(isSpareAfter(onDisk));
+    EXPECT_FALSE(isSpareAfter(FilesOnDisk(std::vector{kept.path})));
 }
 
 TEST_F(CopyCheck, NothingIsSpareOnceOneOfTheTwoIsGoneOrHoldsSomethingElse)

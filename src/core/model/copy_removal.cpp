@@ -28,11 +28,12 @@ FileError notSpare(const UnwantedCopy& unwanted, bool isStopped)
 }
 
 /// What `checkCopyIsSpare` says; what it throws, for want of memory, leaves the copy where it is.
-std::optional<SpareCopy> checked(
-    const UnwantedCopy& unwanted, CopyProof proof, const std::stop_token& stop)
+std::optional<SpareCopy> checked(const UnwantedCopy& unwanted, CopyProof proof,
+    const std::stop_token& stop, const FilesOnDisk& onDisk = {})
 {
     try {
-        auto spare = checkCopyIsSpare(unwanted.kept, unwanted.copy, unwanted.digest, proof, stop);
+        auto spare
+            = checkCopyIsSpare(unwanted.kept, unwanted.copy, unwanted.digest, proof, stop, onDisk);
         return spare ? std::optional(std::move(*spare)) : std::nullopt;
     } catch (const std::exception&) {
         return std::nullopt;
@@ -98,11 +99,26 @@ bool CopyRemoval::isRight(const SpareCopy& spare, const std::string& trashedPath
     return false;
 }
 
-FileResult<std::string> CopyRemoval::deleteForGood(const UnwantedCopy& unwanted) const
+std::vector<FileResult<std::string>> CopyRemoval::deleteForGood(
+    std::span<const UnwantedCopy> copies) const
+{
+    std::vector<std::string> kept;
+    std::ranges::transform(
+        copies, std::back_inserter(kept), [](const UnwantedCopy& copy) { return copy.kept.path; });
+    const FilesOnDisk onDisk(kept, m_watch.stop);
+    std::vector<FileResult<std::string>> results;
+    results.reserve(copies.size());
+    for (const auto& copy : copies)
+        results.push_back(deleteForGood(copy, onDisk));
+    return results;
+}
+
+FileResult<std::string> CopyRemoval::deleteForGood(
+    const UnwantedCopy& unwanted, const FilesOnDisk& onDisk) const
 {
     if (m_watch.begins)
         m_watch.begins(unwanted.copy.path);
-    const auto spare = checked(unwanted, CopyProof::content, m_watch.stop);
+    const auto spare = checked(unwanted, CopyProof::content, m_watch.stop, onDisk);
     if (!spare)
         return notSpare(unwanted, m_watch.stop.stop_requested());
     try {

@@ -31,11 +31,14 @@ public:
     /// now.
     std::vector<FileResult<std::string>> trash(std::span<const UnwantedCopy> copies) const;
 
-    /// Deletes the copy; both files are read before. Gives an empty path. Throws nothing, so that
-    /// what went before it stays counted.
-    FileResult<std::string> deleteForGood(const UnwantedCopy& unwanted) const;
+    /// Deletes the copies, one after the other; both files are read before, and those that stay
+    /// are on the disk. Gives empty paths.
+    std::vector<FileResult<std::string>> deleteForGood(std::span<const UnwantedCopy> copies) const;
 
 private:
+    /// Throws nothing, so that what went before it stays counted.
+    FileResult<std::string> deleteForGood(
+        const UnwantedCopy& unwanted, const FilesOnDisk& onDisk) const;
     /// Whether the copy lies in the Trash and the kept file is still there. If not, what lies there
     /// is put back; it stays only where that cannot be done.
     bool isRight(const SpareCopy& spare, const std::string& trashedPath) const;

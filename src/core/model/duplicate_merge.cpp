@@ -81,12 +81,8 @@ RemovalReport DuplicateMerge::remove(std::span<const Copy> copies, const Platfor
         std::vector<UnwantedCopy> unwanted;
         for (const auto& path : paths)
             unwanted.push_back(byPath.at(path));
-        if (action == ActionKind::trash)
-            return removal.trash(unwanted);
-        std::vector<FileResult<std::string>> results;
-        for (const auto& copy : unwanted)
-            results.push_back(removal.deleteForGood(copy));
-        return results;
+        return action == ActionKind::trash ? removal.trash(unwanted)
+                                           : removal.deleteForGood(unwanted);
     };
     return RemovalWorker(*platform.protectedPlaces, *platform.places, removeCopies)
         .run(requests, watch.stop);
