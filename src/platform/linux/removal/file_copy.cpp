@@ -14,6 +14,8 @@ namespace kestavon {
 namespace {
 
 constexpr std::size_t bufferBytes = 512 * 1024;
+/// What is copied starts on its way to the disk in pieces of so many bytes, while more is read.
+constexpr std::int64_t writtenOutBytes = 8 * 1024 * 1024;
 constexpr std::int64_t kernelCopyBytes = 16 * 1024 * 1024; ///< between two looks at the stop token
 /// Of one file's holes so many bytes are read to see whether they are holes: file systems have been
 /// known to tell of holes where data had not reached the disk yet. What is larger than that is
@@ -116,6 +118,7 @@ int ContentCopier::copyRangeByReading(
     int source, int target, std::int64_t from, std::int64_t to, Bytes expected)
 {
     m_buffer.resize(bufferBytes);
+    auto started = from;
     while (from < to) {
         const auto wanted
             = static_cast<std::size_t>(std::min<std::int64_t>(to - from, bufferBytes));
@@ -129,6 +132,10 @@ int ContentCopier::copyRangeByReading(
         if (const int error = isHole ? 0 : writeAll(target, m_buffer.data(), count, from))
             return error;
         from += got;
+        if (from - started >= writtenOutBytes) {
+            ::sync_file_range(target, started, from - started, SYNC_FILE_RANGE_WRITE);
+            started = from;
+        }
         if (!m_progress(got))
             return ECANCELED;
     }

@@ -9,6 +9,8 @@
 #include <array>
 #include <cerrno>
 #include <map>
+#include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -20,7 +22,7 @@ namespace kestavon {
 
 namespace {
 
-/// Up to so many entries are written out one by one, more of them all at once.
+/// Up to so many entries are waited for one by one, more of them all at once.
 constexpr std::size_t singlyWritten = 16;
 /// Files from this size on start on their way to the disk while the next ones are read.
 constexpr std::int64_t earlyWrittenBytes = 256 * 1024;
@@ -52,6 +54,8 @@ public:
         const auto& top = m_survey.entries().front();
         m_failedName = m_job.sourceName;
         int error = top.status.isFolder() ? copyTopFolder() : copyTopEntry(top);
+        if (error == 0)
+            error = waitForFiles();
         if (error == 0 && !m_writesSingly
             && retrying([this] { return ::syncfs(m_job.targetFolder); }) != 0)
             error = errno;
@@ -78,14 +82,8 @@ private:
         if (const int error = copyEntry(
                 m_job.sourceFolder, m_job.sourceName.c_str(), m_job.targetFolder, target, top))
             return error;
-        if (top.status.isFile() && !m_job.marks.empty()) {
-            // Marks are welcome, not required; but they must be on the disk with the rest.
+        if (top.status.isFile()) // Welcome, not required; waited for with the rest.
             setMarks(m_job.targetFolder, target, m_job.marks);
-            const FileDescriptor copy(retrying([&] {
-                return ::openat(m_job.targetFolder, target, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-            }));
-            return copy ? waitForDisk(copy.get()) : 0;
-        }
         return 0;
     }
 
@@ -272,7 +270,7 @@ private:
         if (!opened || !isUntouched(status, *opened))
             return ESTALE;
         constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-        const FileDescriptor target(
+        FileDescriptor target(
             retrying([&] { return ::openat(targetFolder, targetName, flags, 0600); }));
         if (!target)
             return errno;
@@ -287,10 +285,20 @@ private:
         if (const int error
             = copyMetadata(source.get(), target.get(), status, m_job.options.unmarkPrefix))
             return error;
-        if (m_writesSingly)
-            return waitForDisk(target.get());
         if (status.size >= earlyWrittenBytes)
             ::sync_file_range(target.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
+        if (m_writesSingly)
+            m_unwritten.push_back(std::move(target));
+        return m_unwritten.size() < singlyWritten ? 0 : waitForFiles();
+    }
+
+    /// Waits for the files that were copied last: the disk had time for them meanwhile.
+    int waitForFiles()
+    {
+        for (const auto& file : std::exchange(m_unwritten, {})) {
+            if (const int error = waitForDisk(file.get()))
+                return error;
+        }
         return 0;
     }
 
@@ -307,6 +315,7 @@ private:
     const TreeSurvey& m_survey;
     bool m_writesSingly;
     bool m_leavesAccessTimes = true;
+    std::vector<FileDescriptor> m_unwritten; ///< copies, still open, to be waited for
     ContentCopier m_copier;
     std::int64_t m_copiedBytes = 0;
     std::vector<Identity> m_sourceIdentities;
