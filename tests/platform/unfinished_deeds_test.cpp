@@ -2,6 +2,7 @@
 #include "platform/file_remover.h"
 #include "platform/linux/removal/deed_journal.h"
 #include "platform/linux/removal/patience.h"
+#include "support/as_ordinary_user.h"
 #include "support/entries.h"
 #include "support/faulty_calls.h"
 #include "support/temporary_tree.h"
@@ -15,6 +16,7 @@
 #include <latch>
 #include <memory>
 #include <new>
+#include <optional>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -54,13 +56,21 @@ protected:
             ASSERT_LT(kills, mostCalls);
             prepare();
             wasKilled = isKilledBefore(kills, deed, disk);
-            m_mover.clearUnfinishedMoves(m_home / "held");
+            clear();
             check();
             EXPECT_EQ(entriesIn(m_journal), 0U) << "something was left to be done";
             if (HasFailure())
                 return;
         }
         EXPECT_GT(kills, 3);
+    }
+
+    void clear()
+    {
+        std::optional<test::AsOrdinaryUser> user;
+        if (m_isOfOrdinaryUser)
+            user.emplace();
+        m_mover.clearUnfinishedMoves(m_home / "held");
     }
 
     bool isKilledBefore(int call, const Deed& deed, const FaultyCalls::Rule& disk) const
@@ -105,6 +115,7 @@ protected:
     test::TemporaryTree m_home;
     test::OtherDevice m_other;
     std::string m_journal = m_home / "journal";
+    bool m_isOfOrdinaryUser = false;
     SystemFileMover m_mover{m_journal, std::chrono::minutes(1)};
     SystemFileRemover m_remover{m_journal};
 };
@@ -312,7 +323,7 @@ TEST_F(UnfinishedDeedTest, PermissionsComeBack)
     m_home.setMode(".", 0755);
     for (const auto* folder : {"held", "from", "journal"})
         giveAway(folder);
-    // The clearing runs as root, which must not matter to whom the folders belong.
+    m_isOfOrdinaryUser = true;
     sweep(
         [&] {
             fs::remove_all(m_home / "held/item");
@@ -365,6 +376,33 @@ TEST_F(UnfinishedDeedTest, WhatSomebodyIsAtWorkOnIsLeftAlone)
     }
     m_mover.clearUnfinishedMoves(m_home / "held");
     EXPECT_EQ(m_home.readFile("from/item"), "content");
+}
+
+TEST_F(UnfinishedDeedTest, NobodyDoesWhatTheFilesOfOthersSay)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can be two users";
+    m_home.writeFile("from/item", "content");
+    m_home.setMode("from/item", 0600);
+    struct stat status { };
+    ASSERT_EQ(::lstat((m_home / "from/item").c_str(), &status), 0);
+    const auto path = m_journal + "/11111111-2222-4333-8444-555555555555";
+    {
+        JournalEntry entry(path);
+        ASSERT_TRUE(entry.add(NotedPermissions{.path = m_home / "from/item",
+            .inode = status.st_ino,
+            .former = 0666,
+            .borrowed = 0600}));
+        entry.leave();
+    }
+    const auto modeAfterClearing = [&] {
+        m_mover.clearUnfinishedMoves(m_home / "held");
+        return ::lstat((m_home / "from/item").c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+    };
+    ASSERT_EQ(::chown(path.c_str(), ordinaryUser, ordinaryUser), 0);
+    EXPECT_EQ(modeAfterClearing(), 0600U);
+    ASSERT_EQ(::chown(path.c_str(), 0, 0), 0);
+    EXPECT_EQ(modeAfterClearing(), 0666U);
 }
 
 TEST(PatienceTests, WorkThatDoesNotEndIsLeftBehind)

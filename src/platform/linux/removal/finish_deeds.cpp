@@ -151,6 +151,15 @@ bool isOnServer(const Note& note, const std::vector<Mount>& mounts)
         [&](const std::string& path) { return kestavon::isOnServer(path, mounts); });
 }
 
+/// Whether the entry was written by this user: an administrator in somebody's home does not do what
+/// files in there say.
+bool isOwn(int file)
+{
+    struct stat status { };
+    return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid()
+        && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 std::vector<AbandonedEntry> abandonedEntries(int folder)
 {
     std::vector<AbandonedEntry> entries;
@@ -167,7 +176,8 @@ std::vector<AbandonedEntry> abandonedEntries(int folder)
             continue;
         entry.file.reset(::openat(
             folder, entry.fileName.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        if (!entry.file || ::flock(entry.file.get(), LOCK_EX | LOCK_NB) != 0)
+        if (!entry.file || !isOwn(entry.file.get())
+            || ::flock(entry.file.get(), LOCK_EX | LOCK_NB) != 0)
             continue;
         const auto text = readAll(entry.file.get(), longestEntry);
         if (!text)
