@@ -21,9 +21,19 @@ public:
 
     QAccessible::Role role() const override
     {
-        const auto named = object() ? object()->property("accessibleRole") : QVariant();
+        const auto named = declared("accessibleRole");
         return named.isValid() ? static_cast<QAccessible::Role>(named.toInt())
                                : QAccessibleQuickItem::role();
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        if (popup() && (kind == QAccessible::Name || kind == QAccessible::Description)) {
+            const auto said = declared(kind == QAccessible::Name ? "title" : "message").toString();
+            if (!said.isEmpty())
+                return said;
+        }
+        return QAccessibleQuickItem::text(kind);
     }
 
     QAccessible::State state() const override
@@ -31,6 +41,8 @@ public:
         auto state = QAccessibleQuickItem::state();
         if (const auto* shown = quickItem(); shown && !shown->isEnabled())
             state.disabled = true;
+        if (role() == QAccessible::ButtonMenu)
+            state.hasPopup = true;
         return state;
     }
 
@@ -85,6 +97,16 @@ public:
 
 private:
     QQuickItem* quickItem() const { return qobject_cast<QQuickItem*>(object()); }
+    /// The popup that the item is shown for, which knows what it is about; the item does not.
+    QObject* popup() const
+    {
+        return object() && object()->inherits("QQuickPopupItem") ? object()->parent() : nullptr;
+    }
+    QVariant declared(const char* property) const
+    {
+        const auto* of = popup() ? popup() : object();
+        return of ? of->property(property) : QVariant();
+    }
     bool hasValue() const { return object() && object()->property("value").isValid(); }
     bool holdsRows() const { return role() == QAccessible::Table || role() == QAccessible::List; }
     /// The items that show rows are used again for others as the rows are scrolled: their own order
@@ -105,10 +127,13 @@ private:
 
 QAccessibleInterface* makeInterface(const QString& className, QObject* object)
 {
-    // Asked once for each class that the object inherits.
+    // Asked once for each class that the object inherits, the narrowest first. For pages, which the
+    // items of popups are, Quick has an interface of its own.
+    auto* item = qobject_cast<QQuickItem*>(object);
+    if (className == QLatin1String("QQuickPopupItem"))
+        return new AccessibleItem(item);
     if (className != QLatin1String("QQuickItem"))
         return nullptr;
-    auto* item = qobject_cast<QQuickItem*>(object);
     return item && QQuickItemPrivate::get(item)->isAccessible ? new AccessibleItem(item) : nullptr;
 }
 

@@ -9,6 +9,7 @@ kestavon_test(screen_window_tests
         ui/processes/processes_window_test.cpp
         ui/safearea/safe_area_window_test.cpp
         ui/security/security_window_test.cpp
+        ui/shell/accessibility_window_test.cpp
         ui/shell/work_window_test.cpp
         ui/smartclean/smart_clean_window_test.cpp
         ui/startup/startup_window_test.cpp
@@ -16,7 +17,7 @@ kestavon_test(screen_window_tests
         ui/storage/removal_window_test.cpp
         ui/uninstaller/uninstaller_window_test.cpp
         ui/widgets/path_menu_window_test.cpp
-    LINKS kestavon_window_test_support)
+    LINKS kestavon_window_test_support Qt6::GuiPrivate)
 # Expected texts stand in the tests as plain literals.
 target_compile_options(screen_window_tests PRIVATE -UQT_NO_CAST_FROM_ASCII)
 

@@ -37,8 +37,6 @@ Sheet {
 
     contentItem: Item {
         implicitHeight: 493
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
         Keys.onReturnPressed: openSettings.clicked()
         Keys.onEnterPressed: openSettings.clicked()
 

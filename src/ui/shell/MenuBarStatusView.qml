@@ -19,6 +19,11 @@ FocusScope {
 
     readonly property list<Item> choices: [openKestavon, openSmartClean, quitKestavon]
 
+    /// Gives the keyboard to the first choice, and shows it there.
+    function takeKeyboard() {
+        openKestavon.forceActiveFocus(Qt.TabFocusReason);
+        openKestavon.focusReason = Qt.TabFocusReason; // it may have had the keyboard already
+    }
     /// Moves the keyboard to the next choice, or from the last to the first.
     function move(step: int) {
         let at = 0;
@@ -106,7 +111,8 @@ FocusScope {
         focusPolicy: Qt.StrongFocus
         Keys.onReturnPressed: clicked()
         Keys.onEnterPressed: clicked()
-        Accessible.role: Accessible.MenuItem
+        readonly property int accessibleRole: Accessible.MenuItem
+        Accessible.role: accessibleRole
         Accessible.name: label
         background: Rectangle {
             radius: 7

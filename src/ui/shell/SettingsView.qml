@@ -123,6 +123,7 @@ SectionScreen {
                 x: 2
                 text: "Privacy"
                 role: AppText.Role.SectionTitle
+                Accessible.role: Accessible.Heading
             }
             Item { width: 1; height: 9 }
             Card {
@@ -148,6 +149,7 @@ SectionScreen {
                 x: 2
                 text: "About"
                 role: AppText.Role.SectionTitle
+                Accessible.role: Accessible.Heading
             }
             Item { width: 1; height: 9 }
             Card {
@@ -191,7 +193,9 @@ SectionScreen {
                             width: Math.min(implicitWidth, parent.width - rootLabel.width - 20)
                             text: view.settings.scannedRoot
                             color: Theme.text2
+                            Accessible.focusable: activeFocusOnTab
                             PathMenuArea {
+                                tabStop: true
                                 actions: view.ui.pathActions
                                 path: view.settings.scannedRootPath
                             }

@@ -56,13 +56,11 @@ Sheet {
     ]
 
     title: "Keyboard Shortcuts"
-    width: 860
+    width: 960
     initialFocus: close
 
     contentItem: Item {
         implicitHeight: heading.height + groups.height + 116
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
 
         AppText {
             id: heading
@@ -83,7 +81,7 @@ Sheet {
                 Column {
                     id: column
                     required property var modelData
-                    width: 380
+                    width: 430
                     spacing: 18
                     Repeater {
                         model: column.modelData
@@ -110,6 +108,7 @@ Sheet {
                                     readonly property string joint: modelData.joint ?? "or"
 
                                     Row {
+                                        objectName: "shortcutKeys"
                                         anchors.verticalCenter: parent.verticalCenter
                                         spacing: 6
                                         Repeater {
@@ -147,7 +146,8 @@ Sheet {
                                         }
                                     }
                                     AppText {
-                                        x: 190
+                                        objectName: "shortcutText"
+                                        x: 200
                                         width: parent.width - x
                                         anchors.verticalCenter: parent.verticalCenter
                                         text: line.modelData.does

@@ -6,6 +6,7 @@ import Kestavon.Ui
 /// move the selection.
 T.Control {
     id: sidebar
+    objectName: "sidebar"
 
     required property UiStates ui
     readonly property ShellState shell: ui.shell

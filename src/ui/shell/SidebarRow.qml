@@ -46,6 +46,11 @@ Item {
         Accessible.focusable: true
         Accessible.focused: row.selected && row.listFocused
         Accessible.onPressAction: row.activated()
+        AccessibleRow {
+            row: row.index
+            focused: row.selected && row.listFocused
+            selected: row.selected
+        }
 
         Loader {
             readonly property bool hovered: pointer.containsMouse

@@ -14,22 +14,34 @@ T.AbstractButton {
 
     implicitHeight: 32
     hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: Qt.TabFocus // a click leaves the keyboard to the menu
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
-    Accessible.role: Accessible.ButtonMenu
+    readonly property int accessibleRole: Accessible.ButtonMenu
+    Accessible.role: accessibleRole
     Accessible.name: "Kestavon"
     Accessible.description: "Disk and memory"
-    // A press outside closes the menu, and a press here is outside: it must not open it again.
-    onPressed: wasOpen = menu.active && (menu.item as T.Popup).visible
     onClicked: {
-        if (wasOpen)
-            return;
         menu.active = true;
-        (menu.item as T.Popup).open();
+        const popup = menu.item as T.Popup;
+        byKeyboard = visualFocus;
+        if (popup.visible)
+            popup.close();
+        else
+            popup.open();
     }
 
-    property bool wasOpen: false
+    /// The last click was made by key.
+    property bool byKeyboard: false
+
+    // The section that the menu was opened over is gone.
+    Connections {
+        target: statusItem.ui.shell
+        enabled: menu.active
+        function onSectionChanged() {
+            (menu.item as T.Popup).close();
+        }
+    }
 
     background: Item {
         HoverFill {
@@ -71,15 +83,43 @@ T.AbstractButton {
         active: false
         sourceComponent: T.Popup {
             id: popup
+            readonly property string title: "Disk and memory"
+            /// The keyboard went elsewhere by itself, and stays there.
+            property bool wasLeft: false
             parent: statusItem
             y: -height - 6
             width: 220
             implicitHeight: implicitContentHeight + topPadding + bottomPadding
             padding: 1
             focus: true
-            closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-            onAboutToShow: statusItem.status.refresh()
-            onClosed: statusItem.forceActiveFocus(Qt.PopupFocusReason)
+            // Not by a press on the button either: its click closes the menu.
+            closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+            onAboutToShow: {
+                wasLeft = false;
+                statusItem.status.refresh();
+            }
+            onOpened: {
+                if (statusItem.byKeyboard)
+                    (contentItem as MenuBarStatusView).takeKeyboard();
+            }
+            // While it is open, the window's keys are the menu's. Later, as it loses the keyboard
+            // when it closes, too.
+            onActiveFocusChanged: leaving.restart()
+            readonly property Timer leaving: Timer {
+                interval: 0
+                onTriggered: {
+                    if (!popup.opened || popup.activeFocus)
+                        return;
+                    popup.wasLeft = statusItem.Window.active;
+                    popup.close();
+                }
+            }
+            onClosed: {
+                if (wasLeft)
+                    return;
+                statusItem.forceActiveFocus(Qt.PopupFocusReason);
+                statusItem.focusReason = statusItem.byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason;
+            }
             background: Rectangle {
                 radius: 11
                 color: Theme.elevated

@@ -16,9 +16,6 @@ Sheet {
     onAboutToHide: preview.close()
 
     contentItem: Item {
-        Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
-
         SymbolTile {
             x: 20
             y: 18

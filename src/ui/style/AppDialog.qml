@@ -17,9 +17,6 @@ Sheet {
 
     contentItem: Item {
         implicitHeight: row.y + row.height + 17
-        Accessible.role: Accessible.Dialog
-        Accessible.name: dialog.title
-        Accessible.description: dialog.message
 
         Column {
             id: texts

@@ -77,8 +77,13 @@ T.ComboBox {
         width: ListView.view ? ListView.view.width : 0
         implicitHeight: 30
         highlighted: picker.highlightedIndex === index
-        Accessible.role: Accessible.MenuItem
+        readonly property int accessibleRole: Accessible.MenuItem
+        Accessible.role: accessibleRole
         Accessible.name: modelData
+        AccessibleRow {
+            row: choice.index
+            focused: choice.highlighted && picker.popup.opened
+        }
         background: Rectangle {
             radius: 7
             visible: choice.highlighted
@@ -102,6 +107,8 @@ T.ComboBox {
         }
     }
     popup: T.Popup {
+        readonly property int accessibleRole: Accessible.PopupMenu
+        readonly property string title: picker.label
         x: picker.width - width
         y: picker.height + 4
         width: Math.ceil(picker.widest) + 56
@@ -114,8 +121,6 @@ T.ComboBox {
             currentIndex: picker.highlightedIndex
             interactive: false
             highlightMoveDuration: 0
-            Accessible.role: Accessible.PopupMenu
-            Accessible.name: picker.label
         }
         background: Rectangle {
             radius: 11

@@ -6,12 +6,13 @@ import Kestavon.Ui
 T.ScrollBar {
     id: bar
 
-    implicitWidth: horizontal ? 16 : 16
+    implicitWidth: 16
     implicitHeight: 16
     padding: 3
     minimumSize: 0.04
     visible: size < 1
     hoverEnabled: true
+    Accessible.name: horizontal ? "Scroll sideways" : "Scroll"
 
     contentItem: Item {
         implicitWidth: 10

@@ -22,5 +22,6 @@ Text {
     textFormat: Text.PlainText
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: text
+    // One that is ignored would still tell of every change.
+    Accessible.name: Accessible.ignored ? "" : text
 }

@@ -59,8 +59,10 @@ Flickable {
         id: reveal
         interval: 0
         onTriggered: {
-            const focused = page.Window.activeFocusItem as T.Control;
-            if (focused && focused.visualFocus)
+            const focused = page.Window.activeFocusItem;
+            const control = focused as T.Control;
+            // What is no control is reached by key only.
+            if (focused && (control ? control.visualFocus : focused.activeFocusOnTab))
                 page.show(focused);
         }
     }

@@ -23,9 +23,6 @@ T.Popup {
         id: texts
         focus: true
         spacing: 4
-        Accessible.role: Accessible.Dialog
-        Accessible.name: popover.title
-        Accessible.description: popover.message
         AppText {
             width: parent.width
             text: popover.title

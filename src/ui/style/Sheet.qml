@@ -13,10 +13,12 @@ T.Popup {
     property string title
 
     property Item opener: null
+    /// How far below its place it still is.
+    property real drop: 0
 
     parent: T.Overlay.overlay
     x: Math.round(((parent ? parent.width : 0) - width) / 2)
-    y: Math.round(((parent ? parent.height : 0) - height) / 2)
+    y: Math.round(((parent ? parent.height : 0) - height) / 2 + drop)
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     modal: true
@@ -52,6 +54,7 @@ T.Popup {
     }
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.sheetInTime; easing.type: Easing.OutCubic }
+        NumberAnimation { property: "drop"; from: 8; to: 0; duration: Theme.sheetInTime; easing.type: Easing.OutCubic }
     }
     exit: Transition {
         NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.sheetOutTime; easing.type: Easing.InCubic }

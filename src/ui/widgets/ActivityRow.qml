@@ -15,6 +15,7 @@ Item {
 
     implicitHeight: 50
     Accessible.role: Accessible.ListItem
+    Accessible.focusable: activeFocusOnTab
     Accessible.name: title + ", " + detail + ", " + age
 
     Rectangle {
@@ -51,6 +52,7 @@ Item {
         Accessible.ignored: true
     }
     PathMenuArea {
+        tabStop: true
         actions: row.pathActions
         path: row.path
     }

@@ -47,7 +47,9 @@ Item {
         weight: header.subtitleWeight
         color: header.subtitleColor
         Accessible.role: header.subtitleIsStatus ? Accessible.StatusBar : Accessible.StaticText
+        Accessible.focusable: activeFocusOnTab
         PathMenuArea {
+            tabStop: true
             actions: header.pathActions
             path: header.subtitlePath
         }

@@ -11,6 +11,7 @@ T.Menu {
     property var path // a FilePath
     property var itemPath // what "Open" opens
 
+    title: "Path" // for screen readers
     implicitWidth: 200
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: 6
@@ -58,8 +59,6 @@ T.Menu {
         model: menu.contentModel
         currentIndex: menu.currentIndex
         interactive: false
-        Accessible.role: Accessible.PopupMenu
-        Accessible.name: "Path"
     }
     background: Rectangle {
         radius: 11

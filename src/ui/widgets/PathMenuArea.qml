@@ -14,6 +14,8 @@ Item {
     property var path
     /// Where what the path names lies at the moment: it is what "Open" opens.
     property var itemPath: path
+    /// The Tab key reaches the item while it offers something: for those that are in no list.
+    property bool tabStop: false
     /// The keys are meant for this item. A list that keeps the keyboard says so for its current row.
     property bool focused: parent !== null && parent.activeFocus
     readonly property bool offered: path !== undefined && path !== null && !path.empty
@@ -32,6 +34,21 @@ Item {
 
     anchors.fill: parent
 
+    Binding {
+        target: area.parent
+        property: "activeFocusOnTab"
+        when: area.tabStop
+        value: area.offered
+    }
+    Loader {
+        anchors.fill: parent
+        active: area.tabStop && (area.focused || area.open)
+        sourceComponent: Item {
+            FocusRing {
+                controlRadius: 4
+            }
+        }
+    }
     TapHandler {
         acceptedButtons: Qt.RightButton
         acceptedModifiers: Qt.KeyboardModifierMask

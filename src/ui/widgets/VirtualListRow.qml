@@ -30,6 +30,10 @@ FocusScope {
     Accessible.name: label
     Accessible.focusable: true
     Accessible.focused: current && list.activeFocus
+    AccessibleRow {
+        row: line.row
+        focused: line.current && line.list.activeFocus
+    }
 
     // What had the keyboard here belongs to another row now.
     onRowChanged: {

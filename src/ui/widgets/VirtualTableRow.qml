@@ -38,6 +38,11 @@ Item {
     Accessible.focusable: true
     Accessible.focused: current && tableFocused
     Accessible.onPressAction: rows.click(row, Qt.NoModifier)
+    AccessibleRow {
+        row: line.row
+        focused: line.current && line.tableFocused
+        selected: line.selected
+    }
 
     Rectangle {
         anchors.fill: parent

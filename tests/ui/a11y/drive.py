@@ -10,7 +10,7 @@ import sys
 import tempfile
 import time
 
-from window import application, eventually, press_key, type_text
+from window import Listener, application, eventually, press_key, type_text
 
 SECTIONS = ["Dashboard", "Storage", "Large Files", "Duplicates", "Smart Clean", "Cleaner", "App Uninstaller",
             "Safe Area", "Performance", "Processes", "Startup Items", "Security", "History", "Settings"]
@@ -173,6 +173,22 @@ def counts_only_what_is_shown(session):
     session.hides("selected ·")
 
 
+def tells_what_the_arrows_reach(session):
+    session.go_to("Storage")
+    eventually(lambda: session.table(), "the table to fill")
+    names = [row[0] for row in session.table()]
+    session.row(names[0]).click()
+    listener = Listener()
+    for name in names[1:3]:
+        press_key("Down")
+        listener.hears(name)
+    press_key("Escape")
+    session.sidebar()["Dashboard"].click()
+    press_key("Down")
+    listener.hears("Storage")
+    listener.close()
+
+
 def finds_duplicates_and_asks(session):
     session.go_to("Duplicates")
     session.find("push button", "Analyze Duplicates").press()
@@ -264,7 +280,7 @@ def reviews_security(session):
 
 
 STEPS = [asks_for_no_access, opens_every_section, scans_and_counts, lists_largest_first, counts_only_what_is_shown,
-         finds_duplicates_and_asks, reviews_junk]
+         tells_what_the_arrows_reach, finds_duplicates_and_asks, reviews_junk]
 STEPS_ON_A_MAC_DISK = [uninstalls_an_application, removes_a_startup_item, reviews_security]
 
 

@@ -91,6 +91,30 @@ def eventually(question, what):
         time.sleep(0.1)
 
 
+class Listener:
+    """Writes down what the windows tell by themselves: the names of what the keyboard reached."""
+
+    def __init__(self):
+        self.reached = []
+        self.listener = Atspi.EventListener.new(self.hear)
+        self.listener.register("object:state-changed:focused")
+
+    def hear(self, event):
+        if event.detail1:
+            self.reached.append(Element(event.source).name)
+
+    def hears(self, name):
+        """Waits until the window says that the keyboard reached this."""
+        def heard():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return name in self.reached
+        eventually(heard, f'"{name}" to be told, after {self.reached[-5:]}')
+
+    def close(self):
+        self.listener.deregister("object:state-changed:focused")
+
+
 def application(name):
     Atspi.init()
     Atspi.set_timeout(8000, 8000)

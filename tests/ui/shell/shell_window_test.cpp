@@ -8,7 +8,30 @@ namespace kestavon::test {
 
 namespace {
 
-using ShellWindowTest = WindowTest;
+class ShellWindowTest : public WindowTest {
+protected:
+    /// What has the keyboard shows that it has.
+    bool focusedIsMarked() const
+    {
+        const auto* item = window->activeFocusItem();
+        return item && item->property("visualFocus").toBool();
+    }
+    /// All visible items with this object name, as they follow each other in the window.
+    std::vector<QQuickItem*> all(const char* objectName) const
+    {
+        std::vector<QQuickItem*> found;
+        const auto look = [&](auto&& self, QQuickItem* item) -> void {
+            if (!item->isVisible())
+                return;
+            if (item->objectName() == QLatin1String(objectName))
+                found.push_back(item);
+            for (auto* child : item->childItems())
+                self(self, child);
+        };
+        look(look, window->contentItem());
+        return found;
+    }
+};
 
 constexpr auto shownKey = "kv.fda.onboardingShown";
 const auto sheetTitle = QStringLiteral("One Permission. No More Popups.");
@@ -102,6 +125,23 @@ TEST_F(ShellWindowTest, ListsItsKeysAndGivesTheKeyboardBack)
     press(Qt::Key_Escape);
     waitUntilGone(QStringLiteral("Keyboard Shortcuts"));
     EXPECT_EQ(focusedName(), QStringLiteral("Sections"));
+}
+
+TEST_F(ShellWindowTest, TheListOfKeysCutsNothing)
+{
+    open();
+    press(Qt::Key_F1);
+    waitFor(QStringLiteral("Keyboard Shortcuts"));
+    waitForFrame();
+    const auto texts = all("shortcutText");
+    const auto keys = all("shortcutKeys");
+    ASSERT_FALSE(texts.empty());
+    ASSERT_EQ(keys.size(), texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        EXPECT_FALSE(texts[i]->property("truncated").toBool())
+            << texts[i]->property("text").toString().toStdString();
+        EXPECT_LT(keys[i]->width(), texts[i]->x());
+    }
 }
 
 TEST_F(ShellWindowTest, OnboardingIsOfferedOnceAndClosesWhenAccessIsThere)
@@ -229,6 +269,47 @@ TEST_F(ShellWindowTest, TheStatusMenuShowsFreshFiguresAndLeadsToSmartClean)
     click(QStringLiteral("Smart Clean…"));
     EXPECT_EQ(model->section(), AppSection::smartClean);
     waitUntilGone(QStringLiteral("50 GB"));
+}
+
+TEST_F(ShellWindowTest, TheStatusButtonClosesTheMenuThatItOpened)
+{
+    open();
+    const auto figure = QStringLiteral("Open Kestavon");
+    clickItem("statusItem");
+    EXPECT_TRUE(shown(figure));
+    EXPECT_FALSE(focusedIsMarked()) << "the mouse opened it";
+    clickItem("statusItem");
+    EXPECT_FALSE(shown(figure));
+    clickItem("statusItem");
+    EXPECT_TRUE(shown(figure));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(shown(figure));
+
+    need("sidebar").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Space);
+    EXPECT_EQ(focusedName(), figure);
+    EXPECT_TRUE(focusedIsMarked());
+    press(Qt::Key_Escape);
+    EXPECT_EQ(focusedName(), QStringLiteral("Kestavon"));
+    EXPECT_TRUE(focusedIsMarked());
+}
+
+TEST_F(ShellWindowTest, TheStatusMenuDoesNotStayBehindWithTheWindowsKeys)
+{
+    open();
+    clickItem("statusItem");
+    need("sidebar").forceActiveFocus(Qt::OtherFocusReason);
+    processEvents();
+    EXPECT_FALSE(shown(QStringLiteral("Open Kestavon")));
+    EXPECT_EQ(focusedName(), QStringLiteral("Sections")) << "the keyboard stays where it went";
+    press(Qt::Key_F5);
+    EXPECT_TRUE(model->scanPhase().isScanning());
+
+    clickItem("statusItem");
+    model->setSection(AppSection::history);
+    processEvents();
+    EXPECT_FALSE(shown(QStringLiteral("Open Kestavon")));
 }
 
 TEST_F(ShellWindowTest, ComingToTheFrontKeepsTheWindowAsLargeAsItWas)
