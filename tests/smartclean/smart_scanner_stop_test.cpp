@@ -208,11 +208,11 @@ protected:
     class HangingCalendar final : public Calendar {
     public:
         std::int64_t wholeDays(Timestamp, Timestamp) const override { return 0; }
-        Timestamp daysBefore(Timestamp moment, std::int64_t) const override
+        Timestamp daysBefore(Timestamp day, std::int64_t) const override
         {
             reached.request_stop();
             const std::lock_guard lock(hung);
-            return moment;
+            return day;
         }
         std::string dateText(Timestamp) const override { return {}; }
         mutable std::mutex hung; ///< nobody gets an answer while a test holds it

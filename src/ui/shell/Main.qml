@@ -64,7 +64,7 @@ T.ApplicationWindow {
 
     Component.onCompleted: {
         Theme.choice = themeChoice;
-        Theme.reducedMotion = reducedMotion;
+        Theme.reducedMotion = Qt.binding(() => window.reducedMotion);
         Theme.desktopScheme = Qt.binding(() => window.desktopScheme);
         visible = true;
     }

@@ -56,6 +56,7 @@ Card {
         }
         AppButton {
             objectName: "cardMergeToTrash"
+            shy: true
             visible: card.duplicates.canMerge
             onVisibleChanged: {
                 if (!card.duplicates.canMerge && activeFocus)
@@ -68,6 +69,7 @@ Card {
         }
         AppButton {
             objectName: "cardMergeForever"
+            shy: true
             visible: card.duplicates.canMerge
             onVisibleChanged: {
                 if (!card.duplicates.canMerge && activeFocus)

@@ -20,11 +20,34 @@ Card {
     }
     Rectangle {
         id: track
+        objectName: "breakdownBar"
         readonly property var shares: {
             card.smartClean.revision;
             return card.smartClean.segmentShares(4 / Math.max(1, width));
         }
-        readonly property int shown: shares.filter(share => share > 0).length
+        // All segments grow together, so that they fill the bar at every moment.
+        property var before: []
+        property var after: []
+        property real grown: 1
+        readonly property var drawn: after.map((share, index) => before[index] + (share - before[index]) * grown)
+        readonly property int shown: drawn.filter(share => share > 0).length
+        onSharesChanged: {
+            const full = shares.some(share => share > 0);
+            const wasFull = shown > 0;
+            before = full && wasFull ? drawn : shares;
+            grown = 0;
+            after = shares;
+            growth.restart();
+        }
+        NumberAnimation {
+            id: growth
+            target: track
+            property: "grown"
+            from: 0
+            to: 1
+            duration: Theme.growTime
+            easing.type: Easing.InOutQuad
+        }
         x: 19
         y: 45
         width: parent.width - 38
@@ -38,15 +61,12 @@ Card {
                 model: card.smartClean.cardCount
                 Rectangle {
                     required property int index
-                    property real share: track.shares[index]
-                    visible: track.shares[index] > 0
+                    readonly property real share: track.drawn[index] ?? 0
+                    visible: share > 0
                     width: share * (track.width - 2 * (track.shown - 1))
                     height: 12
                     radius: 4
                     color: Theme.graphic(card.smartClean.card(index).color)
-                    Behavior on share {
-                        NumberAnimation { duration: Theme.growTime; easing.type: Easing.InOutQuad }
-                    }
                 }
             }
         }

@@ -67,6 +67,7 @@ SectionScreen {
                     }
                     AppButton {
                         objectName: "cleanAll"
+                        shy: true
                         visible: label !== ""
                         enabled: !screen.smartClean.cleaning
                         onLabelChanged: {

@@ -21,6 +21,10 @@ T.AbstractButton {
     /// In a click: it ends a press that was about something else.
     property bool outdated: false
     property string heldSubject
+    /// It comes up where another button was: for the time of a double click it hears no mouse, which
+    /// still means the other one.
+    property bool shy: false
+    readonly property bool settling: (guard.item as MouseArea)?.enabled ?? false
     /// Shown after a moment's hovering, also while the button is disabled.
     property string hint
     property color inkColor: solid ? Theme.onSolid : red ? Theme.ink("red") : Theme.text
@@ -119,6 +123,28 @@ T.AbstractButton {
             parent: button
             text: button.hint
             visible: true
+        }
+    }
+    Loader {
+        id: guard
+        anchors.fill: parent
+        active: button.shy
+        sourceComponent: MouseArea {
+            enabled: sinceMove.running
+            Timer {
+                id: sinceMove
+                interval: Application.styleHints.mouseDoubleClickInterval
+                running: true
+            }
+            Connections {
+                target: button
+                function onVisibleChanged() {
+                    sinceMove.restart();
+                }
+                function onXChanged() {
+                    sinceMove.restart();
+                }
+            }
         }
     }
     HoverHandler {

@@ -5,6 +5,8 @@
 #include "ui/support/window_test.h"
 
 #include <QAccessible>
+#include <QGuiApplication>
+#include <QStyleHints>
 
 #include <filesystem>
 
@@ -165,6 +167,39 @@ TEST_F(SmartCleanWindow, ScansOneCategoryAlone)
     scanAll();
     EXPECT_TRUE(shown("7 KB of junk found · 4 items"));
     EXPECT_EQ(label("System Logs button"), "Review & Clean");
+}
+
+TEST_F(SmartCleanWindow, FillsTheBreakdownWhileItGrows)
+{
+    writeCaches();
+    show();
+    window->setProperty("reducedMotion", false);
+    const auto filled = [this] {
+        const auto& bar = need("breakdownBar");
+        const auto* segments = bar.childItems().at(0);
+        double length = -segments->property("spacing").toDouble();
+        for (const auto* segment : segments->childItems()) {
+            if (segment->isVisible())
+                length += segment->width() + segments->property("spacing").toDouble();
+        }
+        return length / bar.width();
+    };
+    const auto isGrown = [this] { return need("breakdownBar").property("grown").toDouble() == 1; };
+    int moments = 0;
+    for (const auto* category : {"App Caches button", "System Logs button", "Trash button"}) {
+        write("Library/Logs/log", 1000);
+        write(".Trash/thing", 9000);
+        need(category).forceActiveFocus(Qt::TabFocusReason);
+        press(Qt::Key_Space);
+        waitUntilScanned();
+        while (!isGrown()) {
+            EXPECT_NEAR(filled(), 1, 0.001);
+            ++moments;
+            processEvents();
+        }
+        EXPECT_NEAR(filled(), 1, 0.001);
+    }
+    EXPECT_GT(moments, 3);
 }
 
 TEST_F(SmartCleanWindow, SortsAndTicksInThePreview)
@@ -455,6 +490,13 @@ TEST_F(SmartCleanWindow, MergesDuplicatesInItsOwnWords)
     EXPECT_EQ(text("duplicatesStatus"), "1 groups · 4 bytes reclaimable");
     EXPECT_EQ(label("analyzeNow"), "Re-analyze");
 
+    // Where Stop was: who clicks that twice must not be asked about something else.
+    auto* hints = QGuiApplication::styleHints();
+    const int usual = hints->mouseDoubleClickInterval();
+    hints->setMouseDoubleClickInterval(60'000);
+    clickAt(middleOf(need("cardMergeForever")));
+    EXPECT_FALSE(shown("Permanently delete duplicate copies?"));
+    hints->setMouseDoubleClickInterval(usual);
     clickItem("cardMergeForever");
     EXPECT_TRUE(shown("Permanently delete duplicate copies?"));
     EXPECT_TRUE(shown("This cannot be undone. Newest copy per group is kept; rest permanently "

@@ -124,7 +124,9 @@ QPointF TestWindow::middleOf(const QQuickItem& target)
 
 void TestWindow::clickItem(const char* objectName)
 {
-    clickAt(middleOf(need(objectName)));
+    const auto& item = need(objectName);
+    processEventsUntil([&item] { return !item.property("settling").toBool(); });
+    clickAt(middleOf(item));
 }
 
 void TestWindow::waitForFrame()
