@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/application_windows.h"
+
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,13 +39,18 @@ struct RunningApplicationsPlaces {
     std::string processFolder = "/proc"; ///< see proc(5)
     std::vector<std::string> dataFolders = {}; ///< with desktop entries in "applications"
     std::vector<std::string> languages = {}; ///< of names, the best first
+    std::shared_ptr<ApplicationWindows> windows = nullptr; ///< null: none are known
+    /// Gives what a file in the open folder of a process holds, on a thread of its own; empty: as
+    /// it is read.
+    std::function<std::string(int process, const char* name)> readFile = {};
 };
 
 /// An application is known by what its processes say, in this order: the unit that the desktop
 /// started it in, the sandbox of a Flatpak, the desktop entry that it was launched from, the image
-/// that it was mounted from, and at last its program, when exactly one desktop entry starts it. A
-/// program that was started in no such way and has no entry is none. What cannot be read tells
-/// nothing. What is known of a process is kept: looking again costs one short file a process.
+/// that it was mounted from, its program, when exactly one desktop entry starts it, and at last its
+/// window. A program that was started in no such way and has neither entry nor window is none. What
+/// cannot be read tells nothing, nor does what does not answer: that is asked again only once it
+/// has. What is known of a process is kept: looking again costs one short file a process.
 class SystemRunningApplications final : public RunningApplications {
 public:
     explicit SystemRunningApplications(RunningApplicationsPlaces places = {});

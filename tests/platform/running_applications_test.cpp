@@ -1,11 +1,15 @@
 #include "platform/linux/process_stat.h"
+#include "platform/linux/small_file.h"
 #include "platform/running_applications.h"
 #include "support/temporary_folder.h"
 
+#include <array>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <mutex>
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -234,6 +238,74 @@ TEST(ProcessStat, IsReadWhateverTheProgramIsCalled)
     for (const auto* text : {"", "12", "12 (a", "12 (a) S 1 2", ") ( S 1"})
         EXPECT_FALSE(parseProcessStat(text)) << text;
     EXPECT_FALSE(parseProcessStat("12 (a) S 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 x 20 33"));
+}
+
+TEST_F(RunningApplicationsTest, AreToldThoughOneOfThemDoesNotAnswer)
+{
+    struct Hung {
+        std::mutex mutex;
+        std::atomic<int> asked = 0;
+    };
+    const auto hung = std::make_shared<Hung>();
+    const auto stuckProcess = folder / "proc/40";
+    const SystemRunningApplications listed{{.processFolder = folder / "proc",
+        .dataFolders = {folder / "share"},
+        .readFile = [hung, stuckProcess](int process, const char* name) {
+            std::array<char, 4096> path{};
+            ::readlink(
+                ("/proc/self/fd/" + std::to_string(process)).c_str(), path.data(), path.size() - 1);
+            if (path.data() == stuckProcess && std::string_view(name) == "cmdline") {
+                ++hung->asked;
+                const std::lock_guard lock(hung->mutex);
+            }
+            return readSmallFile(std::string(path.data()) + '/' + name).bytes;
+        }}};
+    addProcess(40, {.unit = "app-org.example.Stuck-1.scope", .startedAt = 1});
+    addProcess(41, {.exe = "/usr/bin/editor", .startedAt = 2});
+    const auto identifiers = [&listed] {
+        std::vector<std::string> result;
+        for (const auto& application : listed.running())
+            result.push_back(application.identifier.value_or("?"));
+        return result;
+    };
+    {
+        const std::lock_guard lock(hung->mutex);
+        for (int round = 0; round < 3; ++round)
+            EXPECT_THAT(identifiers(), ElementsAre("org.example.Stuck", "org.example.Editor"));
+        EXPECT_EQ(hung->asked, 1) << "it is asked once only";
+    }
+    while (hung->asked == 1)
+        EXPECT_THAT(identifiers(), ElementsAre("org.example.Stuck", "org.example.Editor"));
+}
+
+class FakeWindows final : public ApplicationWindows {
+public:
+    WindowsOfProcesses list() override { return windows; }
+    WindowsOfProcesses windows;
+};
+
+TEST_F(RunningApplicationsTest, AreToldByTheirWindowsWhenNothingElseDoes)
+{
+    const auto open = std::make_shared<FakeWindows>();
+    const SystemRunningApplications listed{
+        {.processFolder = folder / "proc", .dataFolders = {folder / "share"}, .windows = open}};
+    addEntry("org.example.Paint", "Name=Paint\nExec=paint-launcher\nStartupWMClass=PaintWindow\n");
+    addProcess(50, {.name = "paint.bin", .exe = "/opt/paint/paint.bin", .startedAt = 1});
+    addProcess(51, {.name = "lone", .exe = "/home/a/lone", .startedAt = 2});
+    addProcess(52, {.name = "nameless", .exe = "/home/a/nameless", .startedAt = 3});
+    addProcess(53, {.name = "editor", .exe = "/usr/bin/editor", .startedAt = 4});
+    const auto names = [&listed] {
+        std::vector<std::string> result;
+        for (const auto& application : listed.running())
+            result.push_back(application.name.value_or("?"));
+        return result;
+    };
+    EXPECT_THAT(names(), ElementsAre("Editor"));
+    open->windows = {{50, "paintwindow"}, {51, "Lone"}, {52, ""}, {53, "Strange"}, {54, "Gone"}};
+    EXPECT_THAT(names(), ElementsAre("Paint", "Lone", "nameless", "Editor"));
+    open->windows.clear();
+    EXPECT_THAT(names(), ElementsAre("Paint", "Lone", "nameless", "Editor"))
+        << "an application may hide its window";
 }
 
 } // namespace

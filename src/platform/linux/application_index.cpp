@@ -1,6 +1,7 @@
 #include "platform/linux/application_index.h"
 
 #include "core/domain/ascii.h"
+#include "platform/letter_case.h"
 
 #include <algorithm>
 #include <array>
@@ -126,6 +127,9 @@ ApplicationIndex::ApplicationIndex(std::vector<DesktopEntry> entries)
             m_byIdentifier[*entry.flatpak].push_back(&entry);
         if (entry.snap)
             m_bySnap[*entry.snap].push_back(&entry);
+        if (!entry.isNotDisplayed && !entry.runsInTerminal)
+            m_byWindowClass[lowerCased(entry.windowClass.value_or(entry.identifier))].push_back(
+                &entry);
         const auto& command = entry.command;
         const auto program = baseName(command.target);
         const bool isOfMenus = !entry.isNotDisplayed && !entry.runsInTerminal;
@@ -169,6 +173,13 @@ const DesktopEntry* ApplicationIndex::startingProgram(std::string_view name) con
     };
     const auto called = std::ranges::find_if(candidates, isCalledLikeIt);
     return called == candidates.end() ? nullptr : *called;
+}
+
+const DesktopEntry* ApplicationIndex::withWindowClass(std::string_view name) const
+{
+    const auto found = m_byWindowClass.find(lowerCased(name));
+    return found == m_byWindowClass.end() || found->second.size() > 1 ? nullptr
+                                                                      : found->second.front();
 }
 
 bool isOfDesktopSession(std::string_view program)

@@ -28,6 +28,9 @@ public:
     /// that is called like it; nothing when it could be more than one. Entries of no menu are for
     /// parts of the desktop, and count only for those.
     const DesktopEntry* startingProgram(std::string_view name) const;
+    /// The entry whose windows have this class: it says so, or is called like it. Nothing when it
+    /// could be more than one.
+    const DesktopEntry* withWindowClass(std::string_view name) const;
 
 private:
     using Entries = std::map<std::string, std::vector<const DesktopEntry*>, std::less<>>;
@@ -37,6 +40,7 @@ private:
     Entries m_bySnap;
     Entries m_byFile;
     Entries m_byProgram;
+    Entries m_byWindowClass; // in lower case
 };
 
 /// Whether a program of this name is the desktop itself, or what it cannot do without: ending it

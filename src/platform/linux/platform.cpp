@@ -15,7 +15,9 @@ Platform systemPlatform(const HostEnvironment& environment)
     auto trash = makeSystemTrash(layout, *protectedPlaces, clock);
     const auto journal = journalFolder(layout);
     auto applications = std::make_shared<SystemRunningApplications>(
-        RunningApplicationsPlaces{.dataFolders = layout.dataFolders, .languages = userLanguages()});
+        RunningApplicationsPlaces{.dataFolders = layout.dataFolders,
+            .languages = userLanguages(),
+            .windows = windowsOfDisplay()});
     return {.layout = std::move(layout),
         .files = std::make_shared<SystemFileManager>(),
         .volumes = std::make_shared<SystemVolumes>(),

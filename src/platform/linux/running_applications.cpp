@@ -2,8 +2,8 @@
 
 #include "platform/linux/application_index.h"
 #include "platform/linux/application_units.h"
-#include "platform/linux/descriptor_io.h"
 #include "platform/linux/file_descriptor.h"
+#include "platform/linux/process_facts.h"
 #include "platform/linux/process_stat.h"
 
 #include <algorithm>
@@ -24,140 +24,6 @@
 namespace kestavon {
 
 namespace {
-
-std::optional<std::int32_t> processIdOf(std::string_view name)
-{
-    std::int32_t id = 0;
-    const auto* const end = name.data() + name.size();
-    if (name.empty() || name.front() < '0' || name.front() > '9'
-        || std::from_chars(name.data(), end, id).ptr != end)
-        return std::nullopt;
-    return id;
-}
-
-std::string_view baseName(std::string_view path)
-{
-    return path.substr(path.rfind('/') + 1);
-}
-
-/// Calls `look` with the parts of `text` until it returns true.
-template <class Look> void forEachPart(std::string_view text, char separator, Look look)
-{
-    while (!text.empty()) {
-        const auto part = text.substr(0, text.find(separator));
-        if (look(part))
-            return;
-        text.remove_prefix(std::min(part.size() + 1, text.size()));
-    }
-}
-
-/// The text of a file below an open folder; empty when it cannot be read.
-std::string textAt(int folder, const char* name)
-{
-    constexpr std::size_t longest = 256 * 1024;
-    const FileDescriptor file(
-        ::openat(folder, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW));
-    struct stat status { };
-    // In another process's root lies what that process wants.
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return {};
-    return readAll(file.get(), longest).value_or("");
-}
-
-/// What the link below an open folder says; empty when it cannot be read.
-std::string linkAt(int folder, const char* name)
-{
-    std::string target(4096, '\0');
-    const auto length = ::readlinkat(folder, name, target.data(), target.size());
-    target.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-    return target;
-}
-
-/// What a process says of itself, as far as it can be read.
-struct ProcessFacts {
-    std::int32_t id = 0;
-    ::uid_t user = 0;
-    std::string name; ///< cut after 15 bytes
-    std::string controlGroups; ///< a line each
-    std::string flatpak; ///< the application's identifier
-    std::string environment; ///< "NAME=VALUE", each ended by a NUL
-    std::string program; ///< the path
-    std::string arguments; ///< each ended by a NUL
-
-    std::string_view variable(std::string_view wanted) const
-    {
-        std::string_view value;
-        forEachPart(environment, '\0', [&](std::string_view line) {
-            if (line.size() <= wanted.size() || !line.starts_with(wanted)
-                || line[wanted.size()] != '=')
-                return false;
-            value = line.substr(wanted.size() + 1);
-            return true;
-        });
-        return value;
-    }
-
-    std::string_view argument(int number) const
-    {
-        std::string_view found;
-        forEachPart(arguments, '\0', [&](std::string_view argument) {
-            found = argument;
-            return number-- == 0;
-        });
-        return number < 0 ? found : std::string_view();
-    }
-};
-
-/// The path of a program that may have been replaced while it runs.
-std::string programAt(int process)
-{
-    constexpr std::string_view replaced = " (deleted)";
-    auto path = linkAt(process, "exe");
-    if (path.ends_with(replaced))
-        path.resize(path.size() - replaced.size());
-    return path;
-}
-
-/// The identifier in a Flatpak's description of itself, see flatpak-metadata(5).
-std::string flatpakNamedIn(std::string_view text)
-{
-    constexpr std::string_view key = "name=";
-    std::string name;
-    bool isInGroup = false;
-    forEachPart(text, '\n', [&](std::string_view line) {
-        if (line.starts_with('['))
-            isInGroup = line == "[Application]";
-        else if (isInGroup && line.starts_with(key))
-            name = line.substr(key.size());
-        return !name.empty();
-    });
-    return name;
-}
-
-/// `ownMounts` is how the mounts that this process sees are called: a sandbox has others.
-std::optional<ProcessFacts> factsOf(
-    int processes, const char* id, const ProcessStat& stat, const std::string& ownMounts)
-{
-    const FileDescriptor process(
-        ::openat(processes, id, O_RDONLY | O_DIRECTORY | O_PATH | O_CLOEXEC));
-    struct stat status { };
-    if (!process || ::fstat(process.get(), &status) != 0)
-        return std::nullopt;
-    ProcessFacts facts;
-    facts.id = processIdOf(id).value_or(0);
-    facts.user = status.st_uid;
-    facts.name = stat.name;
-    facts.controlGroups = textAt(process.get(), "cgroup");
-    facts.arguments = textAt(process.get(), "cmdline");
-    if (facts.user != ::geteuid())
-        return facts;
-    facts.program = programAt(process.get());
-    facts.environment = textAt(process.get(), "environ");
-    const auto mounts = linkAt(process.get(), "ns/mnt");
-    if (!mounts.empty() && mounts != ownMounts)
-        facts.flatpak = flatpakNamedIn(textAt(process.get(), "root/.flatpak-info"));
-    return facts;
-}
 
 /// Whether a program of this name only starts an application or serves its sandbox. To ask it to
 /// quit ends nothing: bwrap's outer process waits for the inner one, which hears no such signal.
@@ -191,8 +57,9 @@ struct Membership {
 /// Recognises applications by what their processes say.
 class Recogniser {
 public:
-    explicit Recogniser(const ApplicationIndex& index)
+    Recogniser(const ApplicationIndex& index, const WindowsOfProcesses& windows)
         : m_index(index)
+        , m_windows(windows)
     {
     }
 
@@ -200,7 +67,7 @@ public:
     {
         auto application = byUnit(facts);
         for (const auto rule : {&Recogniser::byFlatpak, &Recogniser::byLaunch, &Recogniser::byImage,
-                 &Recogniser::byProgram}) {
+                 &Recogniser::byProgram, &Recogniser::byWindow}) {
             if (!application)
                 application = (this->*rule)(facts);
         }
@@ -304,7 +171,21 @@ private:
         return std::nullopt;
     }
 
+    /// What has a window is for somebody to look at, whoever started it.
+    Found byWindow(const ProcessFacts& facts) const
+    {
+        const auto window = m_windows.find(facts.id);
+        if (window == m_windows.end() || facts.user != ::geteuid())
+            return std::nullopt;
+        if (const auto* const entry = m_index.withWindowClass(window->second))
+            return described(*entry);
+        if (window->second.empty())
+            return RunningApplication{.name = programNameOf(facts)};
+        return RunningApplication{.name = window->second};
+    }
+
     const ApplicationIndex& m_index;
+    const WindowsOfProcesses& m_windows;
 };
 
 /// Clock ticks since boot, as processes are dated.
@@ -334,6 +215,7 @@ public:
         if (!processes)
             return {};
         m_ownMounts = linkAt(processes.get(), "self/ns/mnt");
+        m_windows = m_places.windows ? m_places.windows->list() : WindowsOfProcesses();
         ++m_round;
         Groups groups;
         for (const auto& id : processesIn(processes.get()))
@@ -355,6 +237,8 @@ private:
         std::string name;
         std::optional<Membership> membership;
         bool isSettled = false; ///< it will not be put into another unit any more
+        bool hasWindow = false; ///< when it was read
+        std::shared_ptr<ProcessReading> stuck; ///< what did not come to an end, if so
         std::uint64_t round = 0; ///< in which it was last seen
     };
     /// When a folder of desktop entries was last changed, in nanoseconds since 1970.
@@ -401,16 +285,8 @@ private:
         const auto number = processIdOf(id).value_or(0);
         auto& known = m_processes[number];
         known.round = m_round;
-        // A process that has just begun is not yet what it will be.
-        if (!known.isSettled || known.startedAt != stat->startedAt || known.name != stat->name) {
-            const auto facts = factsOf(processes, id.c_str(), *stat, m_ownMounts);
-            known.startedAt = stat->startedAt;
-            known.name = stat->name;
-            known.membership
-                = facts ? Recogniser(m_index).applicationOf(*facts) : std::optional<Membership>();
-            known.isSettled
-                = ticksSinceBoot(m_ticksPerSecond) > stat->startedAt + 10 * m_ticksPerSecond;
-        }
+        if (needsReading(known, number, *stat))
+            read(processes, id, *stat, known);
         if (!known.membership)
             return;
         Foremost found{.standsAround = standsAroundAnApplication(stat->name),
@@ -421,6 +297,34 @@ private:
         const auto [place, isNew] = groups.try_emplace(known.membership->group, found);
         if (!isNew && goesBefore(found, place->second))
             place->second = std::move(found);
+    }
+
+    bool needsReading(const Known& known, std::int32_t number, const ProcessStat& stat) const
+    {
+        if (known.startedAt != stat.startedAt || known.name != stat.name)
+            return true;
+        if (known.stuck)
+            return known.stuck->isOver(); // else that one never comes back either
+        // A process that has just begun is not yet what it will be.
+        return !known.isSettled || (!known.membership && !known.hasWindow && hasWindow(number));
+    }
+
+    bool hasWindow(std::int32_t process) const
+    {
+        return m_windows.find(process) != m_windows.end();
+    }
+
+    void read(int processes, const std::string& id, const ProcessStat& stat, Known& known)
+    {
+        const auto reading
+            = ProcessReading::begin(processes, id, stat, m_ownMounts, m_places.readFile);
+        known.startedAt = stat.startedAt;
+        known.name = stat.name;
+        known.hasWindow = hasWindow(processIdOf(id).value_or(0));
+        known.stuck = reading && !reading->waitForEnd() ? reading : nullptr;
+        known.membership = reading ? Recogniser(m_index, m_windows).applicationOf(reading->facts())
+                                   : std::optional<Membership>();
+        known.isSettled = ticksSinceBoot(m_ticksPerSecond) > stat.startedAt + 10 * m_ticksPerSecond;
     }
 
     /// What was found out by the old entries does not count any more.
@@ -454,6 +358,7 @@ private:
     FolderDates m_folderDates;
     ApplicationIndex m_index;
     std::string m_ownMounts;
+    WindowsOfProcesses m_windows;
     std::unordered_map<std::int32_t, Known> m_processes;
     std::uint64_t m_round = 0;
 };
