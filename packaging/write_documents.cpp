@@ -2,6 +2,7 @@
 // FOLDER. Runs while the program is built.
 
 #include "cli/command_table.h"
+#include "cli/completions.h"
 #include "cli/manual.h"
 
 #include <cstdlib>

@@ -80,6 +80,8 @@ int run(int argc, char** argv)
     if (const auto missing = missingPlaceOf(line, currentHostEnvironment().isHomeKnown);
         !missing.empty()) {
         console.complain(missing);
+        if (line.form == OutputForm::json)
+            std::cout << "{}\n";
         return failedExitCode;
     }
     if (const auto fault = folderFaultOf(line); !fault.empty()) {

@@ -80,6 +80,47 @@ const CLI::App& readCommand(const CLI::App& app)
     return commands.empty() ? app : readCommand(*commands.front());
 }
 
+/// What the parser's complaint begins with: the name of an option, or of a value.
+std::string subjectOf(const std::string& complaint)
+{
+    return complaint.substr(0, complaint.find_first_of(": "));
+}
+
+std::string withArticle(const std::string& name)
+{
+    return (name.starts_with('-') ? "" : name.starts_with('I') ? "an " : "a ") + name;
+}
+
+/// The parser's complaint in our words.
+std::string faultIn(const CLI::ParseError& error, const CLI::App& command)
+{
+    const std::string complaint = error.what();
+    const auto subject = subjectOf(complaint);
+    if (dynamic_cast<const CLI::RequiredError*>(&error)) {
+        if (command.get_option_no_throw(subject))
+            return command.get_name() + " needs " + withArticle(subject);
+        std::string names;
+        for (const auto* inner : command.get_subcommands({}))
+            names += (names.empty() ? "" : ", ") + inner->get_name();
+        return command.get_name() + " needs one of these: " + names;
+    }
+    if (dynamic_cast<const CLI::ExtrasError*>(&error)) {
+        const auto extra = complaint.substr(std::min(complaint.find(": ") + 2, complaint.size()));
+        return extra.starts_with('-') ? command.get_name() + " has no option " + extra
+                                      : command.get_name() + " takes no more: " + extra;
+    }
+    if (dynamic_cast<const CLI::ExcludesError*>(&error))
+        return subject + " and " + complaint.substr(complaint.rfind(' ') + 1)
+            + " do not go together";
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
+        const auto* const option = command.get_option_no_throw(subject);
+        if (option && option->count() > 1)
+            return subject + " is given more than once";
+        return subject + " needs a value: " + (option ? option->get_type_name() : "which");
+    }
+    return complaint;
+}
+
 CommandLine readAll(const std::vector<std::string>& arguments)
 {
     CommandLine line;
@@ -97,7 +138,7 @@ CommandLine readAll(const std::vector<std::string>& arguments)
     } catch (const CLI::CallForVersion&) {
         line.answer = "Kestavon " + UpdaterController::version() + '\n';
     } catch (const CLI::ParseError& error) {
-        line.error = sentence(error.what());
+        line.error = sentence(faultIn(error, readCommand(*table)));
     }
     return line;
 }

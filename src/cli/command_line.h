@@ -51,6 +51,7 @@ struct CommandLine {
     std::vector<std::string> items; ///< of `safe-area restore` and `delete`
     std::string name; ///< the application of `uninstall`
     std::vector<JunkCategory> categories; ///< in the order given; empty for all
+    bool allCategories = false; ///< "all" was said
     bool cleansJunk = false; ///< `clean` is about junk and not about a folder
     std::optional<ActionKind> action; ///< of commands that remove; given whenever they need it
     bool appOnly = false;

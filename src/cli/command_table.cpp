@@ -322,7 +322,11 @@ private:
     {
         auto* option = command.add_option(name, taking([this](const std::string& value) {
             m_line.cleansJunk = true;
-            if (lettersOf(value) == "all")
+            const bool isAll = lettersOf(value) == "all";
+            if (m_line.allCategories || (isAll && !m_line.categories.empty()))
+                refuse("all stands for every category; no other is named beside it.");
+            m_line.allCategories = isAll;
+            if (isAll)
                 return;
             const auto category = categoryNamed(value);
             if (!category)

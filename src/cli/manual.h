@@ -14,9 +14,4 @@ std::string helpText(const CLI::App& app);
 /// The manual page, in the language of man(7).
 std::string manualPage(const CLI::App& table);
 
-/// Scripts that complete command lines of the program in these shells.
-std::string bashCompletions(const CLI::App& table);
-std::string zshCompletions(const CLI::App& table);
-std::string fishCompletions(const CLI::App& table);
-
 } // namespace kestavon

@@ -185,7 +185,7 @@ private:
             }
             for (std::size_t i = 0; i < records.size(); ++i)
                 printFileRow(m_out, records.fileSize(i), records.path(i));
-            m_out << intention(action(), records.size(), records.summary().bytes) << '\n';
+            m_out << intention(action(), records.size(), items.bytes) << '\n';
             return;
         }
         if (records.empty()) {

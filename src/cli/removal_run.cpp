@@ -3,6 +3,9 @@
 #include "cli/exit_code.h"
 #include "cli/printable.h"
 #include "cli/report.h"
+#include "cli/staying_reason.h"
+
+#include <utility>
 
 namespace kestavon {
 
@@ -42,15 +45,19 @@ bool RemovalRun::confirm(const Question& question)
 void RemovalRun::tellWhatStayed(
     std::size_t count, const std::function<std::string(std::size_t)>& pathAt)
 {
-    const std::string because = m_run.isInterrupted()
-        ? " is still there. If it is a folder that was being deleted, a part of it is gone."
-        : " is still there: it is protected, was changed, or could not be moved.";
     constexpr std::size_t mostNamed = 20;
+    const auto& platform = m_model.platform();
     std::size_t stayed = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const auto path = pathAt(i);
-        if (m_model.platform().places->kindOf(path) && ++stayed <= mostNamed)
-            m_run.fail(path + because);
+        if (!platform.places->kindOf(path) || ++stayed > mostNamed)
+            continue;
+        if (m_run.isInterrupted())
+            m_run.fail(path
+                + " is still there. If it is a folder that was being deleted, a part of it is "
+                  "gone.");
+        else
+            m_run.fail(path + " is still there: " + stayingReason(path, platform));
     }
     if (stayed > mostNamed)
         m_run.fail("So are " + std::to_string(stayed - mostNamed) + " others.");
@@ -58,9 +65,14 @@ void RemovalRun::tellWhatStayed(
 
 void RemovalRun::printDeeds()
 {
-    if (wants(OutputForm::json))
+    if (wants(OutputForm::json)) {
+        if (!m_run.isInterrupted())
+            m_run.perform([this](AppModel::Finished finished) {
+                m_model.findEarlierHeldItems(std::move(finished));
+            });
         return printDocument(
             m_model, {DocumentField::history, DocumentField::quarantine}, m_console.out);
+    }
     const auto& history = m_model.history();
     for (auto event = history.rbegin(); event != history.rend(); ++event)
         m_console.out << printablePath(event->title + ": " + event->detail) << '\n';

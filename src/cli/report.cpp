@@ -19,6 +19,14 @@ template <class Value> void writeMember(JsonWriter& json, std::string_view name,
     writeJson(json, value);
 }
 
+std::vector<QuarantineItem> heldItems(const AppModel& model)
+{
+    auto items = model.quarantine();
+    const auto& earlier = model.earlierQuarantine();
+    items.insert(items.end(), earlier.begin(), earlier.end());
+    return items;
+}
+
 void writeField(JsonWriter& json, const AppModel& model, DocumentField field)
 {
     switch (field) {
@@ -43,10 +51,7 @@ void writeField(JsonWriter& json, const AppModel& model, DocumentField field)
         break;
     case DocumentField::memory: writeMember(json, "memory", model.memory()); break;
     case DocumentField::history: writeMember(json, "history", model.history()); break;
-    case DocumentField::quarantine: writeMember(json, "quarantine", model.quarantine()); break;
-    case DocumentField::heldItems:
-        writeMember(json, "quarantine", model.earlierQuarantine());
-        break;
+    case DocumentField::quarantine: writeMember(json, "quarantine", heldItems(model)); break;
     case DocumentField::junkGroups: writeMember(json, "junkGroups", model.junkGroups()); break;
     case DocumentField::duplicates: writeMember(json, "duplicates", *model.duplicates()); break;
     case DocumentField::cleanupCandidates:

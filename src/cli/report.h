@@ -23,8 +23,7 @@ enum class DocumentField {
     diskSpace,
     memory,
     history,
-    quarantine,
-    heldItems, ///< as `quarantine`, of earlier runs
+    quarantine, ///< with what earlier runs moved there, as of the last look at it
     junkGroups,
     duplicates,
     cleanupCandidates,

@@ -94,7 +94,7 @@ private:
     {
         const auto& items = m_model.earlierQuarantine();
         if (m_removal.wants(OutputForm::json))
-            return printDocument(m_model, {DocumentField::heldItems}, m_out);
+            return printDocument(m_model, {DocumentField::quarantine}, m_out);
         if (m_removal.wants(OutputForm::nulls)) {
             for (const auto& item : items)
                 printNullEnded(m_out, item.quarantinedPath);
@@ -108,19 +108,6 @@ private:
                 printablePath(placeText(item))});
         }
         table.print(m_out);
-    }
-
-    /// The history, and in JSON what is held now.
-    void printDeeds()
-    {
-        if (!m_removal.wants(OutputForm::json))
-            return m_removal.printDeeds();
-        printDocument(m_model, {DocumentField::history, DocumentField::heldItems}, m_out);
-    }
-
-    void printNothing(const std::string& sentence)
-    {
-        m_removal.wants(OutputForm::json) ? printDeeds() : m_removal.printNothing(sentence);
     }
 
     /// The items that were named, each once; says which names mean none or several.
@@ -168,7 +155,7 @@ private:
                 (m_model.*operation)(item, std::move(finished));
             });
         }
-        printDeeds();
+        m_removal.printDeeds();
     }
 
     /// Where the item goes; empty where that is not known.
@@ -195,7 +182,7 @@ private:
         if (m_line.dryRun)
             return show("Would restore", items);
         if (items.empty())
-            return printNothing("Nothing was restored.");
+            return m_removal.printNothing("Nothing was restored.");
         if (m_line.all && !m_removal.confirm(questions::restoreAll(items.size())))
             return;
         if (!m_line.all || !m_line.into.empty())
@@ -204,7 +191,7 @@ private:
             m_model.restoreAllEarlierHeldItems(std::move(finished));
         });
         tellWhatIsHeld(" could not be restored; something may lie at its place.");
-        printDeeds();
+        m_removal.printDeeds();
     }
 
     void remove()
@@ -213,7 +200,7 @@ private:
         if (m_line.dryRun)
             return show("Would delete", items);
         if (items.empty())
-            return printNothing("Nothing was deleted.");
+            return m_removal.printNothing("Nothing was deleted.");
         const auto question = items.size() == 1 ? questions::deleteHeld(originalName(items.front()))
                                                 : questions::deleteAll(items.size());
         if (!m_removal.confirm(question))
@@ -229,14 +216,14 @@ private:
         if (m_line.dryRun)
             return show("Would delete", items);
         if (items.empty())
-            return printNothing("The Safe Area is empty.");
+            return m_removal.printNothing("The Safe Area is empty.");
         if (!m_removal.confirm(questions::deleteAll(items.size())))
             return;
         m_removal.run().perform([this](AppModel::Finished finished) {
             m_model.deleteAllEarlierHeldItems(std::move(finished));
         });
         tellWhatIsHeld(" could not be deleted.");
-        printDeeds();
+        m_removal.printDeeds();
     }
 
     /// Those whose place is known, when all were to go back.

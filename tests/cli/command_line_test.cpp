@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
 #include "cli/command_table.h"
+#include "cli/completions.h"
 #include "cli/manual.h"
 #include "cli/printable.h"
 
@@ -88,6 +89,25 @@ TEST(CommandLine, RefusesWhatItDoesNotUnderstandInOneSentence)
         EXPECT_EQ(line.error.find_first_of("\n\x1B"), std::string::npos) << line.error;
         EXPECT_EQ(line.answer, "");
     }
+}
+
+TEST(CommandLine, SaysWhatIsWrongInItsOwnWords)
+{
+    const std::pair<std::vector<std::string>, std::string> rows[]
+        = {{{"remove", "--to", "trash"}, "remove needs a PATH."},
+            {{"remove", "x"}, "remove needs --to."}, {{"uninstall"}, "uninstall needs a NAME."},
+            {{"scan", "a", "b"}, "scan takes no more: b."},
+            {{"scan", "--colour"}, "scan has no option --colour."},
+            {{"scan", "--layout"}, "--layout needs a value: mac|native."},
+            {{"scan", "--layout", "mac", "--layout", "mac"}, "--layout is given more than once."},
+            {{"scan", "--json", "--null"}, "--json and --null do not go together."},
+            {{"safe-area"}, "safe-area needs one of these: list, restore, delete, empty."},
+            {{"clean", "--junk", "all", "trash", "--to", "trash"},
+                "all stands for every category; no other is named beside it."},
+            {{"clean", "--junk", "trash", "all", "--to", "trash"},
+                "all stands for every category; no other is named beside it."}};
+    for (const auto& [arguments, error] : rows)
+        EXPECT_EQ(readCommandLine(arguments).error, error);
 }
 
 TEST(CommandLine, AnswersInsteadOfActing)

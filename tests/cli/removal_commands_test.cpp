@@ -158,6 +158,71 @@ TEST_F(RemovalCommand, RemoveSaysWhatItRefusesAndWhyAndDoesTheRest)
     EXPECT_TRUE(isThere("files/x.xpc"));
 }
 
+TEST_F(RemovalCommand, RemoveSaysWhyAPlaceIsRefused)
+{
+    home.makeFolder("files/project/.git");
+    home.link("files/project/link", home / "files/copies");
+    const std::pair<std::string, std::string> rows[]
+        = {{home.path(), "the system or your account needs that place."},
+            {"/proc", "another volume is mounted there."},
+            {home / "files/project/.git", "it holds the history of the project around it."},
+            {home / "files/project/.", "may be another folder than it seems; name it."},
+            {home / "files/project/link/..", "may be another folder than it seems; name it."},
+            {home / "files/document/", "Not a directory."}};
+    for (const auto& [path, reason] : rows) {
+        EXPECT_EQ(run({"remove", path, "--to", "permanent", "--yes"}), 1) << path;
+        EXPECT_THAT(err.str(), HasSubstr(reason)) << path;
+    }
+    EXPECT_TRUE(isThere("files/project/.git") && isThere("files/copies/new"));
+}
+
+TEST_F(RemovalCommand, RemoveCountsEveryItemOnceWithWhatItHolds)
+{
+    home.writeFile("files/copies/deep/er", "12345");
+    const std::vector<std::string> arguments{"remove", home / "files/copies/deep",
+        home / "files/copies/", home / "files/copies", home / "files/copies/deep/er",
+        home / "files/document", "--to", "permanent"};
+    auto preview = arguments;
+    preview.emplace_back("--dry-run");
+    ASSERT_EQ(run(preview), 0);
+    EXPECT_THAT(out.str(), HasSubstr("Would delete 2 items (10 KB) for good."));
+    preview.emplace_back("--json");
+    ASSERT_EQ(run(preview), 0);
+    ASSERT_EQ(document()["records"].size(), 2U);
+    EXPECT_EQ(document()["records"][0]["size"], 10'005);
+    auto deed = arguments;
+    deed.emplace_back("--yes");
+    ASSERT_EQ(run(deed), 0);
+    EXPECT_THAT(out.str(), HasSubstr("Files permanently deleted: 2 files · 10 KB"));
+    EXPECT_FALSE(isThere("files/copies"));
+}
+
+TEST_F(RemovalCommand, AlwaysPrintsADocumentWhenOneIsWanted)
+{
+    answers = {"n", "n"};
+    for (const auto& arguments : {std::vector<std::string>{"uninstall", "Nobody"},
+             {"remove", home / "files/document", "--to", "trash"},
+             {"clean", files(), "--to", "trash"}, {"disk", home / "nowhere"},
+             {"safe-area", "restore", "11111111"}}) {
+        auto wanted = arguments;
+        wanted.emplace_back("--json");
+        EXPECT_EQ(run(wanted), 1) << testing::PrintToString(arguments);
+        EXPECT_TRUE(document().is_object());
+        EXPECT_NE(err.str(), "");
+    }
+}
+
+TEST_F(RemovalCommand, TellsInJsonOfEverythingThatIsHeld)
+{
+    ASSERT_EQ(run({"remove", home / "files/document", "--to", "safe-area", "--yes"}), 0);
+    ASSERT_EQ(
+        run({"remove", home / "files/copies/old", "--to", "safe-area", "--yes", "--json"}), 0);
+    const auto held = document()["quarantine"];
+    ASSERT_EQ(held.size(), 2U);
+    EXPECT_EQ(held[0]["originalPath"], home / "files/copies/old");
+    EXPECT_EQ(held[1]["originalPath"], home / "files/document");
+}
+
 TEST_F(RemovalCommand, UninstallMovesTheApplicationAndWhatItLeft)
 {
     home.writeFile("Applications/Paint.app/Contents/Info.plist",

@@ -288,13 +288,20 @@ std::optional<FileError> ProtectedPlaces::refusal(const std::string& path) const
 std::optional<FileError> ProtectedPlaces::refusal(const Forms& forms) const
 {
     const auto name = lastComponent(forms.written);
-    const bool isRepository = forms.status && forms.status->isFolder()
-        && std::ranges::find(m_lists.folderNames, name) != m_lists.folderNames.end();
-    const bool isRefused = !forms.isTrustworthy || isListed(forms.written)
-        || isListed(forms.resolved) || isRepository || (forms.status && forms.status->isMountPoint);
-    if (!isRefused)
-        return std::nullopt;
-    return removalError(FileError::Kind::permission, name);
+    const auto refused = [name](std::string_view reason) {
+        return FileError{FileError::Kind::permission,
+            "“" + std::string(name) + "” couldn’t be removed because " + std::string(reason)};
+    };
+    if (!forms.isTrustworthy)
+        return refused("where it really lies can’t be told.");
+    if (forms.status && forms.status->isMountPoint)
+        return refused("another volume is mounted there.");
+    if (isListed(forms.written) || isListed(forms.resolved))
+        return refused("the system or your account needs that place.");
+    if (forms.status && forms.status->isFolder()
+        && std::ranges::find(m_lists.folderNames, name) != m_lists.folderNames.end())
+        return refused("it holds the history of the project around it.");
+    return std::nullopt;
 }
 
 bool ProtectedPlaces::passesRemovalRule(const std::string& path) const
