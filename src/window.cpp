@@ -5,13 +5,13 @@
 #include "platform/process_age.h"
 #include "program_model.h"
 #include "ui/accessible_shim.h"
-#include "ui/processes/app_icon_provider.h"
 #include "ui/shell/single_instance.h"
 #include "ui/shell/status_tray.h"
 #include "ui/style/desktop_appearance.h"
 #include "ui/style/desktop_motion.h"
 #include "ui/style/symbol_provider.h"
 #include "ui/ui_states.h"
+#include "ui/widgets/app_icon_provider.h"
 
 #include <QApplication>
 #include <QFontDatabase>

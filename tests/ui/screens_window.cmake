@@ -5,7 +5,7 @@ kestavon_test(screen_window_tests
         ui/duplicates/duplicates_window_test.cpp
         ui/history/history_window_test.cpp
         ui/performance/performance_window_test.cpp
-        ui/processes/app_icon_provider_test.cpp
+        ui/widgets/app_icon_provider_test.cpp
         ui/processes/processes_window_test.cpp
         ui/safearea/safe_area_window_test.cpp
         ui/security/security_window_test.cpp

@@ -15,9 +15,12 @@ list(APPEND ui_state_sources
     widgets/scan_panel_rules.cpp widgets/scan_panel_rules.h
     widgets/scan_panel_state.cpp widgets/scan_panel_state.h
     widgets/threat_badge_rules.cpp widgets/threat_badge_rules.h)
-list(APPEND ui_module_sources widgets/widgets_types.h)
+list(APPEND ui_module_sources
+    widgets/app_icon_provider.cpp widgets/app_icon_provider.h
+    widgets/widgets_types.h)
 list(APPEND ui_qml_files
     widgets/ActivityRow.qml
+    widgets/AppIcon.qml
     widgets/ConfirmationDialogs.qml
     widgets/FileActionBar.qml
     widgets/FileTablePage.qml

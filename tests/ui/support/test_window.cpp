@@ -3,8 +3,8 @@
 #include "platform/linux/junk_locations.h"
 #include "support/event_loop.h"
 #include "ui/accessible_shim.h"
-#include "ui/processes/app_icon_provider.h"
 #include "ui/style/symbol_provider.h"
+#include "ui/widgets/app_icon_provider.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>

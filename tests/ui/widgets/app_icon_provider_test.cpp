@@ -1,7 +1,7 @@
 #include "support/event_loop.h"
 #include "support/temporary_folder.h"
-#include "ui/processes/app_icon_provider.h"
 #include "ui/processes/processes_rules.h"
+#include "ui/widgets/app_icon_provider.h"
 
 #include <QBuffer>
 #include <QImage>

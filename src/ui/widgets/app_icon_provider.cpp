@@ -1,4 +1,4 @@
-#include "ui/processes/app_icon_provider.h"
+#include "ui/widgets/app_icon_provider.h"
 
 #include "platform/icns_file.h"
 #include "ui/processes/processes_rules.h"
