@@ -82,6 +82,7 @@ SectionScreen {
             count: screen.cleaner.rowCount
             onToggled: row => screen.cleaner.toggle(row)
             onAllRequested: screen.cleaner.selectAll()
+            onRemovalRequested: screen.cleaner.askMove()
             delegate: CleanerRow {
                 list: suggestions
                 cleaner: screen.cleaner

@@ -58,6 +58,8 @@ Item {
         shell: view.ui.shell
         undoOffer: view.ui.undoOffer
         work: view.ui.work
+        duplicates: view.ui.duplicates
+        smartClean: view.ui.smartClean
         onFilterRequested: detail.focusFilter()
         onSettingsRequested: view.settingsRequested()
         onHelpRequested: {

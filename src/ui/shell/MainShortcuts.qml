@@ -8,6 +8,8 @@ Item {
     required property ShellState shell
     required property NoticeState undoOffer
     required property WorkState work
+    required property DuplicatesState duplicates
+    required property SmartCleanState smartClean
 
     signal filterRequested
     signal settingsRequested
@@ -24,8 +26,19 @@ Item {
     }
     Shortcut {
         sequences: ["Esc"]
-        enabled: shortcuts.shell.isScanning
-        onActivated: shortcuts.shell.stop()
+        enabled: shortcuts.work.canStop || shortcuts.shell.isScanning || shortcuts.duplicates.analyzing
+            || shortcuts.smartClean.scanning
+        // What changes files first, and one thing at a time.
+        onActivated: {
+            if (shortcuts.work.canStop)
+                shortcuts.work.stop();
+            else if (shortcuts.shell.isScanning)
+                shortcuts.shell.stop();
+            else if (shortcuts.duplicates.analyzing)
+                shortcuts.duplicates.stop();
+            else
+                shortcuts.smartClean.stopScan();
+        }
     }
     Shortcut {
         sequences: [StandardKey.Undo]
@@ -64,12 +77,13 @@ Item {
         onActivated: shortcuts.shell.showRow(shortcuts.shell.row + 1)
     }
     Repeater {
-        model: 9
+        model: 14
         Item {
             id: numbered
             required property int index
+            readonly property string digit: (index + 1) % 10
             Shortcut {
-                sequences: ["Alt+" + (numbered.index + 1)]
+                sequences: [numbered.index < 10 ? "Alt+" + numbered.digit : "Alt+Shift+" + numbered.digit]
                 onActivated: shortcuts.shell.showRow(numbered.index)
             }
         }

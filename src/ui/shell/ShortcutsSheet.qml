@@ -11,7 +11,7 @@ Sheet {
                 title: "Everywhere",
                 keys: [
                     { keys: ["F5", "Ctrl+R"], does: "Scan the chosen folder" },
-                    { keys: ["Esc"], does: "Stop the scan" },
+                    { keys: ["Esc"], does: "Stop what is going on" },
                     { keys: ["Ctrl+."], does: "Stop moving, restoring or deleting" },
                     { keys: ["Ctrl+Z"], does: "Undo the last move" },
                     { keys: ["Ctrl+O"], does: "Choose a folder" },
@@ -24,7 +24,8 @@ Sheet {
             {
                 title: "Sections",
                 keys: [
-                    { keys: ["Alt+1", "Alt+9"], joint: "to", does: "One of the first nine" },
+                    { keys: ["Alt+1", "Alt+0"], joint: "to", does: "One of the first ten" },
+                    { keys: ["Alt+Shift+1", "Alt+Shift+4"], joint: "to", does: "One of the others" },
                     { keys: ["Ctrl+PgUp", "Ctrl+PgDn"], does: "The one before, the one after" }
                 ]
             }

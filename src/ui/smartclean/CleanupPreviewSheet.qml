@@ -113,6 +113,7 @@ Sheet {
             count: sheet.preview === null ? 0 : sheet.preview.rowCount
             onToggled: row => sheet.preview.toggle(row)
             onAllRequested: sheet.preview.selectEverything()
+            onRemovalRequested: (row, forGood) => sheet.preview.askRemoval(forGood)
             delegate: PreviewRow {
                 list: rows
                 preview: sheet.preview

@@ -2,6 +2,7 @@
 
 #include "core/domain/removal_guard.h"
 #include "core/model/background.h"
+#include "core/model/questions.h"
 #include "smartclean/removal_advice.h"
 #include "ui/smartclean/preview_rules.h"
 #include "ui/widgets/display_text.h"
@@ -265,6 +266,18 @@ QString PreviewState::selectedText() const
 QString PreviewState::selectedSizeText() const
 {
     return byteText(m_selectedBytes);
+}
+
+void PreviewState::askRemoval(bool forGood)
+{
+    if (!canRemove())
+        return;
+    const auto action = forGood ? ActionKind::permanent : ActionKind::trash;
+    m_notice.ask(textsOf(questions::removeFiles(action, m_selectedCount)),
+        [this, action, opening = m_opening] {
+            if (opening == m_opening)
+                remove(action);
+        });
 }
 
 void PreviewState::remove(ActionKind action)

@@ -111,6 +111,9 @@ public:
 
     /// Remove the ticked items, without asking, and close the sheet. It stays open when that failed
     /// or the Safe Area could not take all of them; `notice` says so.
+    /// Moves what is selected to the Trash, or deletes it for good, once a question has been
+    /// answered: what a key does that may be pressed by mistake.
+    Q_INVOKABLE void askRemoval(bool forGood);
     Q_INVOKABLE void moveToSafeArea() { remove(ActionKind::safeArea); }
     Q_INVOKABLE void moveToTrash() { remove(ActionKind::trash); }
     Q_INVOKABLE void deleteForever() { remove(ActionKind::permanent); }

@@ -104,6 +104,7 @@ Item {
         pathActions: table.pathActions
         count: table.rows.rowCount
         onToggled: row => table.open(row, !table.rows.isOpen(row))
+        onRemovalRequested: row => table.uninstaller.askUninstall(row)
         Keys.onReturnPressed: table.open(currentRow, !table.rows.isOpen(currentRow))
         Keys.onEnterPressed: table.open(currentRow, !table.rows.isOpen(currentRow))
         Keys.onRightPressed: table.open(currentRow, true)

@@ -35,6 +35,10 @@ T.Control {
     /// Space on a row.
     signal toggled(row: int)
     signal allRequested
+    /// Return on a row: what it shows is opened.
+    signal opened(row: int)
+    /// Delete; with Shift, for good.
+    signal removalRequested(row: int, forGood: bool)
 
     /// Where the row begins, in pixels from the first; for `count`, where the last one ends.
     function rowTop(row: int): real {
@@ -91,6 +95,13 @@ T.Control {
         } else if (event.key === Qt.Key_Space && currentRow >= 0) {
             focusReason = Qt.TabFocusReason;
             toggled(currentRow);
+        } else if ((event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !event.isAutoRepeat
+                && currentRow >= 0) {
+            ensureVisible(currentRow);
+            opened(currentRow);
+        } else if (event.key === Qt.Key_Delete && !event.isAutoRepeat && currentRow >= 0
+                && (event.modifiers === Qt.NoModifier || event.modifiers === Qt.ShiftModifier)) {
+            removalRequested(currentRow, event.modifiers === Qt.ShiftModifier);
         } else {
             return;
         }

@@ -41,6 +41,13 @@ FocusScope {
             list.forceActiveFocus(Qt.OtherFocusReason);
     }
 
+    Connections {
+        target: line.list
+        function onOpened(row: int) {
+            if (line.exists && row === line.row && pathMenu.offered)
+                line.list.pathActions.open(line.itemPath);
+        }
+    }
     PathMenuArea {
         id: pathMenu
         actions: line.list.pathActions

@@ -1,4 +1,5 @@
 #include "support/event_loop.h"
+#include "support/records.h"
 #include "ui/support/window_test.h"
 
 #include <QQmlComponent>
@@ -61,6 +62,10 @@ TEST_F(ShellWindowTest, TheSelectionFollowsTheModelAndTheKeyboard)
     EXPECT_EQ(model->section(), AppSection::history);
     press(Qt::Key_5, Qt::AltModifier);
     EXPECT_EQ(model->section(), AppSection::smartClean);
+    press(Qt::Key_0, Qt::AltModifier);
+    EXPECT_EQ(model->section(), AppSection::processes);
+    press(Qt::Key_4, Qt::AltModifier | Qt::ShiftModifier);
+    EXPECT_EQ(model->section(), AppSection::settings);
     press(Qt::Key_Home);
     press(Qt::Key_Up);
     EXPECT_EQ(model->section(), AppSection::dashboard);
@@ -98,6 +103,20 @@ TEST_F(ShellWindowTest, EscapeStopsTheScan)
     waitFor(QStringLiteral("Stop"));
     press(Qt::Key_Escape);
     EXPECT_EQ(model->scanPhase(), ScanPhase::idle());
+}
+
+TEST_F(ShellWindowTest, EscapeStopsWhatIsGoingOnOneThingAtATime)
+{
+    open();
+    scan({test::file("/home/alice/a", 4), test::file("/home/alice/b", 4)});
+    model->startDuplicateAnalysis();
+    model->scanAllJunk();
+    press(Qt::Key_Escape);
+    EXPECT_EQ(model->duplicatePhase(), ScanPhase::idle());
+    EXPECT_TRUE(states->smartClean()->scanning());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(states->smartClean()->scanning());
+    press(Qt::Key_Escape); // there is nothing left to stop
 }
 
 TEST_F(ShellWindowTest, EscapeInAFieldIsForTheField)

@@ -283,6 +283,34 @@ TEST_F(SmartCleanWindow, IsUsedWithTheKeyboardAlone)
     EXPECT_EQ(focusedName(), "Review & Clean");
 }
 
+TEST_F(SmartCleanWindow, AsksBeforeAKeyRemovesAnything)
+{
+    writeCaches();
+    show();
+    scanAll();
+    openCaches();
+    need("previewItems").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(processEventsUntil([&] { return !machine.workspace->opened().empty(); }));
+    EXPECT_THAT(machine.workspace->opened(), ElementsAre(folder / "Library/Caches/first"));
+    press(Qt::Key_Delete);
+    EXPECT_FALSE(preview().notice()->asking()) << "nothing is ticked";
+    press(Qt::Key_Space);
+    press(Qt::Key_Delete);
+    waitFor("Move 1 files to Trash?");
+    clickItem("cancel");
+    waitUntilGone("Move 1 files to Trash?");
+    EXPECT_TRUE(exists("Library/Caches/first"));
+    need("previewItems").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Delete, Qt::ShiftModifier);
+    waitFor("Permanently delete 1 files?");
+    clickItem("confirm");
+    waitForRemoval();
+    EXPECT_FALSE(exists("Library/Caches/first"));
+    EXPECT_FALSE(exists(".Trash/first"));
+    EXPECT_TRUE(exists("Library/Caches/second"));
+}
+
 TEST_F(SmartCleanWindow, MovesTheTickedItemsAndClosesTheSheet)
 {
     writeCaches();
