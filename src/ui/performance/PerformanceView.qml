@@ -16,6 +16,17 @@ SectionScreen {
         onTriggered: screen.performance.refresh()
     }
 
+    /// The last minute of a card's figure, beside its symbol.
+    component Trend: MemorySparkline {
+        x: Math.round(parent.width * 0.49)
+        y: 22
+        width: parent.width - x - 12
+        height: 33
+        performance: screen.performance
+        color: Theme.graphic((parent as MetricCard).accent)
+        Accessible.ignored: true
+    }
+
     PageFlickable {
         id: flick
         anchors.fill: parent
@@ -26,7 +37,7 @@ SectionScreen {
             x: 28
             y: 22
             width: flick.width - 56
-            spacing: 20
+            spacing: 14
 
             PageHeader {
                 width: parent.width
@@ -59,6 +70,7 @@ SectionScreen {
                     value: screen.performance.freeText
                     symbol: "memorychip"
                     accent: "green"
+                    Trend { figure: MemorySparkline.Free }
                 }
                 MetricCard {
                     objectName: "activeMemory"
@@ -68,6 +80,7 @@ SectionScreen {
                     value: screen.performance.activeText
                     symbol: "bolt.fill"
                     accent: "orange"
+                    Trend { figure: MemorySparkline.Active }
                 }
                 MetricCard {
                     objectName: "wiredMemory"
@@ -77,6 +90,7 @@ SectionScreen {
                     value: screen.performance.wiredText
                     symbol: "lock.fill"
                     accent: "red"
+                    Trend { figure: MemorySparkline.Wired }
                 }
                 MetricCard {
                     objectName: "inactiveMemory"
@@ -86,18 +100,19 @@ SectionScreen {
                     value: screen.performance.inactiveText
                     symbol: "moon.fill"
                     accent: "blue"
+                    Trend { figure: MemorySparkline.Inactive }
                 }
             }
             MemoryBar {
                 objectName: "memoryBar"
                 width: parent.width
-                height: 150
+                height: 161
                 visible: screen.performance.hasMemory
                 memory: screen.ui.memoryBar
                 AppText {
                     anchors.right: parent.right
                     anchors.rightMargin: 19
-                    y: 71
+                    y: 74
                     text: "Last 60 seconds"
                     role: AppText.Role.Micro
                     weight: 400
@@ -105,9 +120,9 @@ SectionScreen {
                 }
                 MemoryChart {
                     x: 19
-                    y: 98
+                    y: 101
                     width: parent.width - 38
-                    height: 36
+                    height: 44
                     performance: screen.performance
                     wiredColor: Theme.graphic("red")
                     activeColor: Theme.graphic("orange")

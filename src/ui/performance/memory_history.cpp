@@ -1,8 +1,26 @@
 #include "ui/performance/memory_history.h"
 
+#include <algorithm>
+
 namespace kestavon {
 
 namespace {
+
+/// Of all memory; changes smaller than this do not fill a chart.
+constexpr double leastRange = 0.02;
+
+double shareOf(const MemoryHistory::Point& point, MemoryHistory::Figure figure)
+{
+    using enum MemoryHistory::Figure;
+    const auto& tops = point.tops;
+    switch (figure) {
+    case wired: return tops[0];
+    case active: return tops[1] - tops[0];
+    case inactive: return tops[2] - tops[1];
+    case free: break;
+    }
+    return 1 - tops[2];
+}
 
 /// Between two visits to the screen nobody looked.
 constexpr std::chrono::seconds longestGap{5};
@@ -45,6 +63,27 @@ std::vector<MemoryHistory::Point> MemoryHistory::points(Moment now) const
         previous = &sample;
     }
     return points;
+}
+
+std::vector<MemoryHistory::Height> MemoryHistory::heightsOf(
+    const std::vector<Point>& points, Figure figure)
+{
+    if (points.empty())
+        return {};
+    double least = 1;
+    double most = 0;
+    for (const auto& point : points) {
+        least = std::min(least, shareOf(point, figure));
+        most = std::max(most, shareOf(point, figure));
+    }
+    const auto range = std::max(most - least, leastRange);
+    const auto bottom = (least + most - range) / 2;
+    std::vector<Height> heights;
+    for (const auto& point : points)
+        heights.push_back({.place = point.place,
+            .height = (shareOf(point, figure) - bottom) / range,
+            .beginsAnew = point.beginsAnew});
+    return heights;
 }
 
 } // namespace kestavon

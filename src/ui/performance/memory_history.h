@@ -32,6 +32,17 @@ public:
     /// may lead it, at a place below 0.
     std::vector<Point> points(Moment now) const;
 
+    /// One of the four that memory is made of.
+    enum class Figure { wired, active, inactive, free };
+    /// What a small chart of one figure draws: heights from 0 to 1, where 0 and 1 are the least and
+    /// the most of the minute. What changed by little looks flat, in the middle.
+    struct Height {
+        double place = 0; ///< as a point's
+        double height = 0;
+        bool beginsAnew = false;
+    };
+    static std::vector<Height> heightsOf(const std::vector<Point>& points, Figure figure);
+
 private:
     struct Sample {
         Moment taken;

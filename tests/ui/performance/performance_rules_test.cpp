@@ -1,6 +1,8 @@
 #include "ui/performance/memory_history.h"
 #include "ui/performance/performance_rules.h"
 
+#include <cmath>
+
 #include <gmock/gmock.h>
 
 namespace kestavon {
@@ -50,6 +52,24 @@ TEST(MemoryHistory, HoldsOneMinute)
     EXPECT_EQ(points.back().place, 1);
     EXPECT_EQ(points.back().tops, (std::array{0.1, 0.3, 0.6}));
     EXPECT_LT(history.points(start + 91s).front().place, 0) << "where the line comes from";
+}
+
+TEST(MemoryHistory, ShowsEachFigureBetweenItsLeastAndItsMost)
+{
+    using Figure = MemoryHistory::Figure;
+    const std::vector<MemoryHistory::Point> points{{.place = 0, .tops = {0.2, 0.5, 0.9}},
+        {.place = 0.5, .tops = {0.2, 0.6, 0.9}}, {.place = 1, .tops = {0.21, 0.51, 0.8}}};
+    const auto heights = [&points](Figure figure) {
+        std::vector<double> result;
+        for (const auto& height : MemoryHistory::heightsOf(points, figure))
+            result.push_back(std::round(height.height * 100) / 100);
+        return result;
+    };
+    EXPECT_THAT(heights(Figure::active), testing::ElementsAre(0, 1, 0));
+    EXPECT_THAT(heights(Figure::free), testing::ElementsAre(0, 0, 1));
+    EXPECT_THAT(heights(Figure::wired), testing::ElementsAre(0.25, 0.25, 0.75))
+        << "a small change must not look like a large one";
+    EXPECT_TRUE(MemoryHistory::heightsOf({}, Figure::free).empty());
 }
 
 TEST(MemoryHistory, DrawsNoLineOverTheTimeInWhichNobodyLooked)
