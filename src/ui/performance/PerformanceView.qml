@@ -112,7 +112,7 @@ SectionScreen {
                 AppText {
                     anchors.right: parent.right
                     anchors.rightMargin: 19
-                    y: 74
+                    y: 72
                     text: "Last 60 seconds"
                     role: AppText.Role.Micro
                     weight: 400
