@@ -221,8 +221,8 @@ ProtectedPlaces::Lists ProtectedPlaces::listsFor(const HostLayout& layout)
             lists.foldersOnly.push_back(folder);
     }
     std::ranges::sort(lists.foldersOnly);
-    const auto repeated = std::ranges::unique(lists.foldersOnly);
-    lists.foldersOnly.erase(repeated.begin(), repeated.end());
+    lists.foldersOnly.erase(
+        std::unique(lists.foldersOnly.begin(), lists.foldersOnly.end()), lists.foldersOnly.end());
     lists.folderNames.assign(versionControlFolders.begin(), versionControlFolders.end());
     std::erase(lists.withContents, "");
     std::erase(lists.foldersOnly, "");

@@ -218,7 +218,7 @@ void finishDeeds(const std::string& journalFolder)
         return;
     auto entries = abandonedEntries(folder.get());
     const auto mounts = currentMounts();
-    std::ranges::stable_partition(entries, [&mounts](const AbandonedEntry& entry) {
+    std::stable_partition(entries.begin(), entries.end(), [&mounts](const AbandonedEntry& entry) {
         return std::ranges::none_of(
             entry.notes, [&mounts](const Note& note) { return isOnServer(note, mounts); });
     });

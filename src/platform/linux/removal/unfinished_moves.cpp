@@ -84,8 +84,8 @@ std::vector<MarkedCopy> clearTarget(int folder)
 void finishCopies(int folder, std::vector<MarkedCopy> copies)
 {
     const auto mounts = currentMounts();
-    std::ranges::stable_partition(
-        copies, [&](const MarkedCopy& copy) { return !isOnServer(copy.source.path, mounts); });
+    std::stable_partition(copies.begin(), copies.end(),
+        [&](const MarkedCopy& copy) { return !isOnServer(copy.source.path, mounts); });
     for (const auto& copy : copies) {
         if (finishRemoval(copy.source, folder, copy.name.c_str()))
             removeMarks(folder, copy.name.c_str(), std::string(removedSourceMark));
