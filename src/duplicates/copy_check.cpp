@@ -71,6 +71,15 @@ bool isOnlyInMemory(const OpenedFile& opened)
 
 } // namespace
 
+std::optional<KnownFile> presentState(
+    const KnownFile& file, const Sha256Digest& digest, const std::stop_token& stop)
+{
+    const auto opened = openRegularFile(file.path);
+    if (!opened || !holdsContent(*opened, file, digest, stop))
+        return std::nullopt;
+    return KnownFile{.path = file.path, .identity = opened->identity};
+}
+
 FileResult<SpareCopy> checkCopyIsSpare(const KnownFile& kept, const KnownFile& copy,
     const Sha256Digest& digest, CopyProof proof, const std::stop_token& stop,
     const FilesOnDisk& onDisk)

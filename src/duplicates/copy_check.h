@@ -5,6 +5,7 @@
 #include "duplicates/files_on_disk.h"
 #include "platform/file_error.h"
 
+#include <optional>
 #include <stop_token>
 #include <string>
 
@@ -27,6 +28,12 @@ struct SpareCopy {
     KnownFile kept;
     KnownFile copy;
 };
+
+/// The file as it is now, if it still has the content of this digest: read whole when it is not
+/// what it was, and not at all otherwise. Nothing when it has not, or on a stop. Any thread but the
+/// main one.
+std::optional<KnownFile> presentState(
+    const KnownFile& file, const Sha256Digest& digest, const std::stop_token& stop = {});
 
 /// Gives the two as they are now if the file at `copy` can go without anything being lost: it is a
 /// regular file with the content of this digest, and `kept` is another one. When not, the error

@@ -5,6 +5,8 @@
 #include "duplicates/copy_check.h"
 #include "platform/platform.h"
 
+#include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -38,7 +40,7 @@ public:
 private:
     /// Throws nothing, so that what went before it stays counted.
     FileResult<std::string> deleteForGood(
-        const UnwantedCopy& unwanted, const FilesOnDisk& onDisk) const;
+        const UnwantedCopy& unwanted, const std::function<std::optional<SpareCopy>()>& check) const;
     /// Whether the copy lies in the Trash and the kept file is still there. If not, what lies there
     /// is put back; it stays only where that cannot be done.
     bool isRight(const SpareCopy& spare, const std::string& trashedPath) const;
