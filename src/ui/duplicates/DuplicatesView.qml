@@ -83,6 +83,12 @@ SectionScreen {
             width: parent.width - 56
             visible: screen.duplicates.foundSome
             duplicates: screen.duplicates
+            // With what was merged go its buttons; whoever pressed one by key goes on from here.
+            onVisibleChanged: {
+                const focused = screen.Window.activeFocusItem;
+                if (!visible && screen.visible && !focused?.activeFocusOnTab)
+                    analyze.forceActiveFocus(Qt.OtherFocusReason);
+            }
         }
         Hairline {
             anchors.top: groups.top

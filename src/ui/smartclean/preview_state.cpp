@@ -10,6 +10,7 @@
 
 #include <QPointer>
 
+#include <span>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -296,15 +297,33 @@ void PreviewState::remove(ActionKind action)
     const auto problem = std::make_shared<QString>();
     m_model.cleanJunkItems(
         m_group, std::move(ids), action,
-        [problem](std::size_t moved, std::size_t requested) {
-            if (moved < requested)
-                *problem = partialMoveText(requested - moved);
+        [self = QPointer<PreviewState>(this), opening = m_opening, problem](
+            std::size_t moved, std::size_t requested) {
+            if (moved == requested)
+                return;
+            *problem = partialMoveText(requested - moved);
+            if (self && opening == self->m_opening)
+                self->deselectHeld(moved);
         },
         [self = QPointer<PreviewState>(this), opening = m_opening, problem](
             const std::string& error) {
             if (self)
                 self->endRemoval(opening, error.empty() ? *problem : fileNameText(error));
         });
+}
+
+/// What is advised for the rest must not be done to what is in the Safe Area by now, nor to what a
+/// program has put in its place since.
+void PreviewState::deselectHeld(std::size_t count)
+{
+    std::unordered_set<std::string_view> paths;
+    for (const auto& held : std::span(m_model.quarantine()).first(count))
+        paths.insert(held.originalPath);
+    for (std::size_t i = 0; i < m_selected.size(); ++i) {
+        if (m_selected[i] && paths.contains(items()[i].record.path))
+            m_selected[i] = false;
+    }
+    announceSelection();
 }
 
 void PreviewState::endRemoval(std::uint64_t opening, const QString& problem)

@@ -147,6 +147,8 @@ private:
     void selectAll(bool selected);
     void announceSelection();
     void remove(ActionKind action);
+    /// Of what was just held, so many.
+    void deselectHeld(std::size_t count);
     void endRemoval(std::uint64_t opening, const QString& problem);
     template <class T> void disposeInBackground(T value);
 
