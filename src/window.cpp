@@ -59,13 +59,12 @@ int runWindow(QApplication& application, const CommandLine& line, std::string ac
     auto model = makeModel(line);
     UiStates states(model);
     states.shell()->fulfil(wish);
-    states.liveCount().setAnimated(!desktopReducesMotion());
     QObject::connect(&instance, &SingleInstance::requested, states.shell(), &ShellState::takeOver);
 
     useFonts();
-    std::optional<DesktopAppearance> appearance;
-    if (line.theme.empty())
-        appearance.emplace();
+    DesktopAppearance appearance;
+    const auto isStill = [&] { return desktopReducesMotion(appearance.reducesMotion()); };
+    states.liveCount().setAnimated(!isStill());
     QQmlApplicationEngine engine;
     installAccessibleShim(engine);
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -74,18 +73,19 @@ int runWindow(QApplication& application, const CommandLine& line, std::string ac
         QStringLiteral("appicon"), new AppIconProvider(model.platform().layout.dataFolders));
     engine.setInitialProperties({{QStringLiteral("ui"), QVariant::fromValue(&states)},
         {QStringLiteral("themeChoice"), QString::fromStdString(line.theme)},
-        {QStringLiteral("reducedMotion"), desktopReducesMotion()},
-        {QStringLiteral("desktopScheme"), appearance ? appearance->colorScheme() : 0}});
+        {QStringLiteral("reducedMotion"), isStill()},
+        {QStringLiteral("desktopScheme"), appearance.colorScheme()}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Kestavon/Ui/shell/Main.qml")));
     if (engine.rootObjects().isEmpty())
         return EXIT_FAILURE;
 
-    if (appearance) {
-        QObject::connect(&*appearance, &DesktopAppearance::colorSchemeChanged, &engine, [&] {
-            engine.rootObjects().constFirst()->setProperty(
-                "desktopScheme", appearance->colorScheme());
-        });
-    }
+    QObject::connect(&appearance, &DesktopAppearance::colorSchemeChanged, &engine, [&] {
+        engine.rootObjects().constFirst()->setProperty("desktopScheme", appearance.colorScheme());
+    });
+    QObject::connect(&appearance, &DesktopAppearance::reducesMotionChanged, &engine, [&] {
+        states.liveCount().setAnimated(!isStill());
+        engine.rootObjects().constFirst()->setProperty("reducedMotion", isStill());
+    });
     // The tray takes a conversation with the desktop: only once the window is there.
     std::optional<StatusTray> tray;
     QTimer trayWatch; // a desktop that is just starting may bring its tray later, or take it away

@@ -10,6 +10,7 @@ kestavon_test(screen_window_tests
         ui/safearea/safe_area_window_test.cpp
         ui/security/security_window_test.cpp
         ui/shell/accessibility_window_test.cpp
+        ui/shell/desktop_appearance_test.cpp
         ui/shell/work_window_test.cpp
         ui/smartclean/smart_clean_window_test.cpp
         ui/startup/startup_window_test.cpp

@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Dialogs
 import Kestavon.Ui
 
-/// The choice of one folder. A file of its own, so that the dialog's modules are loaded only for it.
+/// The desktop's own dialog for the choice of one folder. A file of its own, so that the dialog's
+/// modules are loaded only for it.
 Item {
     id: root
 

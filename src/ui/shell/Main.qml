@@ -114,11 +114,23 @@ T.ApplicationWindow {
         source: "FolderPickerDialog.qml"
         onLoaded: (item as FolderPickerDialog).picker = window.ui.shell.folderPicker
     }
+    Loader {
+        id: folderSheet
+        active: false
+        sourceComponent: FolderSheet {
+            ui: window.ui
+        }
+    }
     Connections {
         target: window.ui.shell.folderPicker
         function onPickRequested(folder) {
-            folderDialog.active = true;
-            (folderDialog.item as FolderPickerDialog).openAt(folder);
+            if (DesktopDialogs.hasFolderDialog) {
+                folderDialog.active = true;
+                (folderDialog.item as FolderPickerDialog).openAt(folder);
+            } else {
+                folderSheet.active = true;
+                (folderSheet.item as FolderSheet).openAt(folder);
+            }
         }
     }
 

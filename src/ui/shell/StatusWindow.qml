@@ -7,13 +7,12 @@ Window {
 
     property UiStates ui: null
 
-    /// Opens at this point of the desktop, moved onto its screen.
+    /// Opens at this point of the desktop.
     function openNear(pointX: int, pointY: int) {
         ui.status.refresh();
-        const left = Screen.virtualX;
-        const top = Screen.virtualY;
-        x = Math.max(left, Math.min(left + Screen.width - width, pointX - width / 2));
-        y = pointY + height > top + Screen.height ? Math.max(top, pointY - height) : pointY;
+        const place = ui.status.menuPlace(Qt.point(pointX, pointY), Qt.size(width, height));
+        x = place.x;
+        y = place.y;
         show();
         requestActivate();
     }

@@ -1,4 +1,5 @@
 list(APPEND ui_state_sources
+    shell/folder_chooser.cpp shell/folder_chooser.h
     shell/onboarding_state.cpp shell/onboarding_state.h
     shell/product_links.h
     shell/settings_state.cpp shell/settings_state.h
@@ -10,12 +11,13 @@ list(APPEND ui_state_sources
     shell/undo_state.cpp shell/undo_state.h
     shell/window_folder_picker.cpp shell/window_folder_picker.h
     shell/work_state.cpp shell/work_state.h)
-list(APPEND ui_module_sources shell/shell_types.h)
+list(APPEND ui_module_sources shell/desktop_dialogs.cpp shell/desktop_dialogs.h shell/shell_types.h)
 list(APPEND ui_qml_files
     shell/ContentView.qml
     shell/DetailArea.qml
     shell/FDAOnboardingSheet.qml
     shell/FolderPickerDialog.qml
+    shell/FolderSheet.qml
     shell/FullDiskAccessBanner.qml
     shell/Main.qml
     shell/MainShortcuts.qml

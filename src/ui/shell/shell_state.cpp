@@ -19,6 +19,7 @@ QString text(std::string_view bytes)
 ShellState::ShellState(AppModel& model)
     : m_model(model)
     , m_sidebar(model)
+    , m_folderChooser(model.platform().layout.home)
 {
     connect(&model, &AppModel::fieldChanged, this, &ShellState::follow);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/app_model.h"
+#include "ui/shell/folder_chooser.h"
 #include "ui/shell/sidebar_model.h"
 #include "ui/shell/start_wish.h"
 #include "ui/shell/window_folder_picker.h"
@@ -16,6 +17,7 @@ class ShellState final : public QObject {
     Q_OBJECT
     Q_PROPERTY(kestavon::SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(kestavon::WindowFolderPicker* folderPicker READ folderPicker CONSTANT)
+    Q_PROPERTY(kestavon::FolderChooser* folderChooser READ folderChooser CONSTANT)
     /// The row of the shown section in `sidebar`.
     Q_PROPERTY(int row READ row NOTIFY sectionChanged)
     Q_PROPERTY(QString sectionTitle READ sectionTitle NOTIFY sectionChanged)
@@ -30,6 +32,7 @@ public:
 
     SidebarModel* sidebar() { return &m_sidebar; }
     WindowFolderPicker* folderPicker() { return &m_folderPicker; }
+    FolderChooser* folderChooser() { return &m_folderChooser; }
     int row() const { return m_sidebar.rowOf(m_model.section()); }
     QString sectionTitle() const;
     QString sectionSymbol() const;
@@ -69,6 +72,7 @@ private:
     AppModel& m_model;
     SidebarModel m_sidebar;
     WindowFolderPicker m_folderPicker;
+    FolderChooser m_folderChooser;
 };
 
 } // namespace kestavon

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/shell/folder_chooser.h"
 #include "ui/shell/onboarding_state.h"
 #include "ui/shell/settings_state.h"
 #include "ui/shell/shell_state.h"
@@ -23,6 +24,13 @@ struct WindowFolderPickerType {
     Q_GADGET
     QML_FOREIGN(kestavon::WindowFolderPicker)
     QML_NAMED_ELEMENT(WindowFolderPicker)
+    QML_UNCREATABLE("made by C++")
+};
+
+struct FolderChooserType {
+    Q_GADGET
+    QML_FOREIGN(kestavon::FolderChooser)
+    QML_NAMED_ELEMENT(FolderChooser)
     QML_UNCREATABLE("made by C++")
 };
 

@@ -3,7 +3,11 @@
 #include "platform/byte_count.h"
 #include "ui/shell/shell_rules.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 #include <algorithm>
+#include <functional>
 
 namespace kestavon {
 
@@ -15,6 +19,22 @@ QString text(std::string_view bytes)
 }
 
 } // namespace
+
+QPoint statusMenuPlace(QPoint point, QSize size, const QList<QRect>& screens)
+{
+    const auto distance = [&](const QRect& screen) {
+        const QPoint inside(std::clamp(point.x(), screen.left(), screen.right()),
+            std::clamp(point.y(), screen.top(), screen.bottom()));
+        return (point - inside).manhattanLength();
+    };
+    const auto screen = std::ranges::min_element(screens, std::ranges::less(), distance);
+    if (screen == screens.end())
+        return point;
+    const int rightmost = screen->right() + 1 - size.width();
+    const bool fitsBelow = point.y() + size.height() <= screen->bottom() + 1;
+    return {std::max(screen->left(), std::min(rightmost, point.x() - size.width() / 2)),
+        fitsBelow ? point.y() : std::max(screen->top(), point.y() - size.height())};
+}
 
 StatusState::StatusState(AppModel& model)
     : m_model(model)
@@ -71,6 +91,14 @@ QString StatusState::memoryColor() const
 double StatusState::memoryBar() const
 {
     return memoryPressure(m_model.memory());
+}
+
+QPoint StatusState::menuPlace(QPoint point, QSize size) const
+{
+    QList<QRect> screens;
+    for (const auto* screen : QGuiApplication::screens())
+        screens.append(screen->geometry());
+    return statusMenuPlace(point, size, screens);
 }
 
 void StatusState::refresh()

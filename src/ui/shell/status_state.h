@@ -2,10 +2,18 @@
 
 #include "core/model/app_model.h"
 
+#include <QList>
 #include <QObject>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
 #include <QString>
 
 namespace kestavon {
+
+/// Where a menu of this size opens for a point of the desktop: below it and in its middle, or above
+/// it where there is no room, on the screen that has the point or comes nearest to it.
+QPoint statusMenuPlace(QPoint point, QSize size, const QList<QRect>& screens);
 
 /// Disk and memory at a glance: the status item and its menu. Main thread.
 class StatusState final : public QObject {
@@ -36,6 +44,8 @@ public:
 
     /// Reads everything anew; call it when the menu opens.
     Q_INVOKABLE void refresh();
+    /// `statusMenuPlace` on this desktop.
+    Q_INVOKABLE QPoint menuPlace(QPoint point, QSize size) const;
 
 Q_SIGNALS:
     void diskChanged();

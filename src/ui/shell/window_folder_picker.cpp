@@ -31,6 +31,11 @@ void WindowFolderPicker::accept(const QUrl& folder)
     answer(path.empty() ? std::nullopt : std::optional(std::move(path)));
 }
 
+void WindowFolderPicker::acceptPath(const FilePath& folder)
+{
+    answer(folder.empty() ? std::nullopt : std::optional(folder.bytes));
+}
+
 void WindowFolderPicker::cancel()
 {
     answer(std::nullopt);

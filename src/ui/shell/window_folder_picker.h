@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/folder_picker.h"
+#include "ui/widgets/file_path.h"
 
 #include <QObject>
 #include <QUrl>
@@ -17,6 +18,7 @@ public:
 
     /// The window's answer.
     Q_INVOKABLE void accept(const QUrl& folder);
+    Q_INVOKABLE void acceptPath(const kestavon::FilePath& folder);
     Q_INVOKABLE void cancel();
 
 Q_SIGNALS:

@@ -2,16 +2,18 @@ import QtQuick
 import QtQuick.Templates as T
 import Kestavon.Ui
 
-/// A field to type a filter into; a cross clears it, and so does Escape.
+/// A field to type a filter or a path into.
 T.TextField {
     id: field
 
     property string symbol
+    /// The cross and Escape empty the field.
+    property bool clears: true
 
     implicitWidth: 220
     implicitHeight: 32
     leftPadding: symbol === "" ? 11 : 34
-    rightPadding: text === "" ? 11 : 34
+    rightPadding: text === "" || !clears ? 11 : 34
     topPadding: 0
     bottomPadding: 0
     verticalAlignment: TextInput.AlignVCenter
@@ -26,10 +28,11 @@ T.TextField {
     opacity: enabled ? 1 : 0.45
     Accessible.name: placeholderText
     // Else the window's own Escape would have it, and stop a scan.
-    Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape && text !== ""
+    Keys.onShortcutOverride: event => event.accepted = clears && event.key === Qt.Key_Escape && text !== ""
     Keys.onEscapePressed: event => {
-        event.accepted = text !== "";
-        clear();
+        event.accepted = clears && text !== "";
+        if (clears)
+            clear();
     }
 
     cursorDelegate: Rectangle {
@@ -82,7 +85,7 @@ T.TextField {
         anchors.right: parent.right
         anchors.rightMargin: 3
         anchors.verticalCenter: parent.verticalCenter
-        visible: field.text !== ""
+        visible: field.clears && field.text !== ""
         implicitWidth: 26
         implicitHeight: 26
         focusPolicy: Qt.NoFocus

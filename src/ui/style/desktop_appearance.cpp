@@ -7,6 +7,8 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <utility>
+
 namespace kestavon {
 
 namespace {
@@ -18,6 +20,8 @@ const auto path = QStringLiteral("/org/freedesktop/portal/desktop");
 const auto interface = QStringLiteral("org.freedesktop.portal.Settings");
 const auto appearance = QStringLiteral("org.freedesktop.appearance");
 const auto colorSchemeKey = QStringLiteral("color-scheme");
+const auto gnomeInterface = QStringLiteral("org.gnome.desktop.interface");
+const auto animationsKey = QStringLiteral("enable-animations");
 
 /// The value itself: `Read` wraps it in one variant more than `SettingChanged` does.
 QVariant unwrapped(QVariant value)
@@ -36,18 +40,26 @@ DesktopAppearance::DesktopAppearance()
         return;
     bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
         SLOT(follow(QDBusMessage)));
-    auto question
-        = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
-    question << appearance << colorSchemeKey;
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     QEventLoop waiting;
-    connect(answer, &QDBusPendingCallWatcher::finished, &waiting, &QEventLoop::quit);
-    connect(answer, &QDBusPendingCallWatcher::finished, this,
-        [this](QDBusPendingCallWatcher* finished) {
-            if (const QDBusPendingReply<QDBusVariant> reply = *finished; reply.isValid())
-                setColorScheme(unwrapped(reply.value().variant()).toUInt());
-            finished->deleteLater();
+    int unanswered = 0;
+    for (const auto& [group, key] :
+        {std::pair(appearance, colorSchemeKey), std::pair(gnomeInterface, animationsKey)}) {
+        auto question
+            = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
+        question << group << key;
+        auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+        ++unanswered;
+        connect(answer, &QDBusPendingCallWatcher::finished, &waiting, [&] {
+            if (--unanswered == 0)
+                waiting.quit();
         });
+        connect(answer, &QDBusPendingCallWatcher::finished, this,
+            [this, group = group, key = key](QDBusPendingCallWatcher* finished) {
+                if (const QDBusPendingReply<QDBusVariant> reply = *finished; reply.isValid())
+                    take(group, key, reply.value().variant());
+                finished->deleteLater();
+            });
+    }
     // Without the wait, a dark desktop would see a light window first.
     QTimer::singleShot(patienceInMilliseconds, &waiting, &QEventLoop::quit);
     waiting.exec(QEventLoop::ExcludeUserInputEvents);
@@ -56,8 +68,26 @@ DesktopAppearance::DesktopAppearance()
 void DesktopAppearance::follow(const QDBusMessage& change)
 {
     const auto said = change.arguments();
-    if (said.size() == 3 && said[0] == appearance && said[1] == colorSchemeKey)
-        setColorScheme(unwrapped(said[2]).toUInt());
+    if (said.size() == 3)
+        take(said[0].toString(), said[1].toString(), said[2]);
+}
+
+void DesktopAppearance::take(const QString& group, const QString& key, const QVariant& value)
+{
+    const auto told = unwrapped(value);
+    if (group == appearance && key == colorSchemeKey)
+        setColorScheme(told.toUInt());
+    else if (group == gnomeInterface && key == animationsKey
+        && told.metaType().id() == QMetaType::Bool)
+        setReducesMotion(!told.toBool());
+}
+
+void DesktopAppearance::setReducesMotion(bool reduces)
+{
+    if (reduces == m_reducesMotion)
+        return;
+    m_reducesMotion = reduces;
+    Q_EMIT reducesMotionChanged();
 }
 
 void DesktopAppearance::setColorScheme(uint scheme)

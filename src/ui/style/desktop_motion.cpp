@@ -5,10 +5,12 @@
 
 namespace kestavon {
 
-bool desktopReducesMotion()
+bool desktopReducesMotion(bool desktopSaidSo)
 {
     if (qEnvironmentVariableIsSet("KESTAVON_REDUCED_MOTION"))
         return qEnvironmentVariableIntValue("KESTAVON_REDUCED_MOTION") != 0;
+    if (desktopSaidSo)
+        return true;
     const auto folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     for (const auto* file : {"/gtk-4.0/settings.ini", "/gtk-3.0/settings.ini"}) {
         const QSettings gtk(folder + QLatin1String(file), QSettings::IniFormat);

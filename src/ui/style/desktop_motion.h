@@ -2,9 +2,9 @@
 
 namespace kestavon {
 
-/// Whether the desktop asks programs to move nothing without need: animations switched off in the
-/// GTK settings file, or KDE's animation speed set to "instant". KESTAVON_REDUCED_MOTION=1 or =0 in
-/// the environment overrides both.
-bool desktopReducesMotion();
+/// Whether the desktop asks programs to move nothing without need: it said so (see
+/// DesktopAppearance), animations are switched off in the GTK settings file, or KDE's animation
+/// speed is set to "instant". KESTAVON_REDUCED_MOTION=1 or =0 in the environment overrides all.
+bool desktopReducesMotion(bool desktopSaidSo);
 
 } // namespace kestavon

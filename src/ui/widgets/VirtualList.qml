@@ -23,6 +23,8 @@ T.Control {
 
     /// The row the keys move from; -1 while there is none.
     property int currentRow: count > 0 ? 0 : -1
+    /// There may be rows and none of them current.
+    property bool mayHaveNoRow: false
     /// How far the rows are scrolled, in pixels.
     property real offset: 0
     readonly property int accessibleRole: Accessible.List
@@ -69,7 +71,7 @@ T.Control {
     }
 
     onMaxOffsetChanged: scrollTo(offset)
-    onCountChanged: currentRow = Math.min(Math.max(currentRow, 0), count - 1)
+    onCountChanged: currentRow = Math.min(Math.max(currentRow, mayHaveNoRow ? -1 : 0), count - 1)
 
     clip: true
     focusPolicy: Qt.TabFocus

@@ -1,5 +1,6 @@
 #include "support/event_loop.h"
 #include "support/records.h"
+#include "support/temporary_folder.h"
 #include "ui/support/window_test.h"
 
 #include <QQmlComponent>
@@ -358,14 +359,89 @@ TEST_F(ShellWindowTest, WithoutAMemorySnapshotOnlyTheDiskIsShown)
     EXPECT_FALSE(shown(QStringLiteral("Memory")));
 }
 
-TEST_F(ShellWindowTest, TheFolderDialogOpensAndCanBeCancelled)
+/// The choice of a folder in a home that is really there.
+class FolderSheetTest : public ShellWindowTest {
+protected:
+    FolderSheetTest()
+    {
+        for (const auto* name : {"Films/deep", "archive", "caf\xE9"})
+            folder.makeFolder(name);
+        machine.home = folder.path();
+        machine.files->listable.insert(folder / "Library/Mail");
+        open();
+        press(Qt::Key_O, Qt::ControlModifier);
+        waitFor(QStringLiteral("Films"));
+    }
+    bool showsFolder(const std::string& path)
+    {
+        return processEventsUntil(
+            [&] { return need("folderPath").property("text").toString().toStdString() == path; });
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(FolderSheetTest, CanBeCancelled)
 {
-    open();
-    press(Qt::Key_O, Qt::ControlModifier);
-    waitFor(QStringLiteral("Cancel"));
+    EXPECT_EQ(focusedName(), QStringLiteral("Folders"));
+    press(Qt::Key_Down);
     press(Qt::Key_Escape);
-    waitUntilGone(QStringLiteral("Cancel"));
-    EXPECT_EQ(model->selectedRoot(), "/home/alice");
+    waitUntilGone(QStringLiteral("Films"));
+    EXPECT_EQ(model->selectedRoot(), folder.path());
+    press(Qt::Key_O, Qt::ControlModifier);
+    waitFor(QStringLiteral("Films"));
+    clickItem("cancelFolder");
+    EXPECT_EQ(model->selectedRoot(), folder.path());
+}
+
+TEST_F(FolderSheetTest, OpensWhatWasClickedAndNothingElse)
+{
+    click(QStringLiteral("caf\uFFFD"));
+    EXPECT_EQ(need("chosenName").property("text").toString(), QStringLiteral("caf\uFFFD"));
+    clickItem("openFolder");
+    EXPECT_EQ(model->selectedRoot(), folder / "caf\xE9");
+    EXPECT_FALSE(item("openFolder"));
+    // The folder shown, without a click on one in it.
+    press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(showsFolder("file://" + folder.path() + "/caf%E9"));
+    clickItem("folderUp");
+    ASSERT_TRUE(showsFolder(folder.path()));
+    clickItem("openFolder");
+    EXPECT_EQ(model->selectedRoot(), folder.path());
+}
+
+TEST_F(FolderSheetTest, WorksFromTheKeyboard)
+{
+    press(Qt::Key_F);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(showsFolder(folder / "Films"));
+    waitFor(QStringLiteral("deep"));
+    press(Qt::Key_Backspace);
+    ASSERT_TRUE(showsFolder(folder.path()));
+    press(Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(focusedName(), QStringLiteral("Folder"));
+    type(QStringLiteral("nowhere"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(processEventsUntil([&] { return item("folderMessage") != nullptr; }));
+    EXPECT_EQ(need("chosenName").property("text").toString(), QStringLiteral("nowhere"));
+    need("folderRows").forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_End);
+    EXPECT_FALSE(item("folderMessage"));
+    EXPECT_EQ(need("chosenName").property("text").toString(), QStringLiteral("Films"))
+        << "the latest choice counts";
+    press(Qt::Key_L, Qt::ControlModifier);
+    type(QStringLiteral("Films/deep"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(showsFolder(folder / "Films/deep"));
+    press(Qt::Key_Up, Qt::AltModifier);
+    ASSERT_TRUE(showsFolder(folder / "Films"));
+    press(Qt::Key_L, Qt::ControlModifier);
+    type(QStringLiteral("/"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(showsFolder("/"));
+    clickItem("openFolder");
+    EXPECT_TRUE(processEventsUntil([&] { return model->selectedRoot() == "/"; }));
+    EXPECT_TRUE(machine.workspace->opened().empty()) << "no file manager";
 }
 
 } // namespace
