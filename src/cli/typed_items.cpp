@@ -37,7 +37,8 @@ std::string placeOf(const std::string& path, std::error_code& error)
 /// them may not see what that would remove.
 bool endsInDots(const std::string& path)
 {
-    const auto name = lastComponent(normalisedPath(path));
+    const auto absolute = normalisedPath(path);
+    const auto name = lastComponent(absolute);
     return name == "." || name == "..";
 }
 
