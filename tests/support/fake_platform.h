@@ -28,8 +28,11 @@ public:
         if (hanging.empty() || hanging == path)
             lock.lock();
         const auto found = capacities.find(path);
-        return found == capacities.end() ? fallback : found->second;
+        const auto capacity = found == capacities.end() ? fallback : found->second;
+        ++asked;
+        return capacity;
     }
+    mutable std::atomic<int> asked{0}; ///< how often, the answers given
     std::map<std::string, std::optional<VolumeCapacity>> capacities;
     std::optional<VolumeCapacity> fallback = VolumeCapacity{512'110'190'592, 158'617'000'000};
     mutable std::mutex hung; ///< nobody gets an answer while a test holds it
