@@ -268,8 +268,10 @@ private:
             return removeInPlace(survey, error);
         const auto now = statusOf(folder, aside.c_str());
         if (!now && error != 0 && now.error() == ENOENT) {
+            // What is not seen there may have been taken by who holds it for a remnant of a move
+            // that has made its copy: then that is the only one.
             const auto left = statusOf(folder, m_source.name.c_str());
-            return left || left.error() == ENOENT ? Source::isWhole : Source::isAside;
+            return left && left->identity == top.identity ? Source::isWhole : Source::isAside;
         }
         if (!now)
             return Source::isAside;
