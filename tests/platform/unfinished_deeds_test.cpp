@@ -78,6 +78,9 @@ protected:
         std::fflush(nullptr);
         const pid_t child = ::fork();
         if (child == 0) {
+            // A thread of the parent's may have held a lock of the allocator's as it forked: what
+            // hangs for that is killed too, and any moment will do.
+            ::alarm(5);
             int calls = 0;
             const FaultyCalls kill([&](const SystemCall& made) -> std::optional<Fault> {
                 if (calls++ == call)
