@@ -257,6 +257,7 @@ public:
     {
         auto& safeArea = *m_app.add_subcommand(
             "safe-area", "List, put back or delete what was moved to the Safe Area.");
+        safeArea.footer("The items' identifiers and places are what list shows.");
         safeArea.require_subcommand(1);
         safeArea.set_help_flag("-h,--help", "Show this text.");
 

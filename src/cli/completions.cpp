@@ -183,7 +183,7 @@ std::string zshCompletions(const CLI::App& table)
           "        command=${command:+$command }${words[i]} position=$i\n"
           "    fi\n"
           "done\n"
-          "words=(${words[position,-1]}) CURRENT=$((CURRENT - position + 1))\n"
+          "words=(\"${(@)words[position,-1]}\") CURRENT=$((CURRENT - position + 1))\n"
           "case $command in\n"
         + cases + "esac\n";
 }

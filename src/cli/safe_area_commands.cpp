@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -132,6 +134,22 @@ private:
     }
 
     /// Shows the items for a dry run.
+    /// What could not be restored, because something has its name there or would have by then.
+    void dropWhatHasNoRoom(Items& items)
+    {
+        std::set<std::string> taken;
+        std::erase_if(items, [&](const QuarantineItem& item) {
+            std::error_code error;
+            const auto there = std::filesystem::symlink_status(item.originalPath, error);
+            const bool isFree
+                = !std::filesystem::exists(there) && taken.insert(item.originalPath).second;
+            if (!isFree)
+                m_removal.run().fail(originalName(item)
+                    + " could not be restored because a file with the same name already exists.");
+            return !isFree;
+        });
+    }
+
     void show(const char* intention, const Items& items)
     {
         if (m_removal.wants(OutputForm::json)) {
@@ -179,11 +197,16 @@ private:
                       "where it goes.");
         }
         std::erase_if(items, [](const auto& item) { return item.originalPath.empty(); });
-        if (m_line.dryRun)
+        if (m_line.dryRun) {
+            dropWhatHasNoRoom(items);
             return show("Would restore", items);
+        }
         if (items.empty())
             return m_removal.printNothing("Nothing was restored.");
-        if (m_line.all && !m_removal.confirm(questions::restoreAll(items.size())))
+        auto question = questions::restoreAll(items.size());
+        if (!m_line.into.empty())
+            question.message = "Files will be moved to " + printablePath(m_line.into) + '.';
+        if (m_line.all && !m_removal.confirm(question))
             return;
         if (!m_line.all || !m_line.into.empty())
             return workOn(items, &AppModel::restoreFromSafeArea);
