@@ -16,7 +16,7 @@ namespace {
 /// A name that a sentence can hold: programs may call themselves anything, at any length.
 QString shortened(const QString& name)
 {
-    constexpr qsizetype most = 255; // as long as a file name
+    constexpr qsizetype most = 80;
     if (name.size() <= most)
         return name;
     auto start = name.first(most - 1);
